@@ -180,6 +180,8 @@ qint32 fillRecord(QDataStream &in, R &fresh)
         qint32 version = 0;
         content >> version;
         readItems(content, fresh, version);
+        if constexpr (TakesVersion<R>::value)
+            fresh.versionRead(version);
         return version;
     } else {
         readItems(in, fresh, std::numeric_limits<qint32>::max());
