@@ -9,6 +9,24 @@ namespace mdf4 {
 // The one place that knows the deflate library (CMake ZDS_DEFLATE: libdeflate or miniz). Streams are
 // in zlib format (RFC 1950).
 
+// Memory that is used again and again. Grows without copying or clearing what it holds.
+class ScratchBuffer
+{
+public:
+    unsigned char *reserve(std::size_t size)
+    {
+        if (size > m_size) {
+            m_data.reset(new unsigned char[size]);
+            m_size = size;
+        }
+        return m_data.get();
+    }
+
+private:
+    std::unique_ptr<unsigned char[]> m_data;
+    std::size_t m_size = 0;
+};
+
 // A compressor. Keeps its state from call to call, so use one for each thread.
 class Deflater
 {
@@ -25,23 +43,14 @@ public:
     std::vector<unsigned char> deflateZlib(const unsigned char *data, std::size_t size);
 
     // Memory for the caller's own use between calls, at least `size` bytes; content undefined.
-    unsigned char *scratch(std::size_t size);
+    unsigned char *scratch(std::size_t size) { return m_scratch.reserve(size); }
 
 private:
-    class Buffer // grows without copying or clearing
-    {
-    public:
-        unsigned char *reserve(std::size_t size);
-
-    private:
-        std::unique_ptr<unsigned char[]> m_data;
-        std::size_t m_size = 0;
-    };
     struct State;
 
     std::unique_ptr<State> m_state;
-    Buffer m_output;
-    Buffer m_scratch;
+    ScratchBuffer m_output;
+    ScratchBuffer m_scratch;
 };
 
 // The other way: false unless the stream is sound and yields exactly `outSize` bytes.

@@ -58,10 +58,10 @@ protected:
     void setFile(mDirectFile *f);
     void setPosition(std::uint64_t position) { m_position = position; }
     void dropLinksFrom(std::size_t index);
-    void setHdrID(std::uint16_t id) { m_header.hdr_id = id; }
 
 private:
     bool linkText(std::size_t index, M4TXBlock &text);
+    bool writeVariable(std::uint64_t position);
 
     mDirectFile *m_File = nullptr;
     std::uint64_t m_position = 0;

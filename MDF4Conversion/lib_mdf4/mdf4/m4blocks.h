@@ -29,6 +29,9 @@ public:
     std::uint64_t varSize() const override { return m_text.size() + 1; }
     const void *varData(unsigned index, std::uint64_t &szRemain) const override;
 
+protected:
+    M4TXBlock(std::uint16_t id, std::string_view utf8);
+
 private:
     std::string m_text;
 };

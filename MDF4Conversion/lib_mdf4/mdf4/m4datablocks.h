@@ -26,6 +26,8 @@ public:
     [[nodiscard]] bool append(std::uint64_t dataPosition);
 
 private:
+    std::uint64_t sizeForCapacity() const;
+
     const std::uint32_t m_capacity; // data links
 };
 
@@ -89,7 +91,6 @@ public:
     std::uint64_t putCompressed(mDirectFile *f, const CompressedBlock &block);
 
 private:
-    const std::uint32_t m_recordSize;
     const int m_level;
     std::unique_ptr<mdf4::Deflater> m_deflater;  // made when the first block is full
     const unsigned char *m_compressed = nullptr; // not owned; valid within putCompressed()

@@ -45,7 +45,7 @@ protected:
     // Opening: makes room for the first list and returns its position, 0 on failure.
     std::uint64_t openList(std::unique_ptr<M4DataBlock> block);
     // Opening: makes the group's data begin at this block.
-    void linkData(std::uint64_t position);
+    bool linkData(std::uint64_t position);
 
     // Writing one block: a list with room for it, then the block itself at the end of the file, then
     // its entry in the list.
@@ -53,7 +53,6 @@ protected:
     bool endBlock(std::uint64_t position);
 
     MDF4File &file() { return m_file; }
-    M4DataBlock &block() { return *m_block; }
     bool isOpen() const { return m_dl != nullptr; }
 
 private:
@@ -84,6 +83,7 @@ protected:
 private:
     static constexpr int m_level = mdf4::Deflater::defaultLevel;
     M4HLBlock m_hl;
+    M4DZBlockWr *m_dz; // the block of the base class, valid while open
 };
 
 // The compressing stream of a group without data. `blockSize` is cut to M4_MAX_BLOCK_SIZE, the number
