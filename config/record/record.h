@@ -305,6 +305,7 @@ template <class R>
 template <class R>
 bool fromBytes(const QByteArray &bytes, R &record)
 {
+    static_assert(isFramed<R>, "only a frame tells where it ends");
     QDataStream in(bytes);
     in.setVersion(dataStreamVersion);
     read(in, record);
