@@ -1,0 +1,83 @@
+#include "MDF4Conversion/interface_extractdata.h"
+
+#include "MDF4Conversion/mdf4_conversion_msg_interface.h"
+
+namespace {
+
+constexpr quint64 highStep = quint64(1) << 32;
+
+quint32 lowWord(quint64 timestamp)
+{
+    return static_cast<quint32>(timestamp);
+}
+
+quint64 distance(quint64 a, quint64 b)
+{
+    return a > b ? a - b : b - a;
+}
+
+} // namespace
+
+double Interface_ExtractData::averageInterval() const
+{
+    return m_count > 1 ? double(m_intervalSum) / double(m_count - 1) : 0.0;
+}
+
+bool Interface_ExtractData::correctTimestamp(quint32 now)
+{
+    SyncTimeline &stamps = *m_context->cpuTimestamps;
+    quint64 timestamp = (m_timestamp & ~quint64(0xFFFFFFFF)) | now;
+    bool adjusted = false;
+    if (now < lowWord(m_timestamp)) {
+        timestamp += highStep;
+        adjusted = true;
+        m_context->messages->info(
+            QStringLiteral("-&gt;(timestamp_now &lt; timestamp_last), apply 32-Bit "
+                           "overflow-adjustment (now:%1 last:%2), adjusted:%3. ReqType: %4, "
+                           "ReqNr: %5")
+                .arg(now)
+                .arg(lowWord(m_timestamp))
+                .arg(timestamp)
+                .arg(ReqType)
+                .arg(ReqNr));
+    } else if (!stamps.hasSources() && m_count == 0 && !stamps.firstTimestamps().empty()) {
+        const quint64 difference = distance(timestamp, stamps.firstTimestamps().front());
+        if (difference > SyncTimeline::forwardLimit) {
+            m_context->messages->info(
+                QStringLiteral("Initial timestamp adjustment applied, difference of %1 uSeconds at "
+                               "logstart between signal-timestamps. Signals were captured during "
+                               "32-Bit timestamp-overflow, timestamp %2 was adjusted to %3.)")
+                    .arg(difference)
+                    .arg(timestamp)
+                    .arg(timestamp + highStep));
+            stamps.noteInitialAdjustment();
+            timestamp += highStep;
+            adjusted = true;
+        }
+    }
+    if (stamps.hasSources() && stamps.isImplausible(timestamp)) {
+        raiseToSyncStamps(timestamp);
+        adjusted = true;
+    }
+    noteSample(timestamp);
+    return adjusted;
+}
+
+// Lifts the high word until the timestamp reaches the fastest processor. A timestamp that is too
+// far ahead keeps its value.
+void Interface_ExtractData::raiseToSyncStamps(quint64 &timestamp)
+{
+    const quint64 from = timestamp;
+    const quint64 fastest = m_context->cpuTimestamps->fastest();
+    const quint64 fastestHigh = fastest & ~quint64(0xFFFFFFFF);
+    if (timestamp < fastestHigh)
+        timestamp = fastestHigh | lowWord(timestamp);
+    if (timestamp >= fastestHigh && timestamp < fastest)
+        timestamp += highStep;
+    m_context->messages->info(
+        QStringLiteral("Timestamp adjustment applied, signal not captured for a long period, "
+                       "adjustment made based on sync-timestamps. Timestamp adjusted from %1 to "
+                       "%2.")
+            .arg(from)
+            .arg(timestamp));
+}
