@@ -26,6 +26,7 @@ EntryIndex::EntryIndex(const Groups &groups)
         }
         ++order;
     }
+    makeTable();
 }
 
 EntryIndex::~EntryIndex() = default;
@@ -35,8 +36,42 @@ quint64 EntryIndex::key(quint8 type, quint8 number, quint32 id)
     return quint64(type) << 40 | quint64(number) << 32 | id;
 }
 
+void EntryIndex::makeTable()
+{
+    m_tableBits = 4;
+    while ((std::size_t(1) << m_tableBits) < 4 * m_slots.size())
+        ++m_tableBits;
+    m_table.resize(std::size_t(1) << m_tableBits);
+    for (const auto &[key, slot] : m_slots) {
+        std::size_t at = place(key);
+        while (m_table[at].slot)
+            at = (at + 1) % m_table.size();
+        m_table[at] = {key, &slot};
+    }
+}
+
+// Multiplicative hashing: the high bits of the product are the well mixed ones.
+std::size_t EntryIndex::place(quint64 key) const
+{
+    constexpr quint64 oddFraction = 0x9E3779B97F4A7C15; // 2^64 / golden ratio
+    return std::size_t((key * oddFraction) >> (64 - m_tableBits));
+}
+
+const EntryIndex::Slot *EntryIndex::find(quint64 key) const
+{
+    for (std::size_t at = place(key); m_table[at].slot; at = (at + 1) % m_table.size()) {
+        if (m_table[at].key == key)
+            return m_table[at].slot;
+    }
+    return nullptr;
+}
+
 void EntryIndex::add(Slot &slot, const Taker &taker, const EntrySelection &selection)
 {
+    slot.isSimple =
+        slot.isSimple && !selection.sub && selection.firstBytes.empty() && !selection.multiplexor;
+    if (slot.groups.empty() || slot.groups.back() != taker.group)
+        slot.groups.push_back(taker.group);
     if (!selection.firstBytes.empty()) {
         if (!slot.byFirstByte)
             slot.byFirstByte = std::make_unique<std::array<Takers, 256>>();
@@ -65,12 +100,14 @@ void EntryIndex::collect(const StdLogEntry &entry, const Takers &takers)
 
 const EntryIndex::Groups &EntryIndex::takers(const StdLogEntry &entry)
 {
-    m_result.clear();
     const quint32 id = entry.type == rawlog::RLD_CAN ? lookupId(entry.id) : 0;
-    const auto place = m_slots.find(key(entry.type, entry.number, id));
-    if (place == m_slots.end())
+    const Slot *found = find(key(entry.type, entry.number, id));
+    if (found && found->isSimple)
+        return found->groups;
+    m_result.clear();
+    if (!found)
         return m_result;
-    const Slot &slot = place->second;
+    const Slot &slot = *found;
     m_found.clear();
     collect(entry, slot.always);
     if (slot.byFirstByte && !entry.data.empty())

@@ -39,6 +39,8 @@ private:
     // The takers of one type, number and identifier.
     struct Slot
     {
+        Groups groups; // all of them, as long as they need nothing else to be looked at
+        bool isSimple = true;
         Takers always;
         std::unique_ptr<std::array<Takers, 256>> byFirstByte;
         std::vector<ByMultiplexor> byMultiplexor;
@@ -46,9 +48,20 @@ private:
 
     static void add(Slot &slot, const Taker &taker, const EntrySelection &selection);
     void collect(const StdLogEntry &entry, const Takers &takers);
+    void makeTable();
+    [[nodiscard]] const Slot *find(quint64 key) const;
+    [[nodiscard]] std::size_t place(quint64 key) const;
     static quint64 key(quint8 type, quint8 number, quint32 id);
 
     std::unordered_map<quint64, Slot> m_slots;
+    // The same by open addressing, with a power of two places and room to spare.
+    struct Place
+    {
+        quint64 key = 0;
+        const Slot *slot = nullptr;
+    };
+    std::vector<Place> m_table;
+    int m_tableBits = 0;
     Takers m_found;
     Groups m_result;
 };

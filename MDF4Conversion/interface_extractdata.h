@@ -3,14 +3,13 @@
 #include "MDF4Conversion/conversioncontext.h"
 #include "MDF4Conversion/rawlog/stdlogentry.h"
 #include "MDF4Conversion/recordbuffer.h"
-#include "MDF4Conversion/synctimeline.h"
+#include "MDF4Conversion/sampleclock.h"
 
 #include <QtGlobal>
 
 #include <cassert>
 
-// Base of everything that extracts values from log entries. Keeps the 64-bit timestamp that is made
-// from the log's 32-bit one, and the statistics of its samples.
+// Base of everything that extracts values from log entries. Keeps the time of its samples.
 class Interface_ExtractData
 {
 public:
@@ -27,60 +26,33 @@ public:
     quint8 ReqType = 0;
     quint8 ReqNr = 0;
 
-    // Last timestamp in us: low word from the log, high word from the corrections.
-    [[nodiscard]] quint64 timestamp() const { return m_timestamp; }
-    [[nodiscard]] quint64 sampleCount() const { return m_count; }
-    // Intervals between samples in us; all 0 for fewer than two samples.
-    [[nodiscard]] quint64 minInterval() const { return m_count > 1 ? m_minInterval : 0; }
-    [[nodiscard]] quint64 maxInterval() const { return m_maxInterval; }
-    [[nodiscard]] double averageInterval() const;
+    // Time and intervals of the samples in us, see SampleClock.
+    [[nodiscard]] quint64 timestamp() const { return m_clock->timestamp(); }
+    [[nodiscard]] quint64 sampleCount() const { return m_clock->sampleCount(); }
+    [[nodiscard]] quint64 minInterval() const { return m_clock->minInterval(); }
+    [[nodiscard]] quint64 maxInterval() const { return m_clock->maxInterval(); }
+    [[nodiscard]] double averageInterval() const { return m_clock->averageInterval(); }
 
-    // Takes `now`, the low word from an entry, and makes the timestamps continuous: overflows of
-    // the logger's clock, signals that begin on the other side of one, and long silence that the
-    // sync stamps reveal. True if the high word was corrected.
-    bool checkTimestamp(quint32 now);
+    // Takes `now`, the low word from an entry, as the time of a sample. True if its high word was
+    // corrected.
+    bool checkTimestamp(quint32 now)
+    {
+        assert(m_context && "No handler for timestamp-checks set.");
+        return m_clock->check(now, *m_context, ReqType, ReqNr);
+    }
 
     // Notes a sample whose time is known already.
-    void noteSample(quint64 timestamp_us);
+    void noteSample(quint64 timestamp_us) { m_clock->noteSample(timestamp_us); }
+
+    // From now on the samples are those of `shared`, whose owner notes them and outlives this.
+    void shareClock(SampleClock &shared) { m_clock = &shared; }
+    void useOwnClock() { m_clock = &m_ownClock; }
 
 protected:
     [[nodiscard]] const MDF4_ConversionContext &context() const { return *m_context; }
 
 private:
-    bool correctTimestamp(quint32 now);
-    void raiseToSyncStamps(quint64 &timestamp);
-
     const MDF4_ConversionContext *m_context = nullptr;
-    quint64 m_timestamp = 0;
-    quint64 m_count = 0;
-    quint64 m_minInterval = ~quint64(0);
-    quint64 m_intervalSum = 0;
-    quint64 m_maxInterval = 0;
+    SampleClock m_ownClock;
+    SampleClock *m_clock = &m_ownClock;
 };
-
-inline void Interface_ExtractData::noteSample(quint64 timestamp_us)
-{
-    if (m_count != 0) {
-        const quint64 interval = timestamp_us - m_timestamp;
-        m_minInterval = qMin(m_minInterval, interval);
-        m_maxInterval = qMax(m_maxInterval, interval);
-        m_intervalSum += interval;
-    }
-    ++m_count;
-    m_timestamp = timestamp_us;
-}
-
-// The usual case needs no correction; it is decided here, since it runs for every value of a log.
-inline bool Interface_ExtractData::checkTimestamp(quint32 now)
-{
-    assert(m_context && "No handler for timestamp-checks set.");
-    const SyncTimeline &stamps = *m_context->cpuTimestamps;
-    const quint64 timestamp = (m_timestamp & ~quint64(0xFFFFFFFF)) | now;
-    const bool plausible = stamps.hasSources() ? !stamps.isImplausible(timestamp)
-                                               : m_count != 0 || stamps.firstTimestamps().empty();
-    if (timestamp >= m_timestamp && plausible) {
-        noteSample(timestamp);
-        return false;
-    }
-    return correctTimestamp(now);
-}

@@ -45,7 +45,8 @@ void LogFileProcessing::processEntry(const StdLogEntry &entry)
 {
     if (!entry.isComplete())
         return;
-    m_cpuTimestamps->takeEntry(entry);
+    if (entry.type == rawlog::RLD_CYCLIC_TS)
+        m_cpuTimestamps->takeEntry(entry);
     for (MDF4_ChannelGroup *group : m_index->takers(entry)) {
         if (group->takeEntry(entry) && m_cpuTimestamps->firstTimestamps().empty())
             noteFirstTimestamp(*group);

@@ -5,6 +5,7 @@ MDF4_ChannelGroup::MDF4_ChannelGroup(const MDF4_ConversionContext &handler, cons
     : sigGrpName(name)
     , ReqType(type)
     , m_context(handler)
+    , m_record(handler.temporaryFiles->recordBuffer())
     , m_records(*handler.temporaryFiles, QString())
 {}
 

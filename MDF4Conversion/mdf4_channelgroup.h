@@ -72,7 +72,7 @@ private:
     const MDF4_ConversionContext &m_context;
     std::vector<std::unique_ptr<MDF4_DataChannel>> m_channels;
     quint32 m_dataSize = 0;
-    RecordBuffer m_record;
+    RecordBuffer &m_record; // shared: one record is built at a time
     TemporaryFile m_records;
     quint64 m_recordCount = 0;
     quint64 m_droppedRecords = 0;

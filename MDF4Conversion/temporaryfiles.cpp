@@ -4,8 +4,6 @@
 #include <QDir>
 #include <QUuid>
 
-#include <cstring>
-
 void TemporaryFilePool::setExpectedFiles(int count)
 {
     m_bufferSize = qBound(minBufferSize, totalBufferSize / qMax(count, 1), maxBufferSize);
@@ -70,17 +68,12 @@ void TemporaryFile::choosePath()
     }
 }
 
-void TemporaryFile::append(const void *data, int size)
+// The first record makes the buffer; a full one goes to the file.
+void TemporaryFile::makeRoom(int size)
 {
-    if (m_buffer.isEmpty())
-        m_buffer.resize(qMax(m_pool.bufferSize(), size));
-    if (m_buffered + size > m_buffer.size())
-        flush();
-    if (size > m_buffer.size())
-        m_buffer.resize(size);
-    std::memcpy(m_buffer.data() + m_buffered, data, size_t(size));
-    m_buffered += size;
-    m_size += size;
+    flush();
+    if (int(m_buffer.size()) < size)
+        m_buffer.resize(std::size_t(qMax(m_pool.bufferSize(), size)));
 }
 
 void TemporaryFile::flush()
@@ -90,7 +83,7 @@ void TemporaryFile::flush()
     if (m_path.isEmpty())
         choosePath();
     QFile *file = m_pool.failure().isEmpty() ? m_pool.open(*this) : nullptr;
-    if (file && file->write(m_buffer.constData(), m_buffered) != m_buffered) {
+    if (file && file->write(m_buffer.data(), m_buffered) != m_buffered) {
         m_pool.fail(QCoreApplication::translate("Conversion", "Temporary file %1: %2")
                         .arg(QDir::toNativeSeparators(m_path), file->errorString()));
     }
@@ -100,7 +93,7 @@ void TemporaryFile::flush()
 bool TemporaryFile::finish()
 {
     flush();
-    m_buffer = QByteArray();
+    m_buffer = std::vector<char>();
     m_pool.release(*this);
     return m_pool.failure().isEmpty();
 }

@@ -1,11 +1,14 @@
 #pragma once
 
-#include <QByteArray>
+#include "MDF4Conversion/recordbuffer.h"
+
 #include <QFile>
 #include <QString>
 
+#include <cstring>
 #include <list>
 #include <memory>
+#include <vector>
 
 class TemporaryFile;
 
@@ -28,6 +31,9 @@ public:
     [[nodiscard]] int bufferSize() const { return m_bufferSize; }
     [[nodiscard]] const QString &folder() const { return m_folder; }
 
+    // Where the owners of the files build what they append, one at a time.
+    [[nodiscard]] RecordBuffer &recordBuffer() { return m_recordBuffer; }
+
     // The first failure of any file, for the user; empty as long as all went well.
     [[nodiscard]] const QString &failure() const { return m_failure; }
 
@@ -40,6 +46,7 @@ private:
 
     QString m_folder;
     QString m_failure;
+    RecordBuffer m_recordBuffer;
     int m_bufferSize = maxBufferSize;
     std::list<TemporaryFile *> m_open; // the one used last at the front
 };
@@ -54,7 +61,14 @@ public:
     TemporaryFile(const TemporaryFile &) = delete;
     TemporaryFile &operator=(const TemporaryFile &) = delete;
 
-    void append(const void *data, int size);
+    void append(const void *data, int size)
+    {
+        if (m_buffered + size > int(m_buffer.size()))
+            makeRoom(size);
+        std::memcpy(m_buffer.data() + m_buffered, data, std::size_t(size));
+        m_buffered += size;
+        m_size += size;
+    }
     // Writes what is buffered and gives handle and buffer back. False after any failure.
     bool finish();
     // Back to an empty file.
@@ -69,12 +83,13 @@ private:
     friend class TemporaryFilePool;
 
     void flush();
+    void makeRoom(int size);
     void choosePath();
 
     TemporaryFilePool &m_pool;
     QString m_baseName;
     QString m_path; // empty until the file exists
-    QByteArray m_buffer;
+    std::vector<char> m_buffer;
     int m_buffered = 0;
     qint64 m_size = 0;
     std::unique_ptr<QFile> m_file; // null while the handle is lent to others

@@ -7,6 +7,22 @@
 
 #include <optional>
 
+// The bits of a value in a frame, and the bytes that it takes in a record.
+struct BitField
+{
+    quint32 startBit = 0;
+    quint8 bitLength = 0;
+    can::BitOrder order = can::BitOrder::Intel;
+    ExtractedValue::Kind kind = ExtractedValue::Unsigned;
+    quint8 storedBytes = 0;
+
+    [[nodiscard]] quint64 bitsIn(can::Bytes frame) const
+    {
+        const quint64 bits = can::extractBits(frame, startBit, bitLength, order);
+        return kind == ExtractedValue::Signed ? can::signExtended(bits, bitLength) : bits;
+    }
+};
+
 // Where a DBC signal stands: which frames carry it and in which bits.
 struct DbcSource
 {
@@ -35,11 +51,15 @@ struct DbcSource
 
     [[nodiscard]] bool value(const StdLogEntry &entry, ExtractedValue &result) const
     {
-        const quint64 bits =
-            can::extractBits({entry.data.data(), entry.data.size()}, startBit, bitLength, order);
         result.kind = kind;
-        result.bits = kind == ExtractedValue::Signed ? can::signExtended(bits, bitLength) : bits;
+        result.bits = field(0).bitsIn({entry.data.data(), entry.data.size()});
         return true;
+    }
+
+    [[nodiscard]] BitField field(quint32 storedBytes) const
+    {
+        return {startBit, static_cast<quint8>(qMin<quint32>(bitLength, 64)), order, kind,
+                static_cast<quint8>(storedBytes)};
     }
 
     [[nodiscard]] static QString overflowText(const QString &name, const char *)

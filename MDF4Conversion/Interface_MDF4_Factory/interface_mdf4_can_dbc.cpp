@@ -102,11 +102,10 @@ void setStorage(MDF4_DataChannel &channel, ExtractedValue::Kind kind, quint32 bi
     channel.size = bitLength <= 8 ? 1 : bitLength <= 16 ? 2 : bitLength <= 32 ? 4 : 8;
 }
 
-std::unique_ptr<MDF4_DataChannel> channelOf(const Signal &signal, quint8 canNumber,
-                                            const EntrySelection &frames)
+DbcSource sourceOf(const Signal &signal, const EntrySelection &frames)
 {
     DbcSource source;
-    source.channel = canNumber;
+    source.channel = frames.number.value_or(0);
     source.id = signal.msg_id & rawlog::extendedIdMask;
     source.extended = signal.extended_id != 0;
     source.dlc = signal.dlc;
@@ -116,15 +115,7 @@ std::unique_ptr<MDF4_DataChannel> channelOf(const Signal &signal, quint8 canNumb
     source.kind = valueKind(signal);
     source.multiplexor = frames.multiplexor;
     source.multiplexorValue = frames.multiplexorValue;
-
-    auto channel = std::make_unique<MDF4_DataChannel_Linear_CAN_DBC>(source);
-    channel->name = signal.name;
-    channel->unit = signal.unit;
-    channel->factor = signal.factor;
-    channel->offset = signal.offset;
-    setStorage(*channel, source.kind, source.bitLength);
-    channel->setPhysicalRange(signal.minimum, signal.maximum);
-    return channel;
+    return source;
 }
 
 // Builds the groups of one message after the other.
@@ -202,7 +193,7 @@ private:
         auto group = std::make_unique<Interface_MDF4_CAN_DBC>(
             m_context, groupnames::groupName(m_port, kind), frames);
         for (const Signal *signal : members)
-            group->addChannel(channelOf(*signal, m_number, frames));
+            group->addSignal(*signal);
         groups.push_back(std::move(group));
     }
 
@@ -225,6 +216,57 @@ Interface_MDF4_CAN_DBC::Interface_MDF4_CAN_DBC(const MDF4_ConversionContext &han
     : MDF4_ChannelGroup(handler, groupName, rawlog::RLD_CAN)
     , m_frames(frames)
 {}
+
+void Interface_MDF4_CAN_DBC::addSignal(const StreamingClass_DBC_Signal &signal)
+{
+    const DbcSource source = sourceOf(signal, m_frames);
+    auto channel = std::make_unique<MDF4_DataChannel_Linear_CAN_DBC>(source);
+    channel->name = signal.name;
+    channel->unit = signal.unit;
+    channel->factor = signal.factor;
+    channel->offset = signal.offset;
+    setStorage(*channel, source.kind, source.bitLength);
+    channel->setPhysicalRange(signal.minimum, signal.maximum);
+    channel->shareClock(m_clock);
+    if (channels().empty())
+        m_firstSource = source;
+    m_sameFrames = m_sameFrames && source.dlc == m_firstSource.dlc;
+    m_fields.push_back(source.field(channel->size));
+    addChannel(std::move(channel));
+    if (!m_sameFrames) {
+        for (const auto &member : channels())
+            member->useOwnClock();
+    }
+}
+
+// A message whose signals expect frames of different length never fills a record, but it says so.
+bool Interface_MDF4_CAN_DBC::takeEntry(const StdLogEntry &entry)
+{
+    if (!m_sameFrames)
+        return MDF4_ChannelGroup::takeEntry(entry);
+    if (!m_firstSource.concerns(entry))
+        return false;
+    noteTime(entry.timestamp);
+    const can::Bytes frame{entry.data.data(), entry.data.size()};
+    RecordBuffer &record = beginRecord();
+    for (const BitField &field : m_fields)
+        record.append(field.bitsIn(frame), field.storedBytes);
+    endRecord(m_clock.timestamp());
+    return true;
+}
+
+// All channels judge the time alike; where it needs a correction, each of them tells so.
+void Interface_MDF4_CAN_DBC::noteTime(quint32 now)
+{
+    if (m_clock.noteUncorrected(now, *context().cpuTimestamps))
+        return;
+    const SampleClock before = m_clock;
+    for (const auto &channel : channels()) {
+        m_clock = before;
+        if (channel->checkTimestamp(now))
+            context().messages->info(overflowHandledText(channel->name));
+    }
+}
 
 Groups Interface_MDF4_CAN_DBC::build(const MDF4_ConversionContext &handler,
                                      const TerminalCanCfg &configuration, quint8 number)

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+struct StreamingClass_DBC_Signal;
 struct TerminalCanCfg;
 
 // The recorded DBC signals of one message, or of one multiplexor value of it.
@@ -16,6 +17,10 @@ public:
     Interface_MDF4_CAN_DBC(const MDF4_ConversionContext &context, const QString &groupName,
                            const EntrySelection &frames);
 
+    // A recorded signal of the message.
+    void addSignal(const StreamingClass_DBC_Signal &signal);
+
+    bool takeEntry(const StdLogEntry &entry) override;
     [[nodiscard]] std::vector<EntrySelection> selections() const override { return {m_frames}; }
 
     // The groups of all messages of a channel: by identifier, standard before extended of the same
@@ -25,7 +30,15 @@ public:
           quint8 number);
 
 private:
+    void noteTime(quint32 now);
+
     const EntrySelection m_frames;
+    // As long as all signals expect the same frames they share one clock, and a frame is taken apart
+    // in one go.
+    bool m_sameFrames = true;
+    DbcSource m_firstSource;
+    std::vector<BitField> m_fields;
+    SampleClock m_clock;
 };
 
 // How the groups of a CAN channel are called.

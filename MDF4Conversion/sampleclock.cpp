@@ -1,10 +1,11 @@
-#include "MDF4Conversion/interface_extractdata.h"
+#include "MDF4Conversion/sampleclock.h"
 
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
 
 namespace {
 
 constexpr quint64 highStep = quint64(1) << 32;
+constexpr quint64 highMask = ~quint64(0xFFFFFFFF);
 
 quint32 lowWord(quint64 timestamp)
 {
@@ -16,34 +17,56 @@ quint64 distance(quint64 a, quint64 b)
     return a > b ? a - b : b - a;
 }
 
-} // namespace
-
-double Interface_ExtractData::averageInterval() const
+// Lifts the high word until the timestamp reaches the fastest processor. A timestamp that is too
+// far ahead keeps its value.
+quint64 raisedToSyncStamps(quint64 from, const MDF4_ConversionContext &context)
 {
-    return m_count > 1 ? double(m_intervalSum) / double(m_count - 1) : 0.0;
+    quint64 timestamp = from;
+    const quint64 fastest = context.cpuTimestamps->fastest();
+    const quint64 fastestHigh = fastest & highMask;
+    if (timestamp < fastestHigh)
+        timestamp = fastestHigh | lowWord(timestamp);
+    if (timestamp >= fastestHigh && timestamp < fastest)
+        timestamp += highStep;
+    context.messages->info(
+        QStringLiteral("Timestamp adjustment applied, signal not captured for a long period, "
+                       "adjustment made based on sync-timestamps. Timestamp adjusted from %1 to "
+                       "%2.")
+            .arg(from)
+            .arg(timestamp));
+    return timestamp;
 }
 
-bool Interface_ExtractData::correctTimestamp(quint32 now)
+} // namespace
+
+bool SampleClock::check(quint32 now, const MDF4_ConversionContext &context, quint8 type,
+                        quint8 number)
 {
-    SyncTimeline &stamps = *m_context->cpuTimestamps;
-    quint64 timestamp = (m_timestamp & ~quint64(0xFFFFFFFF)) | now;
+    return !noteUncorrected(now, *context.cpuTimestamps) && correct(now, context, type, number);
+}
+
+bool SampleClock::correct(quint32 now, const MDF4_ConversionContext &context, quint8 type,
+                          quint8 number)
+{
+    SyncTimeline &stamps = *context.cpuTimestamps;
+    quint64 timestamp = (m_timestamp & highMask) | now;
     bool adjusted = false;
     if (now < lowWord(m_timestamp)) {
         timestamp += highStep;
         adjusted = true;
-        m_context->messages->info(
+        context.messages->info(
             QStringLiteral("-&gt;(timestamp_now &lt; timestamp_last), apply 32-Bit "
                            "overflow-adjustment (now:%1 last:%2), adjusted:%3. ReqType: %4, "
                            "ReqNr: %5")
                 .arg(now)
                 .arg(lowWord(m_timestamp))
                 .arg(timestamp)
-                .arg(ReqType)
-                .arg(ReqNr));
+                .arg(type)
+                .arg(number));
     } else if (!stamps.hasSources() && m_count == 0 && !stamps.firstTimestamps().empty()) {
         const quint64 difference = distance(timestamp, stamps.firstTimestamps().front());
         if (difference > SyncTimeline::forwardLimit) {
-            m_context->messages->info(
+            context.messages->info(
                 QStringLiteral("Initial timestamp adjustment applied, difference of %1 uSeconds at "
                                "logstart between signal-timestamps. Signals were captured during "
                                "32-Bit timestamp-overflow, timestamp %2 was adjusted to %3.)")
@@ -56,28 +79,9 @@ bool Interface_ExtractData::correctTimestamp(quint32 now)
         }
     }
     if (stamps.hasSources() && stamps.isImplausible(timestamp)) {
-        raiseToSyncStamps(timestamp);
+        timestamp = raisedToSyncStamps(timestamp, context);
         adjusted = true;
     }
     noteSample(timestamp);
     return adjusted;
-}
-
-// Lifts the high word until the timestamp reaches the fastest processor. A timestamp that is too
-// far ahead keeps its value.
-void Interface_ExtractData::raiseToSyncStamps(quint64 &timestamp)
-{
-    const quint64 from = timestamp;
-    const quint64 fastest = m_context->cpuTimestamps->fastest();
-    const quint64 fastestHigh = fastest & ~quint64(0xFFFFFFFF);
-    if (timestamp < fastestHigh)
-        timestamp = fastestHigh | lowWord(timestamp);
-    if (timestamp >= fastestHigh && timestamp < fastest)
-        timestamp += highStep;
-    m_context->messages->info(
-        QStringLiteral("Timestamp adjustment applied, signal not captured for a long period, "
-                       "adjustment made based on sync-timestamps. Timestamp adjusted from %1 to "
-                       "%2.")
-            .arg(from)
-            .arg(timestamp));
 }
