@@ -12,5 +12,8 @@ class Vehicle;
 void addLoggerStatus(TerminalStruct &configuration, Schedule &schedule);
 void addGps(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addPowertrainBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addFleetBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 
 } // namespace drive
