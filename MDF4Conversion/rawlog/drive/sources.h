@@ -15,5 +15,8 @@ void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &ve
 void addPowertrainBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addFleetBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addEngineEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addChassisEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 
 } // namespace drive
