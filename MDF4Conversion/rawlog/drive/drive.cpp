@@ -10,6 +10,12 @@ Drive::Drive()
     addLoggerStatus(m_configuration, m_schedule);
     addGps(m_configuration, m_schedule, m_vehicle);
     addAgm(m_configuration, m_schedule, m_vehicle);
+    addPowertrainBus(m_configuration, m_schedule, m_vehicle);
+    addFleetBus(m_configuration, m_schedule, m_vehicle);
+    addSurroundBus(m_configuration, m_schedule, m_vehicle);
+    addEngineEcu(m_configuration, m_schedule, m_vehicle);
+    addChassisEcu(m_configuration, m_schedule, m_vehicle);
+    addAssistanceEcu(m_configuration, m_schedule, m_vehicle);
 }
 
 QByteArray Drive::entriesUntil(qint64 end_us)

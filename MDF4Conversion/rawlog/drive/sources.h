@@ -12,5 +12,11 @@ class Vehicle;
 void addLoggerStatus(TerminalStruct &configuration, Schedule &schedule);
 void addGps(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addPowertrainBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addFleetBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addEngineEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addChassisEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 
 } // namespace drive
