@@ -38,7 +38,7 @@ void Console::setUp()
 #ifndef Q_OS_WIN
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
-    QLoggingCategory::setFilterRules(QStringLiteral("default.*=false"));
+    QLoggingCategory::setFilterRules(QStringLiteral("default=false"));
 }
 
 bool Console::openLog(const QString &path, QString &failure)

@@ -171,6 +171,12 @@ std::map<LogStatistics::StreamKey, StreamStatistics> LogStatistics::streams() co
     return streams;
 }
 
+const StreamStatistics *LogStatistics::find(StreamKey key) const
+{
+    const std::unique_ptr<Row> &row = m_rows[key.first];
+    return row && (*row)[key.second].entries != 0 ? &(*row)[key.second] : nullptr;
+}
+
 StreamStatistics LogStatistics::total() const
 {
     StreamStatistics sum = m_all;

@@ -70,6 +70,8 @@ public:
 
     // By type, then number.
     [[nodiscard]] std::map<StreamKey, StreamStatistics> streams() const;
+    // Null for a stream without entries.
+    [[nodiscard]] const StreamStatistics *find(StreamKey key) const;
     [[nodiscard]] const std::map<quint8, ProcessorStatistics> &processors() const
     {
         return m_processors;
