@@ -30,7 +30,7 @@ void fillRecord(std::vector<unsigned char> &record, std::uint64_t index)
     const std::uint64_t time_us = index * 1000;
     std::memcpy(record.data(), &time_us, sizeof time_us);
     for (std::size_t i = sizeof time_us; i < record.size(); ++i)
-        record[i] = static_cast<unsigned char>(index / 8 + i);
+        record[i] = static_cast<unsigned char>(index / 8 + i - timeBytes);
 }
 
 bool writeRecords(MDF4File &file, const M4CGBlock &cg, m4DataStream &stream, std::uint64_t count)
