@@ -1,0 +1,124 @@
+#include "cli/console.h"
+
+#include <QDir>
+#include <QLoggingCategory>
+#include <QTextCodec>
+
+#include <cmath>
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+bool isTerminal(std::FILE *stream)
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) != 0;
+#endif
+}
+
+void write(std::FILE *stream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
+void Console::setUp()
+{
+#ifndef Q_OS_WIN
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+    QLoggingCategory::setFilterRules(QStringLiteral("default=false"));
+}
+
+bool Console::openLog(const QString &path, QString &failure)
+{
+    m_log.setFileName(path);
+    if (m_log.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return true;
+    failure = QStringLiteral("%1: %2").arg(displayName(path), m_log.errorString());
+    return false;
+}
+
+void Console::print(const QString &text)
+{
+    clearProgress();
+    write(stdout, text + QLatin1Char('\n'));
+}
+
+void Console::message(const QString &kind, const QString &text, bool onlyLog)
+{
+    const QString line = kind + plainMessage(text) + QLatin1Char('\n');
+    if (m_log.isOpen()) {
+        m_log.write(line.toUtf8());
+        m_log.flush();
+    }
+    if (onlyLog)
+        return;
+    clearProgress();
+    write(stderr, line);
+}
+
+void Console::showProgress(const QString &text)
+{
+    if (m_quiet || !isTerminal(stderr))
+        return;
+    const int width = text.size();
+    write(stderr, QLatin1Char('\r') + text.leftJustified(m_progressWidth));
+    m_progressWidth = width;
+}
+
+void Console::clearProgress()
+{
+    if (m_progressWidth == 0)
+        return;
+    write(stderr,
+          QLatin1Char('\r') + QString(m_progressWidth, QLatin1Char(' ')) + QLatin1Char('\r'));
+    m_progressWidth = 0;
+}
+
+QString plainMessage(const QString &text)
+{
+    QString plain = text;
+    plain.remove(QLatin1Char('\r'));
+    plain.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    plain.replace(QLatin1String("&lt;"), QLatin1String("<"));
+    plain.replace(QLatin1String("&gt;"), QLatin1String(">"));
+    plain.replace(QLatin1String("&quot;"), QLatin1String("\""));
+    plain.replace(QLatin1String("&amp;"), QLatin1String("&"));
+    return plain;
+}
+
+QString displayName(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+QString sizeText(double bytes)
+{
+    return bytes < 1e9 ? QStringLiteral("%1 MB").arg(bytes / 1e6, 0, 'f', 1)
+                       : QStringLiteral("%1 GB").arg(bytes / 1e9, 0, 'f', 2);
+}
+
+QString durationText(double seconds)
+{
+    const auto whole = static_cast<qint64>(std::ceil(qBound(0.0, seconds, 1e9)));
+    const auto twoDigits = [](qint64 value) {
+        return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
+    };
+    const QString minutesAndSeconds =
+        twoDigits(whole / 60 % 60) + QLatin1Char(':') + twoDigits(whole % 60);
+    if (whole >= 3600)
+        return QStringLiteral("%1:%2").arg(whole / 3600).arg(minutesAndSeconds);
+    return whole >= 600 ? minutesAndSeconds : minutesAndSeconds.mid(1);
+}

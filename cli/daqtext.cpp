@@ -1,0 +1,131 @@
+#include "cli/daqtext.h"
+
+#include "a2l/records/a2lconstants.h"
+#include "a2l/records/streamingclass_a2l_module.h"
+#include "cli/portsinuse.h"
+#include "cli/textsections.h"
+
+namespace {
+
+constexpr quint32 extendedFlag = 0x80000000;
+
+constexpr const char *interfaces[] = {"none", "CCP or XCP on CAN", "XCP on UDP", "XCP on TCP"};
+constexpr const char *dataTypes[] = {"UBYTE",        "SBYTE",       "UWORD",    "SWORD",
+                                     "ULONG",        "SLONG",       "A_UINT64", "A_INT64",
+                                     "FLOAT32_IEEE", "FLOAT64_IEEE"};
+constexpr const char *conversionTypes[] = {"IDENTICAL", "FORM",       "LINEAR",  "RAT_FUNC",
+                                           "TAB_INTP",  "TAB_NOINTP", "TAB_VERB"};
+
+QString canIdText(quint32 id)
+{
+    return id == 0 ? QStringLiteral("-")
+                   : identifierText(id & ~extendedFlag, (id & extendedFlag) != 0);
+}
+
+QString parametersText(const QString &port, const StreamingClass_A2L_Module &module)
+{
+    const StreamingClass_A2L_CFG &cfg = module.config.cfg;
+    TextTable table;
+    table.addRow({QStringLiteral("A2L file"), module.a2l_file_name});
+    table.addRow({QStringLiteral("State"), onOff(module.config.enabled != 0)});
+    table.addRow({QStringLiteral("Interface"), nameOf(interfaces, module.config.active_interface)});
+    if (module.config.active_interface == ACTIVE_A2L_IF_CCP_XCP_O_CAN)
+        table.addRow({QStringLiteral("Identifiers"),
+                      QStringLiteral("send %1, receive %2, %3 bit/s")
+                          .arg(canIdText(cfg.can_id_send), canIdText(cfg.can_id_recv))
+                          .arg(cfg.baudrate)});
+    if (!cfg.ip_address.isEmpty() || cfg.port != 0)
+        table.addRow(
+            {QStringLiteral("Slave"), QStringLiteral("%1:%2").arg(cfg.ip_address).arg(cfg.port)});
+    table.addRow({QStringLiteral("Protocol"),
+                  QStringLiteral("%1 %2").arg(hexText(cfg.protocol_version), cfg.version_text)});
+    if (module.hsfz_activation != 0)
+        table.addRow({QStringLiteral("HSFZ activation"), QString::number(module.hsfz_activation)});
+    return section(port + QStringLiteral(": CCP/XCP"), table);
+}
+
+TextTable eventTable(const StreamingClass_A2L_CFG &cfg)
+{
+    TextTable table({">Channel", "Event", "Short name", ">Unit code", ">Period"});
+    for (const StreamingClass_A2L_RASTER_EVENT *event : cfg.rasters)
+        table.addRow({QString::number(event->channel_no), event->name, event->short_name,
+                      QString::number(event->period_cse), QString::number(event->period_rate)});
+    return table;
+}
+
+struct DaqContent
+{
+    int elements = 0;
+    int bytes = 0;
+    int names = 0;
+};
+
+DaqContent contentOf(const StreamingClass_A2L_DAQ &daq)
+{
+    DaqContent content;
+    for (const StreamingClass_A2L_ODT *odt : daq.odts) {
+        for (const StreamingClass_A2L_ODT_ELEMENT *element : odt->elements) {
+            ++content.elements;
+            content.bytes += element->size;
+            content.names += element->names.size();
+        }
+    }
+    return content;
+}
+
+TextTable daqTable(const StreamingClass_A2L_CFG &cfg)
+{
+    TextTable table({">No.", "DAQ list", ">Event", ">Identifier", ">First PID", ">ODTs", ">of",
+                     ">ODT bytes", ">Elements", ">Bytes", ">Measurements"});
+    for (const StreamingClass_A2L_DAQ *daq : cfg.daq_lists) {
+        const DaqContent content = contentOf(*daq);
+        table.addRow({QString::number(daq->daq_number), daq->name,
+                      QString::number(daq->event_channel), canIdText(daq->can_id),
+                      QString::number(daq->first_pid), QString::number(daq->odts.size()),
+                      QString::number(daq->max_odt), QString::number(daq->odt_capacity),
+                      QString::number(content.elements), QString::number(content.bytes),
+                      QString::number(content.names)});
+    }
+    return table;
+}
+
+TextTable measurementTable(const StreamingClass_A2L_Module &module)
+{
+    TextTable table({"Measurement", "Type", ">Address", "Conversion", ">Lower limit",
+                     ">Upper limit", "Description"});
+    for (const A2lMeasurement *measurement : module.measurements)
+        table.addRow({measurement->name, nameOf(dataTypes, measurement->data_type),
+                      hexText(measurement->ecu_address), measurement->conversion,
+                      realText(measurement->lower_limit), realText(measurement->upper_limit),
+                      measurement->long_identifier});
+    return table;
+}
+
+TextTable methodTable(const StreamingClass_A2L_Module &module)
+{
+    TextTable table({"Conversion", "Kind", "Unit", "Content"});
+    for (const A2lCompuMethod *method : module.compu_methods) {
+        QString content = method->table_name;
+        if (method->conversion_type == A2lConversionType::Linear)
+            content = QStringLiteral("%1 x + %2")
+                          .arg(realText(method->linear_a), realText(method->linear_b));
+        else if (method->conversion_type == A2lConversionType::Form)
+            content = method->formula;
+        table.addRow({method->name, nameOf(conversionTypes, method->conversion_type), method->unit,
+                      content});
+    }
+    return table;
+}
+
+} // namespace
+
+QString daqText(const QString &port, const StreamingClass_A2L_Module &module)
+{
+    if (!isInUse(module))
+        return {};
+    return parametersText(port, module)
+           + section(port + QStringLiteral(": events"), eventTable(module.config.cfg))
+           + section(port + QStringLiteral(": DAQ lists"), daqTable(module.config.cfg))
+           + section(port + QStringLiteral(": measurements"), measurementTable(module))
+           + section(port + QStringLiteral(": conversions"), methodTable(module));
+}

@@ -1,0 +1,127 @@
+#include "cli/fileinspection.h"
+
+#include "MDF4Conversion/rawlog/logconfiguration.h"
+#include "MDF4Conversion/rawlog/logfilereader.h"
+#include "cli/logfindings.h"
+#include "config/configfile.h"
+
+#include <QFileInfo>
+
+namespace {
+
+// The loader begins its texts with the path.
+QString withoutPath(const QString &text, const QString &path)
+{
+    const QString prefix = path + QStringLiteral(": ");
+    return text.startsWith(prefix) ? text.mid(prefix.size()) : text;
+}
+
+void readConfigurationFile(FileInspection &inspection)
+{
+    auto configuration = std::make_unique<TerminalStruct>();
+    QString failure;
+    if (configfile::load(*configuration, inspection.file, &failure))
+        inspection.configuration = std::move(configuration);
+    else
+        inspection.failure = withoutPath(failure, inspection.file);
+}
+
+void readLogConfiguration(FileInspection &inspection)
+{
+    const rawlog::ConfigurationBlock block = rawlog::readConfigurationBlock(inspection.file);
+    inspection.configuration = rawlog::decodeConfiguration(block.bytes);
+    inspection.failure = block.failure;
+}
+
+// What lies behind the last entry, from the first byte that is none.
+void takeRest(LogStatistics &statistics, const LogFileReader &reader)
+{
+    const qint64 start = reader.skipCount() != 0 ? reader.skipPosition() : reader.position();
+    statistics.takeSkipped(start, quint64(qMax<qint64>(reader.fileSize() - start, 0)));
+}
+
+void readEntries(FileInspection &inspection, const InspectionProgress &progress)
+{
+    LogFileReader reader(inspection.file);
+    if (!reader.isOpen()) {
+        inspection.failure = reader.failure();
+        return;
+    }
+    reader.setContinueCheck([&] {
+        inspection.cancelled = !progress(reader.position(), reader.fileSize());
+        return !inspection.cancelled;
+    });
+    inspection.firstEntryPosition = reader.firstEntryPosition();
+    auto statistics = std::make_unique<LogStatistics>();
+    StdLogEntry entry;
+    bool atEnd = false;
+    for (reader.next(entry, atEnd); !atEnd; reader.next(entry, atEnd)) {
+        statistics->takeSkipped(reader.skipPosition(), reader.skipCount());
+        statistics->take(entry);
+    }
+    if (inspection.cancelled)
+        return;
+    statistics->finish();
+    inspection.failure = reader.failure();
+    if (inspection.failure.isEmpty())
+        takeRest(*statistics, reader);
+    addFindings(*statistics, inspection.errors, inspection.warnings);
+    inspection.log = std::move(statistics);
+}
+
+QString whyUnknown(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QStringLiteral("the file does not exist");
+    if (!info.isFile())
+        return QStringLiteral("it is not a regular file");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return file.errorString();
+    if (file.size() == 0)
+        return QStringLiteral("the file is empty");
+    return QStringLiteral("it is neither a configuration nor a raw log");
+}
+
+void judgeConfiguration(FileInspection &inspection)
+{
+    if (!inspection.configurationIsWhole)
+        inspection.errors.append(QStringLiteral("the configuration is damaged; what could not be "
+                                                "read shows its default"));
+    else if (inspection.configuration->version > TerminalStruct::streamVersion)
+        inspection.warnings.append(
+            QStringLiteral("the configuration has version %1 and is read as version %2")
+                .arg(inspection.configuration->version)
+                .arg(TerminalStruct::streamVersion));
+}
+
+} // namespace
+
+FileInspection inspectFile(const QString &path, InspectionScope scope,
+                           const InspectionProgress &progress)
+{
+    FileInspection inspection;
+    inspection.file = path;
+    inspection.size = QFileInfo(path).size();
+    const FileHead head = readFileHead(path);
+    inspection.kind = head.kind;
+    inspection.configurationIsWhole = head.framesAreWhole;
+    switch (head.kind) {
+    case FileHead::Kind::Configuration:
+        readConfigurationFile(inspection);
+        break;
+    case FileHead::Kind::RawLog:
+        readLogConfiguration(inspection);
+        break;
+    case FileHead::Kind::Unknown:
+        inspection.failure = whyUnknown(path);
+        break;
+    }
+    if (!inspection.configuration)
+        return inspection;
+    judgeConfiguration(inspection);
+    if (head.kind == FileHead::Kind::RawLog && scope == InspectionScope::Everything)
+        readEntries(inspection, progress);
+    return inspection;
+}

@@ -1,0 +1,32 @@
+#include "cli/inspectiontext.h"
+
+#include "cli/configurationtext.h"
+#include "cli/console.h"
+#include "cli/fileinspection.h"
+#include "cli/logtext.h"
+#include "cli/textsections.h"
+
+namespace {
+
+QString headText(const FileInspection &inspection)
+{
+    const QString kind = inspection.kind == FileHead::Kind::RawLog
+                             ? QStringLiteral("raw log")
+                             : QStringLiteral("configuration");
+    return QStringLiteral("%1: %2, %3 bytes, configuration version %4\n")
+        .arg(printable(displayName(inspection.file)), kind)
+        .arg(inspection.size)
+        .arg(inspection.configuration->version);
+}
+
+} // namespace
+
+QString inspectionText(const FileInspection &inspection)
+{
+    if (!inspection.configuration)
+        return {};
+    QString text = headText(inspection) + configurationText(*inspection.configuration);
+    if (inspection.log)
+        text += logText(*inspection.log);
+    return text;
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QString>
+
+struct FileInspection;
+
+// An inspection for people.
+[[nodiscard]] QString inspectionText(const FileInspection &inspection);

@@ -1,0 +1,65 @@
+#include "cli/logfindings.h"
+
+#include "cli/logstatistics.h"
+
+namespace {
+
+// From here on the logger itself started anew within a log.
+constexpr int manyRestarts = 2;
+
+void addSkipped(const LogStatistics &statistics, QStringList &errors)
+{
+    if (statistics.skippedStretchCount() == 0)
+        return;
+    const SkippedStretch &first = statistics.skippedStretches().first();
+    errors.append(QStringLiteral("%1 bytes are no entries: %2 stretches, the first at %3")
+                      .arg(statistics.skippedBytes())
+                      .arg(statistics.skippedStretchCount())
+                      .arg(first.position));
+}
+
+void addCount(QStringList &texts, quint64 count, const QString &text)
+{
+    if (count != 0)
+        texts.append(text.arg(count));
+}
+
+void addProcessor(int number, const ProcessorStatistics &processor, QStringList &errors,
+                  QStringList &warnings)
+{
+    const QString name = QStringLiteral("processor %1: ").arg(number);
+    if (processor.equalSyncStamps != 0)
+        errors.append(name
+                      + QStringLiteral("%1 sync stamps repeat").arg(processor.equalSyncStamps));
+    if (processor.ringBufferOverflows.value_or(0) != 0)
+        errors.append(name
+                      + QStringLiteral("ring buffer overflow protection counter %1, data was lost")
+                            .arg(*processor.ringBufferOverflows));
+    if (processor.restarts.value_or(0) >= manyRestarts)
+        warnings.append(
+            name + QStringLiteral("timestamp sync or restart counter %1").arg(*processor.restarts));
+    if (processor.longestSyncInterval > LogStatistics::syncLimit_us)
+        warnings.append(name
+                        + QStringLiteral("no sync stamp for %1 s, one or more are missing")
+                              .arg(double(processor.longestSyncInterval) / 1e6, 0, 'f', 1));
+}
+
+} // namespace
+
+void addFindings(const LogStatistics &statistics, QStringList &errors, QStringList &warnings)
+{
+    const StreamStatistics total = statistics.total();
+    addSkipped(statistics, errors);
+    addCount(errors, statistics.damagedEntries(),
+             QStringLiteral("%1 entries are shorter than the head of an entry"));
+    addCount(errors, total.incomplete,
+             QStringLiteral("%1 entries are shorter than their type or their data needs"));
+    addCount(errors, statistics.implausibleTimes(),
+             QStringLiteral("%1 entries have a time far off their neighbours"));
+    addCount(warnings, statistics.unknownEntries(),
+             QStringLiteral("%1 entries are of unknown types"));
+    addCount(warnings, total.outOfOrder,
+             QStringLiteral("%1 entries are older than one before them on their bus"));
+    for (const auto &[number, processor] : statistics.processors())
+        addProcessor(number, processor, errors, warnings);
+}

@@ -1,0 +1,95 @@
+#include "cli/console.h"
+#include "cli/exitcodes.h"
+#include "cli/inputfiles.h"
+#include "cli/inspectionrun.h"
+#include "cli/interruption.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QJsonDocument>
+
+namespace {
+
+// The options of the program, declared once.
+struct Options
+{
+    const QCommandLineOption json{QStringLiteral("json"),
+                                  QStringLiteral("Print what is in each file as JSON.")};
+    const QCommandLineOption saveAs{QStringLiteral("save-as"),
+                                    QStringLiteral("Save the configuration of the one input as "
+                                                   "<FILE.zdc>, at the current version."),
+                                    QStringLiteral("FILE.zdc")};
+
+    void addTo(QCommandLineParser &parser) const { parser.addOptions({json, saveAs}); }
+};
+
+ExitCode usageError(Console &console, const QString &text)
+{
+    console.error(text);
+    console.error(QStringLiteral("Try zds-inspect --help."));
+    return UsageError;
+}
+
+ExitCode inspect(Console &console, const QCommandLineParser &parser, const Options &options)
+{
+    const InputFiles inputs = inputFiles(parser.positionalArguments(),
+                                         {QStringLiteral("*.zdc"), QStringLiteral("*.rld")});
+    const bool saves = parser.isSet(options.saveAs);
+    if (saves && inputs.files.size() + inputs.failures.size() != 1)
+        return usageError(console, QStringLiteral("--save-as takes exactly one file."));
+    for (const QString &failure : inputs.failures)
+        console.error(failure);
+    InspectionRun run(console, parser.isSet(options.json) ? InspectionRun::Output::Json
+                               : saves                    ? InspectionRun::Output::None
+                                                          : InspectionRun::Output::Text);
+    if (saves)
+        run.saveConfigurationAs(parser.value(options.saveAs));
+    const ExitCode code = run.run(inputs.files);
+    if (parser.isSet(options.json)) {
+        const QByteArray json = QJsonDocument(run.summaries()).toJson(QJsonDocument::Indented);
+        console.print(QString::fromUtf8(json.trimmed()));
+    }
+    return inputs.failures.isEmpty() || code == Cancelled ? code : SomeFileFailed;
+}
+
+ExitCode run(Console &console, const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    const Options options;
+    parser.setApplicationDescription(
+        QStringLiteral("Shows what is in configurations (.zdc) and raw logs (.rld)."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    options.addTo(parser);
+    parser.addPositionalArgument(
+        QStringLiteral("FILE"),
+        QStringLiteral("Configurations and raw logs, shell patterns or folders."),
+        QStringLiteral("FILE..."));
+    if (!parser.parse(arguments))
+        return usageError(console, parser.errorText());
+    if (parser.isSet(QStringLiteral("help"))) {
+        console.print(parser.helpText().trimmed());
+        return AllDone;
+    }
+    if (parser.isSet(QStringLiteral("version"))) {
+        console.print(QStringLiteral("zds-inspect %1").arg(QCoreApplication::applicationVersion()));
+        return AllDone;
+    }
+    if (parser.positionalArguments().isEmpty())
+        return usageError(console, QStringLiteral("No file was given."));
+    interruption::watch();
+    return inspect(console, parser, options);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    Console::setUp();
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("zds-inspect"));
+    QCoreApplication::setApplicationVersion(
+        QStringLiteral("%1.%2").arg(ZDS_VERSION_MAJOR).arg(ZDS_VERSION_MINOR));
+    Console console;
+    return run(console, QCoreApplication::arguments());
+}
