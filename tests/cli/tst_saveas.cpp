@@ -1,10 +1,11 @@
 #include "cli/console.h"
 #include "cli/inspectionrun.h"
 #include "configurationimage.h"
+#include "temporaryfiles.h"
 
 #include <QtTest>
 
-#include <functional>
+#include <memory>
 
 Q_DECLARE_METATYPE(RecordVersions)
 
@@ -14,7 +15,7 @@ class tst_SaveAs : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_files = std::make_unique<TemporaryFiles>(); }
     void everyOlderVersionIsSavedAsTheCurrentOne_data();
     void everyOlderVersionIsSavedAsTheCurrentOne();
     void tooLargeDividersAreSavedAsTheLargest();
@@ -26,30 +27,10 @@ private slots:
     void aFailureLeavesTheTargetAsItWas();
 
 private:
-    [[nodiscard]] QString path(const char *name) const
-    {
-        return m_folder->filePath(QLatin1String(name));
-    }
-    QString write(const char *name, const QByteArray &bytes) const;
-    static QByteArray contentOf(const QString &path);
     static ExitCode save(const QString &input, const QString &output);
 
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<TemporaryFiles> m_files;
 };
-
-QString tst_SaveAs::write(const char *name, const QByteArray &bytes) const
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("no temporary file");
-    return file.fileName();
-}
-
-QByteArray tst_SaveAs::contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 ExitCode tst_SaveAs::save(const QString &input, const QString &output)
 {
@@ -89,11 +70,12 @@ void tst_SaveAs::everyOlderVersionIsSavedAsTheCurrentOne()
     QFETCH(RecordVersions, versions);
     QFETCH(bool, inLog);
     const QByteArray image = configurationImage(versions, versions);
-    const QString input = write("old", inLog ? logFileOf(image) : configurationFileOf(image));
-    const QString output = path("new.zdc");
+    const QString input =
+        m_files->write("old", inLog ? logFileOf(image) : configurationFileOf(image));
+    const QString output = m_files->path("new.zdc");
     QCOMPARE(save(input, output), AllDone);
     const QByteArray expected = configurationFileOf(configurationImage({}, versions));
-    QCOMPARE(contentOf(output).toHex(' '), expected.toHex(' '));
+    QCOMPARE(TemporaryFiles::contentOf(output).toHex(' '), expected.toHex(' '));
 }
 
 void tst_SaveAs::tooLargeDividersAreSavedAsTheLargest()
@@ -107,17 +89,20 @@ void tst_SaveAs::tooLargeDividersAreSavedAsTheLargest()
     QByteArray largest = image;
     largest.replace(at, 2, QByteArray::fromHex("0200"));
     QCOMPARE(image.mid(at, 2).toHex(), QByteArray("0028"));
-    QCOMPARE(save(write("in.zdc", configurationFileOf(tooLarge)), path("out.zdc")), AllDone);
-    QCOMPARE(contentOf(path("out.zdc")).toHex(' '), configurationFileOf(largest).toHex(' '));
+    QCOMPARE(
+        save(m_files->write("in.zdc", configurationFileOf(tooLarge)), m_files->path("out.zdc")),
+        AllDone);
+    QCOMPARE(TemporaryFiles::contentOf(m_files->path("out.zdc")).toHex(' '),
+             configurationFileOf(largest).toHex(' '));
 }
 
 void tst_SaveAs::aNewerVersionIsSavedWithWhatIsKnown()
 {
     RecordVersions newer;
     newer.terminal = 9;
-    const QString input = write("in.rld", logFileOf(configurationImage(newer, newer)));
-    QCOMPARE(save(input, path("out.zdc")), AllDone);
-    QCOMPARE(contentOf(path("out.zdc")).toHex(' '),
+    const QString input = m_files->write("in.rld", logFileOf(configurationImage(newer, newer)));
+    QCOMPARE(save(input, m_files->path("out.zdc")), AllDone);
+    QCOMPARE(TemporaryFiles::contentOf(m_files->path("out.zdc")).toHex(' '),
              configurationFileOf(configurationImage({}, {})).toHex(' '));
 }
 
@@ -125,48 +110,50 @@ void tst_SaveAs::aFileMayBeSavedOverItself()
 {
     RecordVersions old;
     old.terminal = 4;
-    const QString file = write("a.zdc", configurationFileOf(configurationImage(old, old)));
+    const QString file = m_files->write("a.zdc", configurationFileOf(configurationImage(old, old)));
     QCOMPARE(save(file, file), AllDone);
-    QCOMPARE(contentOf(file).toHex(' '),
+    QCOMPARE(TemporaryFiles::contentOf(file).toHex(' '),
              configurationFileOf(configurationImage({}, old)).toHex(' '));
 }
 
 void tst_SaveAs::aRawLogIsNotOverwritten()
 {
     const QByteArray log = logFileOf(configurationImage({}, {}));
-    const QString first = write("a.rld", log);
-    const QString second = write("b.rld", log);
+    const QString first = m_files->write("a.rld", log);
+    const QString second = m_files->write("b.rld", log);
     QCOMPARE(save(first, second), SomeFileFailed);
     QCOMPARE(save(first, first), SomeFileFailed);
-    QCOMPARE(contentOf(first), log);
-    QCOMPARE(contentOf(second), log);
+    QCOMPARE(TemporaryFiles::contentOf(first), log);
+    QCOMPARE(TemporaryFiles::contentOf(second), log);
 }
 
 void tst_SaveAs::aMissingFolderIsAFailure()
 {
-    const QString input = write("a.zdc", configurationFileOf(configurationImage({}, {})));
-    QCOMPARE(save(input, path("missing/out.zdc")), SomeFileFailed);
-    QVERIFY(!QFileInfo::exists(path("missing")));
+    const QString input = m_files->write("a.zdc", configurationFileOf(configurationImage({}, {})));
+    QCOMPARE(save(input, m_files->path("missing/out.zdc")), SomeFileFailed);
+    QVERIFY(!QFileInfo::exists(m_files->path("missing")));
 }
 
 void tst_SaveAs::aDamagedConfigurationIsNotSaved()
 {
     QByteArray image = configurationImage({}, {});
     image[0] = '\x7f'; // the frame reaches beyond the payload
-    QCOMPARE(save(write("a.zdc", configurationFileOf(image)), path("out.zdc")), SomeFileFailed);
-    QCOMPARE(save(write("a.rld", logFileOf(image)), path("out.zdc")), SomeFileFailed);
-    QVERIFY(!QFileInfo::exists(path("out.zdc")));
+    QCOMPARE(save(m_files->write("a.zdc", configurationFileOf(image)), m_files->path("out.zdc")),
+             SomeFileFailed);
+    QCOMPARE(save(m_files->write("a.rld", logFileOf(image)), m_files->path("out.zdc")),
+             SomeFileFailed);
+    QVERIFY(!QFileInfo::exists(m_files->path("out.zdc")));
 }
 
 void tst_SaveAs::aFailureLeavesTheTargetAsItWas()
 {
-    const QString target = write("out.zdc", "as it was");
+    const QString target = m_files->write("out.zdc", "as it was");
     const QByteArray good = configurationFileOf(configurationImage({}, {}));
     QByteArray wrongSum = good;
     wrongSum[wrongSum.size() - 1] = char(wrongSum.back() + 1);
-    QCOMPARE(save(write("a.zdc", wrongSum), target), SomeFileFailed);
-    QCOMPARE(save(write("b.zdc", good.left(good.size() / 2)), target), SomeFileFailed);
-    QCOMPARE(contentOf(target), QByteArray("as it was"));
+    QCOMPARE(save(m_files->write("a.zdc", wrongSum), target), SomeFileFailed);
+    QCOMPARE(save(m_files->write("b.zdc", good.left(good.size() / 2)), target), SomeFileFailed);
+    QCOMPARE(TemporaryFiles::contentOf(target), QByteArray("as it was"));
 }
 
 QTEST_GUILESS_MAIN(tst_SaveAs)
