@@ -18,6 +18,14 @@ bool fail(QString *error, const QString &text)
     return false;
 }
 
+// A folder, a device or a pipe. Opening a pipe would wait for its other end, and saving over any of
+// them would put a file in its place.
+bool isOtherThanFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile();
+}
+
 QString aboutFile(const QString &path, const QString &cause)
 {
     return QStringLiteral("%1: %2").arg(path, cause);
@@ -35,6 +43,8 @@ qint32 checksum(const QByteArray &payload)
 
 bool save(const TerminalStruct &config, const QString &path, QString *error)
 {
+    if (isOtherThanFile(path))
+        return fail(error, aboutFile(path, QStringLiteral("This is not a file.")));
     const QByteArray payload = record::toBytes(config);
     if (payload.size() > maxPayloadBytes)
         return fail(error, aboutFile(path, QStringLiteral("The configuration is too large.")));
@@ -52,9 +62,7 @@ bool save(const TerminalStruct &config, const QString &path, QString *error)
 
 bool load(TerminalStruct &config, const QString &path, QString *error)
 {
-    // Opening a pipe would wait for its writer.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
+    if (isOtherThanFile(path))
         return fail(error, aboutFile(path, QStringLiteral("This is not a file.")));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

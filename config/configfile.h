@@ -7,7 +7,7 @@
 namespace configfile {
 
 // No configuration comes near this; larger ones are neither read nor written.
-constexpr qint64 maxPayloadBytes = 64 * 1024 * 1024;
+inline constexpr qint64 maxPayloadBytes = 64 * 1024 * 1024;
 
 // Sum of the bytes as signed 8-bit values, wrapping at 32 bits. Never 0: a sum of 0 gives 1.
 [[nodiscard]] qint32 checksum(const QByteArray &payload);

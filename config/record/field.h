@@ -17,7 +17,7 @@
 // Defaults are the member initialisers.
 namespace record {
 
-constexpr qint32 anyVersion = std::numeric_limits<qint32>::min();
+inline constexpr qint32 anyVersion = std::numeric_limits<qint32>::min();
 
 template <class R, class T>
 struct Field
@@ -77,7 +77,7 @@ template <class T>
 struct IsRecord<T, std::void_t<decltype(T::fields())>> : std::true_type
 {};
 template <class T>
-constexpr bool isRecord = IsRecord<T>::value;
+inline constexpr bool isRecord = IsRecord<T>::value;
 
 template <class T, class = void>
 struct IsFramed : std::false_type
@@ -86,7 +86,7 @@ template <class T>
 struct IsFramed<T, std::void_t<decltype(T::streamVersion)>> : std::true_type
 {};
 template <class T>
-constexpr bool isFramed = IsFramed<T>::value;
+inline constexpr bool isFramed = IsFramed<T>::value;
 
 // Calls visit(item) for every field and zero byte of R, in wire order.
 template <class R, class Visitor>

@@ -18,8 +18,12 @@ qint64 bytesLeft(const QDataStream &in)
 
 QByteArray readBytes(QDataStream &in)
 {
-    quint32 length = 0;
-    in >> length;
+    // Without its length an item is missing, which is not the same as empty.
+    quint32 length = nullLength;
+    if (bytesLeft(in) >= qint64(sizeof length))
+        in >> length;
+    else
+        in.skipRawData(int(bytesLeft(in)));
     if (length == nullLength)
         return {};
     const qint64 left = bytesLeft(in);

@@ -10,7 +10,7 @@ namespace record {
 
 // Stream version of every stream that reads or saves records (14). All items in use have the same
 // bytes in later versions.
-constexpr int dataStreamVersion = QDataStream::Qt_5_1;
+inline constexpr int dataStreamVersion = QDataStream::Qt_5_1;
 
 // Bytes between the read position of the stream and its end.
 qint64 bytesLeft(const QDataStream &in);

@@ -21,24 +21,24 @@ namespace record {
 namespace detail {
 
 template <class T>
-constexpr bool isArray = false;
+inline constexpr bool isArray = false;
 template <class T, std::size_t N>
-constexpr bool isArray<std::array<T, N>> = true;
+inline constexpr bool isArray<std::array<T, N>> = true;
 
 template <class T>
-constexpr bool isOwnedList = false;
+inline constexpr bool isOwnedList = false;
 template <class T>
-constexpr bool isOwnedList<OwnedList<T>> = true;
+inline constexpr bool isOwnedList<OwnedList<T>> = true;
 
 template <class T>
-constexpr bool isValueList = false;
+inline constexpr bool isValueList = false;
 template <class T>
-constexpr bool isValueList<QList<T>> = true;
+inline constexpr bool isValueList<QList<T>> = true;
 template <>
-constexpr bool isValueList<QStringList> = true;
+inline constexpr bool isValueList<QStringList> = true;
 
 template <class T>
-constexpr bool isList = isOwnedList<T> || isValueList<T>;
+inline constexpr bool isList = isOwnedList<T> || isValueList<T>;
 
 template <class T>
 const T &element(const T &value)
@@ -305,6 +305,7 @@ template <class R>
 template <class R>
 bool fromBytes(const QByteArray &bytes, R &record)
 {
+    static_assert(isFramed<R>, "only a frame tells where it ends");
     QDataStream in(bytes);
     in.setVersion(dataStreamVersion);
     read(in, record);

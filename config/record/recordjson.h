@@ -23,9 +23,7 @@ QJsonValue jsonValue(const T &value)
             array.append(jsonValue(element(item)));
         return array;
     } else if constexpr (std::is_same_v<T, quint64>) {
-        // JSON values hold signed integers, or doubles above them.
-        constexpr auto largest = quint64(std::numeric_limits<qint64>::max());
-        return value <= largest ? QJsonValue(qint64(value)) : QJsonValue(double(value));
+        return double(value);
     } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
         return qint64(value);
     } else {
@@ -35,7 +33,8 @@ QJsonValue jsonValue(const T &value)
 
 } // namespace detail
 
-// The streamed members under their field names.
+// The streamed members under their field names. Numbers are those of JSON: 64-bit values are exact
+// up to 2^53.
 template <class R>
 QJsonObject toJson(const R &record)
 {

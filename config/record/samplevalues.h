@@ -6,12 +6,16 @@ namespace record {
 
 // Fills a record with values that differ from field to field, for checks of the stream form. The
 // values follow from a running number n, which starts at 1 and counts every value in wire order:
-//   8 bit: n     16 bit: 256 + n     32 bit: 0x81000000 + n     64 bit: 0x8100000000000000 + n
+//   8 bit: n     16 bit: 256 + n % 256     32 bit: 0x81000000 + n     64 bit: 0x8100000000000000 + n
 //   double: n + 0.25     bool: whether n is odd     text: "µ" and n
-// Lists get two elements.
+// Lists get two elements, unless stated otherwise.
 class SampleValues
 {
 public:
+    explicit SampleValues(int listSize = 2)
+        : m_listSize(listSize)
+    {}
+
     template <class R>
     void fill(R &record)
     {
@@ -29,11 +33,11 @@ private:
                 set(item);
         } else if constexpr (detail::isOwnedList<T>) {
             value.clear();
-            for (int i = 0; i < listSize; ++i)
+            for (int i = 0; i < m_listSize; ++i)
                 set(value.add());
         } else if constexpr (detail::isValueList<T>) {
             value.clear();
-            for (int i = 0; i < listSize; ++i) {
+            for (int i = 0; i < m_listSize; ++i) {
                 typename T::value_type item;
                 set(item);
                 value.append(item);
@@ -49,15 +53,17 @@ private:
     template <class Integer>
     static void setSingle(Integer &value, quint32 n)
     {
-        constexpr quint64 base[] = {0, 0x100, 0x81000000, 0x8100000000000000};
-        constexpr int widthIndex = sizeof(Integer) == 1   ? 0
-                                   : sizeof(Integer) == 2 ? 1
-                                   : sizeof(Integer) == 4 ? 2
-                                                          : 3;
-        value = static_cast<Integer>(base[widthIndex] + n);
+        if constexpr (sizeof(Integer) == 1)
+            value = static_cast<Integer>(n);
+        else if constexpr (sizeof(Integer) == 2)
+            value = static_cast<Integer>(0x100 + n % 0x100);
+        else if constexpr (sizeof(Integer) == 4)
+            value = static_cast<Integer>(0x81000000 + n);
+        else
+            value = static_cast<Integer>(0x8100000000000000 + n);
     }
 
-    static constexpr int listSize = 2;
+    int m_listSize;
     quint32 m_n = 0;
 };
 

@@ -1,0 +1,278 @@
+#include "MDF4Conversion/Interface_MDF4_Factory/interface_mdf4_can_dbc.h"
+
+#include "MDF4Conversion/mdf4_conversion_msg_interface.h"
+#include "config/streamingclass_dbc_signal.h"
+#include "config/terminalcancfg.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace {
+
+using Signal = StreamingClass_DBC_Signal;
+using Groups = std::vector<std::unique_ptr<MDF4_ChannelGroup>>;
+
+// The signals of one message, in list order.
+struct Message
+{
+    std::vector<const Signal *> recorded; // without multiplexors
+    std::vector<const Signal *> multiplexors;
+
+    [[nodiscard]] bool hasMultiplexed() const
+    {
+        return std::any_of(recorded.begin(), recorded.end(), [](const Signal *signal) {
+            return signal->mux_kind == MultiplexedSignal;
+        });
+    }
+};
+
+// Sorts by number, standard before extended.
+using MessageKey = std::pair<quint32, bool>;
+using Messages = std::map<MessageKey, Message>;
+
+Messages messagesOf(const TerminalCanCfg &configuration)
+{
+    Messages messages;
+    for (const Signal *signal : configuration.dbc_signals) {
+        Message &message = messages[{signal->msg_id, signal->extended_id != 0}];
+        const bool isRecorded = signal->selection_flags & Signal::recordFlag;
+        if (signal->mux_kind == MultiplexorSignal)
+            message.multiplexors.push_back(signal);
+        // Without multiplexed signals beside it a multiplexor is a value like any other.
+        if (isRecorded)
+            message.recorded.push_back(signal);
+    }
+    for (auto &[key, message] : messages) {
+        if (message.hasMultiplexed()) {
+            auto &recorded = message.recorded;
+            recorded.erase(std::remove_if(recorded.begin(), recorded.end(),
+                                          [](const Signal *signal) {
+                                              return signal->mux_kind == MultiplexorSignal;
+                                          }),
+                           recorded.end());
+        }
+    }
+    return messages;
+}
+
+can::BitOrder bitOrder(const Signal &signal)
+{
+    return signal.little_endian ? can::BitOrder::Intel : can::BitOrder::Motorola;
+}
+
+MultiplexorField fieldOf(const Signal &multiplexor)
+{
+    return {multiplexor.start_bit, multiplexor.bit_length, bitOrder(multiplexor)};
+}
+
+ExtractedValue::Kind valueKind(const Signal &signal)
+{
+    switch (signal.is_signed) {
+    case 0:
+        return ExtractedValue::Unsigned;
+    case 2:
+        return ExtractedValue::Float;
+    case 3:
+        return ExtractedValue::Double;
+    default:
+        return ExtractedValue::Signed;
+    }
+}
+
+// Type and size of the stored value: the smallest of 1, 2, 4 and 8 bytes that holds it.
+void setStorage(MDF4_DataChannel &channel, ExtractedValue::Kind kind, quint32 bitLength)
+{
+    switch (kind) {
+    case ExtractedValue::Float:
+        channel.dataType = MdfDataType::RealLittleEndian;
+        channel.size = sizeof(float);
+        return;
+    case ExtractedValue::Double:
+        channel.dataType = MdfDataType::RealLittleEndian;
+        channel.size = sizeof(double);
+        return;
+    case ExtractedValue::Signed:
+        channel.dataType = MdfDataType::SignedLittleEndian;
+        break;
+    case ExtractedValue::Unsigned:
+        channel.dataType = MdfDataType::UnsignedLittleEndian;
+        break;
+    }
+    channel.size = bitLength <= 8 ? 1 : bitLength <= 16 ? 2 : bitLength <= 32 ? 4 : 8;
+}
+
+DbcSource sourceOf(const Signal &signal, const EntrySelection &frames)
+{
+    DbcSource source;
+    source.channel = frames.number.value_or(0);
+    source.id = signal.msg_id & rawlog::extendedIdMask;
+    source.extended = signal.extended_id != 0;
+    source.dlc = signal.dlc;
+    source.startBit = signal.start_bit;
+    source.bitLength = qMin<quint32>(signal.bit_length, 64);
+    source.order = bitOrder(signal);
+    source.kind = valueKind(signal);
+    source.multiplexor = frames.multiplexor;
+    source.multiplexorValue = frames.multiplexorValue;
+    return source;
+}
+
+// Builds the groups of one message after the other.
+class GroupBuilder
+{
+public:
+    GroupBuilder(const MDF4_ConversionContext &handler, const TerminalCanCfg &configuration,
+                 quint8 number)
+        : m_context(handler)
+        , m_number(number)
+        , m_port(canPortName(configuration, number))
+    {}
+
+    void addMessage(const MessageKey &key, const Message &message)
+    {
+        warnAboutMultiplexors(key.first, message);
+        if (message.recorded.empty())
+            return;
+        EntrySelection frames;
+        frames.type = rawlog::RLD_CAN;
+        frames.number = m_number;
+        frames.canId =
+            (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
+        if (!message.hasMultiplexed())
+            addGroup(QStringLiteral("DBC"), frames, message.recorded);
+        else if (message.multiplexors.empty())
+            addGroup(QStringLiteral("DBCMUX"), frames, message.recorded);
+        else
+            addMultiplexedGroups(frames, message);
+    }
+
+    Groups groups;
+
+private:
+    void warnAboutMultiplexors(quint32 id, const Message &message)
+    {
+        if (message.multiplexors.size() > 1) {
+            m_context.messages->warning(
+                QStringLiteral("CAN-DBC More than 1 Multiplexor available: CAN-%1 msgID:%2")
+                    .arg(m_number)
+                    .arg(id));
+        }
+        if (message.hasMultiplexed() && message.multiplexors.empty()) {
+            m_context.messages->warning(
+                QStringLiteral("CAN-DBC Multiplexed channels without Multiplexor: CAN-%1 msgID:%2")
+                    .arg(m_number)
+                    .arg(id));
+        }
+    }
+
+    // Each value of the multiplexor has a group of its own, with the plain signals, too.
+    void addMultiplexedGroups(EntrySelection frames, const Message &message)
+    {
+        std::set<qint32> values;
+        for (const Signal *signal : message.recorded) {
+            if (signal->mux_kind == MultiplexedSignal)
+                values.insert(signal->mux_value);
+        }
+        frames.multiplexor = fieldOf(*message.multiplexors.front());
+        for (const qint32 value : values) {
+            frames.multiplexorValue = static_cast<quint32>(value);
+            std::vector<const Signal *> members;
+            std::copy_if(message.recorded.begin(), message.recorded.end(),
+                         std::back_inserter(members), [value](const Signal *signal) {
+                             return signal->mux_kind != MultiplexedSignal
+                                    || signal->mux_value == value;
+                         });
+            addGroup(QStringLiteral("DBCMUX"), frames, members);
+        }
+    }
+
+    void addGroup(const QString &kind, const EntrySelection &frames,
+                  const std::vector<const Signal *> &members)
+    {
+        auto group = std::make_unique<Interface_MDF4_CAN_DBC>(
+            m_context, groupnames::groupName(m_port, kind), frames);
+        for (const Signal *signal : members)
+            group->addSignal(*signal);
+        groups.push_back(std::move(group));
+    }
+
+    const MDF4_ConversionContext &m_context;
+    const quint8 m_number;
+    const groupnames::PortName m_port;
+};
+
+} // namespace
+
+groupnames::PortName canPortName(const TerminalCanCfg &configuration, quint8 number)
+{
+    return {QStringLiteral("CAN"), number, configuration.export_name_mode,
+            configuration.export_custom_name};
+}
+
+Interface_MDF4_CAN_DBC::Interface_MDF4_CAN_DBC(const MDF4_ConversionContext &handler,
+                                               const QString &groupName,
+                                               const EntrySelection &frames)
+    : MDF4_ChannelGroup(handler, groupName, rawlog::RLD_CAN)
+    , m_frames(frames)
+{}
+
+void Interface_MDF4_CAN_DBC::addSignal(const StreamingClass_DBC_Signal &signal)
+{
+    const DbcSource source = sourceOf(signal, m_frames);
+    auto channel = std::make_unique<MDF4_DataChannel_Linear_CAN_DBC>(source);
+    channel->name = signal.name;
+    channel->unit = signal.unit;
+    channel->factor = signal.factor;
+    channel->offset = signal.offset;
+    setStorage(*channel, source.kind, source.bitLength);
+    channel->setPhysicalRange(signal.minimum, signal.maximum);
+    channel->shareClock(m_clock);
+    if (channels().empty())
+        m_firstSource = source;
+    m_sameFrames = m_sameFrames && source.dlc == m_firstSource.dlc;
+    m_fields.push_back(source.field(channel->size));
+    addChannel(std::move(channel));
+    if (!m_sameFrames) {
+        for (const auto &member : channels())
+            member->useOwnClock();
+    }
+}
+
+// A message whose signals expect frames of different length never fills a record, but it says so.
+bool Interface_MDF4_CAN_DBC::takeEntry(const StdLogEntry &entry)
+{
+    if (!m_sameFrames)
+        return MDF4_ChannelGroup::takeEntry(entry);
+    if (!m_firstSource.concerns(entry))
+        return false;
+    noteTime(entry.timestamp);
+    const can::Bytes frame{entry.data.data(), entry.data.size()};
+    RecordBuffer &record = beginRecord();
+    for (const BitField &field : m_fields)
+        record.append(field.bitsIn(frame), field.storedBytes);
+    endRecord(m_clock.timestamp());
+    return true;
+}
+
+// All channels judge the time alike; where it needs a correction, each of them tells so.
+void Interface_MDF4_CAN_DBC::noteTime(quint32 now)
+{
+    if (m_clock.noteUncorrected(now, *context().cpuTimestamps))
+        return;
+    const SampleClock before = m_clock;
+    for (const auto &channel : channels()) {
+        m_clock = before;
+        if (channel->checkTimestamp(now))
+            context().messages->info(overflowHandledText(channel->name));
+    }
+}
+
+Groups Interface_MDF4_CAN_DBC::build(const MDF4_ConversionContext &handler,
+                                     const TerminalCanCfg &configuration, quint8 number)
+{
+    GroupBuilder builder(handler, configuration, number);
+    for (const auto &[key, message] : messagesOf(configuration))
+        builder.addMessage(key, message);
+    return std::move(builder.groups);
+}

@@ -1,0 +1,103 @@
+#include "MDF4Conversion/mdf4_datachannel.h"
+
+#include "MDF4Conversion/lib_mdf4/mdf4/m4conversions.h"
+
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+M4ValuePairs valuePairs(const QVector<std::pair<double, double>> &pairs)
+{
+    return {pairs.begin(), pairs.end()};
+}
+
+} // namespace
+
+void MDF4_DataChannel::setPhysicalRange(double, double)
+{
+    rangeMin = rangeMax = 0;
+}
+
+void MDF4_DataChannel::setRange(double lower, double upper)
+{
+    const bool usable = std::isfinite(lower) && std::isfinite(upper);
+    rangeMin = usable ? qMin(lower, upper) : 0;
+    rangeMax = usable ? qMax(lower, upper) : 0;
+}
+
+// Limits of 0 and 0 mean that there are none.
+void MDF4_DataChannel_Linear::setPhysicalRange(double lower, double upper)
+{
+    if (factor == 0 || (lower == 0 && upper == 0))
+        setRange(0, 0);
+    else
+        setRange((lower - offset) / factor, (upper - offset) / factor);
+}
+
+void MDF4_DataChannel_Formula::setPhysicalRange(double lower, double upper)
+{
+    if (m_rational)
+        setRange(lower, upper);
+    else
+        setRange(0, 0);
+}
+
+void MDF4_DataChannel_Formula::setRationalFunction(const a2l::RationalFunction &function)
+{
+    m_rational = true;
+    m_function = function;
+    formula = QStringLiteral("X");
+    dataType = MdfDataType::RealLittleEndian;
+    size = sizeof(double);
+}
+
+void MDF4_DataChannel_Formula::store(const ExtractedValue &value, RecordBuffer &record) const
+{
+    if (!m_rational) {
+        MDF4_DataChannel::store(value, record);
+        return;
+    }
+    const double physical = m_function.physical(value.toDouble());
+    quint64 bits = 0;
+    std::memcpy(&bits, &physical, sizeof bits);
+    record.append(bits, sizeof bits);
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Identity::conversionBlock() const
+{
+    return std::make_unique<M4CCIdentity>();
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Linear::conversionBlock() const
+{
+    return std::make_unique<M4CCLinear>(offset, factor);
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Rational::conversionBlock() const
+{
+    return std::make_unique<M4CCRational>(coefficients);
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Formula::conversionBlock() const
+{
+    return std::make_unique<M4CCFormula>(formula.toStdString());
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_Interpolated::conversionBlock() const
+{
+    return std::make_unique<M4CCN2NInterpol>(valuePairs(pairs));
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_nonInterpolated::conversionBlock() const
+{
+    return std::make_unique<M4CCN2N>(valuePairs(pairs));
+}
+
+std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Txt_Table::conversionBlock() const
+{
+    std::vector<std::pair<double, std::string>> pairs;
+    for (const auto &[key, text] : texts)
+        pairs.emplace_back(key, text.toStdString());
+    return std::make_unique<M4CCN2T>(pairs);
+}

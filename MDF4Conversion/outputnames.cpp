@@ -1,0 +1,32 @@
+#include "MDF4Conversion/outputnames.h"
+
+#include <QFileInfo>
+
+bool OutputNames::isFree(const QString &path) const
+{
+    return !m_taken.contains(path) && !QFileInfo::exists(path);
+}
+
+QString OutputNames::take(const QString &path)
+{
+    m_taken.insert(path);
+    return path;
+}
+
+OutputNames::Mdf4Names OutputNames::mdf4Names(const QString &inputFile, const QString &folder)
+{
+    const QString baseName = QFileInfo(inputFile).completeBaseName();
+    const QString outputPattern = QStringLiteral("%1/%2.mf4");
+    QString output = outputPattern.arg(folder, baseName);
+    while (!isFree(output)) {
+        output =
+            outputPattern.arg(folder, QStringLiteral("%1_%2").arg(baseName).arg(m_outputNumber));
+        ++m_outputNumber;
+    }
+    QString temporary;
+    do {
+        temporary = QStringLiteral("%1/tmp_%2").arg(folder).arg(m_temporaryNumber);
+        ++m_temporaryNumber;
+    } while (!isFree(temporary));
+    return {take(output), take(temporary)};
+}

@@ -1,0 +1,44 @@
+#include "MDF4Conversion/rawlog/drive/schedule.h"
+
+#include "MDF4Conversion/rawlog/drive/drivemath.h"
+
+namespace drive {
+namespace {
+
+// The logger has been up for 37 s when the drive begins: its clock overflows after 71 minutes.
+constexpr qint64 clockAtStart_us = 37'000'000;
+
+} // namespace
+
+void Schedule::every(qint64 period_us, qint64 first_us, qint64 jitter_us, EntryMaker make)
+{
+    m_recurring.push_back({period_us, first_us, jitter_us, std::move(make)});
+    enqueue(m_recurring.size() - 1, 0);
+}
+
+void Schedule::enqueue(std::size_t index, quint64 tick)
+{
+    const Recurring &what = m_recurring[index];
+    Moment moment;
+    moment.due_us = what.first_us + qint64(tick) * what.period_us;
+    moment.time_us = moment.due_us;
+    if (what.jitter_us > 0)
+        moment.time_us += qint64(randomBits(quint32(index), tick) % quint64(what.jitter_us));
+    moment.timestamp_us = static_cast<quint32>(clockAtStart_us + moment.time_us);
+    moment.tick = tick;
+    m_queue.push({index, moment});
+}
+
+void Schedule::recordUntil(qint64 end_us, QByteArray &entries)
+{
+    while (!m_queue.empty() && m_queue.top().moment.time_us < end_us) {
+        const Due due = m_queue.top();
+        m_queue.pop();
+        const Recurring &what = m_recurring[due.index];
+        entries += what.make(due.moment);
+        if (what.period_us > 0)
+            enqueue(due.index, due.moment.tick + 1);
+    }
+}
+
+} // namespace drive

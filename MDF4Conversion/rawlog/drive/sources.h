@@ -1,0 +1,22 @@
+#pragma once
+
+struct TerminalStruct;
+
+namespace drive {
+
+class Schedule;
+class Vehicle;
+
+// Each adds one source of the drive: its part of the configuration, and its entries to the schedule.
+// The vehicle outlives the schedule.
+void addLoggerStatus(TerminalStruct &configuration, Schedule &schedule);
+void addGps(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addPowertrainBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addFleetBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addEngineEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addChassisEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+
+} // namespace drive

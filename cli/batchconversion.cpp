@@ -1,0 +1,118 @@
+#include "cli/batchconversion.h"
+
+#include "MDF4Conversion/workerconvertmdf4.h"
+#include "cli/console.h"
+#include "cli/conversionjson.h"
+#include "cli/interruption.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QSysInfo>
+#include <QThread>
+#include <QTimer>
+
+namespace {
+
+constexpr int watchInterval_ms = 50;
+constexpr double shortestEstimate_s = 0.5;
+
+// "file.rld  45 %  120.0 MB/s  0:12 left"
+QString progressText(const QString &file, int percent, double seconds)
+{
+    const QFileInfo info(file);
+    QString text = QStringLiteral("%1  %2 %").arg(info.fileName()).arg(percent);
+    if (percent > 0 && seconds > shortestEstimate_s) {
+        const double done = percent / 100.0;
+        text += QStringLiteral("  %1/s  %2 left")
+                    .arg(sizeText(double(info.size()) * done / seconds),
+                         durationText(seconds / done - seconds));
+    }
+    return text;
+}
+
+} // namespace
+
+BatchConversion::BatchConversion(Console &console, const Options &options, QObject *parent)
+    : QObject(parent)
+    , m_console(console)
+    , m_options(options)
+{}
+
+ExitCode BatchConversion::run(const QStringList &files)
+{
+    ExitCode code = AllDone;
+    for (const QString &file : files) {
+        if (interruption::requested())
+            return Cancelled;
+        const Result result = convert(file);
+        report(file, result);
+        if (result.summary.cancelled)
+            return Cancelled;
+        if (!result.summary.written)
+            code = SomeFileFailed;
+        else if (result.summary.errorCount != 0 && code == AllDone)
+            code = DoneWithErrors;
+    }
+    return code;
+}
+
+BatchConversion::Result BatchConversion::convert(const QString &file)
+{
+    const QString folder =
+        m_options.outputFolder.isEmpty() ? QFileInfo(file).path() : m_options.outputFolder;
+    const OutputNames::Mdf4Names names = m_names.mdf4Names(file, folder);
+    ConversionJob job;
+    job.inputFile = file;
+    job.outputFile = names.outputFile;
+    job.temporaryDir = names.temporaryDir;
+    job.author = environmentUser();
+    job.department = QSysInfo::machineHostName();
+    job.threads = m_options.threads;
+
+    QThread thread;
+    WorkerConvertMDF4 worker(job);
+    worker.moveToThread(&thread);
+    QElapsedTimer clock;
+    QEventLoop loop;
+    connect(&thread, &QThread::started, &worker, &WorkerConvertMDF4::process);
+    connect(&worker, &WorkerConvertMDF4::sig_status, &loop,
+            [this](const QString &text) { m_console.status(text); });
+    connect(&worker, &WorkerConvertMDF4::sig_warning, &loop,
+            [this](const QString &text) { m_console.warning(text); });
+    connect(&worker, &WorkerConvertMDF4::sig_error, &loop,
+            [this](const QString &text) { m_console.error(text); });
+    connect(&worker, &WorkerConvertMDF4::sig_progress, &loop, [&](int percent) {
+        m_console.showProgress(progressText(file, percent, double(clock.elapsed()) / 1000.0));
+    });
+    connect(&worker, &WorkerConvertMDF4::finished, &loop, &QEventLoop::quit);
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, &loop, [&worker] {
+        if (interruption::requested())
+            worker.requestCancelProcess();
+    });
+    watch.start(watchInterval_ms);
+    clock.start();
+    thread.start();
+    loop.exec();
+    thread.quit();
+    thread.wait();
+    m_console.clearProgress();
+    return {worker.summary(), names.outputFile, double(clock.elapsed()) / 1000.0};
+}
+
+void BatchConversion::report(const QString &file, const Result &result)
+{
+    const ConversionSummary &summary = result.summary;
+    if (summary.written) {
+        quint64 samples = 0;
+        for (const ConversionSummary::Group &group : summary.groups)
+            samples += group.samples;
+        m_console.status(QStringLiteral("%1 -> %2: %3 groups, %4 records, %5 s")
+                             .arg(displayName(file), displayName(result.outputFile))
+                             .arg(summary.groups.size())
+                             .arg(samples)
+                             .arg(result.seconds, 0, 'f', 2));
+    }
+    m_summaries.append(conversionJson(file, result.outputFile, summary, result.seconds));
+}
