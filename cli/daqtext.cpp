@@ -5,6 +5,8 @@
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr quint32 extendedFlag = 0x80000000;
@@ -101,14 +103,19 @@ TextTable measurementTable(const StreamingClass_A2L_Module &module)
     return table;
 }
 
+QString linearText(double factor, double offset)
+{
+    const QString sign = offset < 0 ? QStringLiteral("-") : QStringLiteral("+");
+    return QStringLiteral("%1 x %2 %3").arg(realText(factor), sign, realText(std::abs(offset)));
+}
+
 TextTable methodTable(const StreamingClass_A2L_Module &module)
 {
     TextTable table({"Conversion", "Kind", "Unit", "Content"});
     for (const A2lCompuMethod *method : module.compu_methods) {
         QString content = method->table_name;
         if (method->conversion_type == A2lConversionType::Linear)
-            content = QStringLiteral("%1 x + %2")
-                          .arg(realText(method->linear_a), realText(method->linear_b));
+            content = linearText(method->linear_a, method->linear_b);
         else if (method->conversion_type == A2lConversionType::Form)
             content = method->formula;
         table.addRow({method->name, nameOf(conversionTypes, method->conversion_type), method->unit,

@@ -62,6 +62,12 @@ bool InspectionRun::save(const FileInspection &inspection, QString &failure) con
         failure = QStringLiteral("a damaged configuration is not saved");
         return false;
     }
+    // A slip of the command line must not cost a recording.
+    if (readFileHead(m_saveAs).kind == FileHead::Kind::RawLog) {
+        failure =
+            QStringLiteral("%1 is a raw log and is not overwritten").arg(displayName(m_saveAs));
+        return false;
+    }
     return configfile::save(*inspection.configuration, m_saveAs, &failure);
 }
 

@@ -44,7 +44,8 @@ private slots:
     void timesGoOnBehindAnOverflow();
     void aBusThatWasSilentThroughAnOverflowIsPlacedInTime();
     void aBusWithoutTimestampsHasNoTimes();
-    void silencesFromASecondOnAreGapsOfTheirBus();
+    void silencesLongerThanTheLimitAreGapsOfTheirBus();
+    void syncStampsHaveNoGaps();
     void theLogIsSilentOnlyWhenAllBusesAre();
     void anOlderEntryIsOutOfOrderAndMakesNoGap();
     void aFalseTimeIsLeftOut();
@@ -114,15 +115,25 @@ void tst_LogStatistics::aBusWithoutTimestampsHasNoTimes()
     QVERIFY(!statistics.first_us());
 }
 
-void tst_LogStatistics::silencesFromASecondOnAreGapsOfTheirBus()
+void tst_LogStatistics::syncStampsHaveNoGaps()
 {
+    const StreamStatistics stamps = statisticsOf({syncStampEntry(0, 0), syncStampEntry(minute, 0)})
+                                        .streams()
+                                        .at({RLD_CYCLIC_TS, 0});
+    QCOMPARE(stamps.gaps, quint64(0));
+    QCOMPARE(stamps.longestSilence.length_us, qint64(minute));
+}
+
+void tst_LogStatistics::silencesLongerThanTheLimitAreGapsOfTheirBus()
+{
+    constexpr quint32 limit = 1500000;
     const StreamStatistics can =
-        statisticsOf({canAt(0), canAt(second), canAt(2 * second + 1), canAt(5 * second)})
+        statisticsOf({canAt(0), canAt(limit), canAt(2 * limit + 1), canAt(5 * limit)})
             .streams()
             .at({RLD_CAN, 0});
     QCOMPARE(can.gaps, quint64(2));
-    QCOMPARE(can.longestSilence.start_us, qint64(2 * second + 1));
-    QCOMPARE(can.longestSilence.length_us, qint64(3 * second - 1));
+    QCOMPARE(can.longestSilence.start_us, qint64(2 * limit + 1));
+    QCOMPARE(can.longestSilence.length_us, qint64(3 * limit - 1));
 }
 
 void tst_LogStatistics::theLogIsSilentOnlyWhenAllBusesAre()
