@@ -2,14 +2,44 @@
 
 #include "MDF4Conversion/lib_mdf4/mdf4/m4conversions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
-M4ValuePairs valuePairs(const QVector<std::pair<double, double>> &pairs)
+bool isNumber(double value)
 {
-    return {pairs.begin(), pairs.end()};
+    return !std::isnan(value);
+}
+
+bool isNumber(const QString &)
+{
+    return true;
+}
+
+// Keys strictly ascending, as the standard wants them; what holds no number is left out.
+template <class Value>
+std::vector<std::pair<double, Value>> ascending(const QVector<std::pair<double, Value>> &pairs)
+{
+    std::vector<std::pair<double, Value>> sorted;
+    std::copy_if(pairs.begin(), pairs.end(), std::back_inserter(sorted),
+                 [](const auto &pair) { return isNumber(pair.first) && isNumber(pair.second); });
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    const auto sameKey = [](const auto &a, const auto &b) { return a.first == b.first; };
+    sorted.erase(std::unique(sorted.begin(), sorted.end(), sameKey), sorted.end());
+    return sorted;
+}
+
+template <class Block>
+std::unique_ptr<M4CCBlock> tableBlock(const QVector<std::pair<double, double>> &pairs)
+{
+    const M4ValuePairs sorted = ascending(pairs);
+    if (sorted.empty())
+        return nullptr;
+    return std::make_unique<Block>(sorted);
 }
 
 } // namespace
@@ -71,33 +101,42 @@ std::unique_ptr<M4CCBlock> MDF4_DataChannel_Identity::conversionBlock() const
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Linear::conversionBlock() const
 {
+    if (!std::isfinite(offset) || !std::isfinite(factor))
+        return nullptr;
     return std::make_unique<M4CCLinear>(offset, factor);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Rational::conversionBlock() const
 {
+    if (!std::all_of(coefficients.begin(), coefficients.end(),
+                     [](double c) { return isNumber(c); }))
+        return nullptr;
     return std::make_unique<M4CCRational>(coefficients);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Formula::conversionBlock() const
 {
+    if (formula.trimmed().isEmpty())
+        return nullptr;
     return std::make_unique<M4CCFormula>(formula.toStdString());
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_Interpolated::conversionBlock() const
 {
-    return std::make_unique<M4CCN2NInterpol>(valuePairs(pairs));
+    return tableBlock<M4CCN2NInterpol>(pairs);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_nonInterpolated::conversionBlock() const
 {
-    return std::make_unique<M4CCN2N>(valuePairs(pairs));
+    return tableBlock<M4CCN2N>(pairs);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Txt_Table::conversionBlock() const
 {
     std::vector<std::pair<double, std::string>> pairs;
-    for (const auto &[key, text] : texts)
+    for (const auto &[key, text] : ascending(texts))
         pairs.emplace_back(key, text.toStdString());
+    if (pairs.empty())
+        return nullptr;
     return std::make_unique<M4CCN2T>(pairs);
 }

@@ -157,20 +157,20 @@ M4CGBlock *Mdf4FileWriter::addGroup(const MDF4_ChannelGroup &group, M4DGBlock *d
 bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, quint32 byteOffset)
 {
     constexpr quint8 fixedLengthChannel = 0;
-    M4CNBlock *cn = cg.addCN(channel.name.toStdString(), fixedLengthChannel,
-                             static_cast<quint8>(channel.dataType), byteOffset, channel.size,
-                             channel.rangeMin, channel.rangeMax);
+    const QString name = channel.name.isEmpty() ? QStringLiteral("Unnamed") : channel.name;
+    M4CNBlock *cn =
+        cg.addCN(name.toStdString(), fixedLengthChannel, static_cast<quint8>(channel.dataType),
+                 byteOffset, channel.size, channel.rangeMin, channel.rangeMax);
     if (!cn || !cn->setUnit(channel.unit.toStdString()))
         return false;
     const std::unique_ptr<M4CCBlock> conversion = channel.conversionBlock();
-    if (!conversion->fits()) {
-        m_messages.warning(
-            QCoreApplication::translate(
-                "Conversion", "Signal %1 is written without conversion, its table is too long.")
-                .arg(channel.name));
-        return true;
-    }
-    return cn->setConversion(*conversion);
+    if (conversion && conversion->fits())
+        return cn->setConversion(*conversion);
+    m_messages.warning(QCoreApplication::translate("Conversion",
+                                                   "Signal %1 is written without conversion, its "
+                                                   "coefficients or its table can't be written.")
+                           .arg(name));
+    return true;
 }
 
 void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,
