@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <cassert>
+
 namespace {
 
 constexpr quint64 recordId = 1;
@@ -98,6 +100,8 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
         source.path = group->records().path();
         source.recordSize = group->recordSize();
         source.size = group->recordCount() * group->recordSize();
+        assert(quint64(group->records().size()) == source.size
+               && "Extracted data-size have to match a channel-grp record-sample in size.");
         source.blockSize = quint32(qMin<quint64>(source.size, M4_MAX_BLOCK_SIZE));
         m_totalBytes += source.size;
         sources.push_back(source);
