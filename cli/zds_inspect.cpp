@@ -67,7 +67,7 @@ ExitCode run(Console &console, const QStringList &arguments)
         QStringLiteral("FILE..."));
     if (!parser.parse(arguments))
         return usageError(console, parser.errorText());
-    if (parser.isSet(QStringLiteral("help"))) {
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
         console.print(parser.helpText().trimmed());
         return AllDone;
     }
