@@ -231,6 +231,7 @@ void tst_Measurements::theMaskAndTheOperationAreApplied_data()
     QTest::newRow("an operation above 5") << quint64(0xF0) << 6 << quint64(4) << double(0xA0);
     QTest::newRow("left by 64") << all << 2 << quint64(64) << 0.0;
     QTest::newRow("right by 64") << all << 3 << quint64(64) << 0.0;
+    QTest::newRow("right by more than any value has") << all << 3 << all << 0.0;
 }
 
 void tst_Measurements::theMaskAndTheOperationAreApplied()
