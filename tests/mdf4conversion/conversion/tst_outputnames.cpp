@@ -20,6 +20,7 @@ private slots:
     void aTakenNumberIsSkipped();
     void temporaryFoldersAreNumbered();
     void anExistingTemporaryFolderIsSkipped();
+    void namesWithPercentSignsAreKept();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QString::fromUtf8(name)); }
@@ -94,6 +95,13 @@ void tst_OutputNames::anExistingTemporaryFolderIsSkipped()
     OutputNames names;
     QCOMPARE(names.mdf4Names(QStringLiteral("A.rld"), m_folder->path()).temporaryDir,
              path("tmp_2"));
+}
+
+void tst_OutputNames::namesWithPercentSignsAreKept()
+{
+    make("100%2.mf4");
+    OutputNames names;
+    QCOMPARE(output(names, "100%2.rld"), path("100%2_1.mf4"));
 }
 
 QTEST_GUILESS_MAIN(tst_OutputNames)

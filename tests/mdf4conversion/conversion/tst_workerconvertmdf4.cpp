@@ -114,6 +114,8 @@ private slots:
     void aFullDiskWhileWritingLeavesNothing();
     void aTemporaryFolderThatVanishesFails();
     void anExistingOutputIsReplacedWhole();
+    void namesWithPercentSignsStayAsTheyAre();
+    void aFolderWithPercentSignsIsWrittenInto();
 };
 
 void tst_WorkerConvertMDF4::messagesComeInTheirOrder()
@@ -686,6 +688,44 @@ void tst_WorkerConvertMDF4::anExistingOutputIsReplacedWhole()
     QVERIFY(result.summary.written);
     QCOMPARE(result.readFailure, QString());
     QVERIFY(result.bytes.size() < 100000);
+}
+
+void tst_WorkerConvertMDF4::namesWithPercentSignsStayAsTheyAre()
+{
+    Log log;
+    log.configuration.can[0].export_name_mode = 2;
+    log.configuration.can[0].export_custom_name = text("%2%3");
+    log.configuration.can[0].dbc_signals.at(0)->name = text("%4%2");
+    testlog::addMeasurement(log.configuration.eth.xcp.module, text("%2%1"), 0).byte_order = 4;
+    testlog::addElement(testlog::addOdt(testlog::addDaq(log.configuration.eth.xcp.module, 0), 0),
+                        text("%2%1"), 1);
+    AimMsgMeta &module = log.configuration.can[1].aim_modules.add();
+    module.name = text("%2");
+    log.addFrames(1);
+    log.addFrames(1);
+    const ConversionResult result = log.convert();
+    QVERIFY(result.statuses.contains(
+        text("First Extracted Timestamp from Signal: %2%3_DBC-%4%2 - 0 usec")));
+    QVERIFY(result.statuses.contains(text("Writing: channel-group:%2%3_DBC signal-count:2")));
+    QVERIFY(result.statuses.contains(text("Signal:%4%2 Intervall min:0 avg:0.00 max:0 [uSec]")));
+    QCOMPARE(result.errors.size(), 3);
+    QVERIFY(result.errors[0].startsWith(text("Measurement %2%1 is left out")));
+    QVERIFY(result.errors[1].startsWith(text("AIM module %2 on CAN-1 is left out")));
+    QVERIFY(result.errors[2].endsWith(text("(ChannelGroup:%2%3_DBC) (currentTS 0 lastTS 0")));
+}
+
+void tst_WorkerConvertMDF4::aFolderWithPercentSignsIsWrittenInto()
+{
+    Log log;
+    log.addFrames(1);
+    const QDir folder(QDir(log.folder()).filePath(text("%1 %2 %3 %4")));
+    QVERIFY(folder.mkpath(text(".")));
+    log.job.outputFile = folder.filePath(text("%1.mf4"));
+    log.job.temporaryDir = folder.filePath(text("tmp_1"));
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.errors, QStringList());
+    QCOMPARE(result.readFailure, QString());
+    QCOMPARE(result.times(0).size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_WorkerConvertMDF4)
