@@ -6,26 +6,17 @@
 #include <cmath>
 #include <cstring>
 #include <iterator>
+#include <set>
 
 namespace {
 
-bool isNumber(double value)
+// Keys strictly ascending, as the standard wants them; what is no number is left out.
+M4ValuePairs ascending(const QVector<std::pair<double, double>> &pairs)
 {
-    return !std::isnan(value);
-}
-
-bool isNumber(const QString &)
-{
-    return true;
-}
-
-// Keys strictly ascending, as the standard wants them; what holds no number is left out.
-template <class Value>
-std::vector<std::pair<double, Value>> ascending(const QVector<std::pair<double, Value>> &pairs)
-{
-    std::vector<std::pair<double, Value>> sorted;
-    std::copy_if(pairs.begin(), pairs.end(), std::back_inserter(sorted),
-                 [](const auto &pair) { return isNumber(pair.first) && isNumber(pair.second); });
+    M4ValuePairs sorted;
+    std::copy_if(pairs.begin(), pairs.end(), std::back_inserter(sorted), [](const auto &pair) {
+        return !std::isnan(pair.first) && !std::isnan(pair.second);
+    });
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const auto &a, const auto &b) { return a.first < b.first; });
     const auto sameKey = [](const auto &a, const auto &b) { return a.first == b.first; };
@@ -109,7 +100,7 @@ std::unique_ptr<M4CCBlock> MDF4_DataChannel_Linear::conversionBlock() const
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Rational::conversionBlock() const
 {
     if (!std::all_of(coefficients.begin(), coefficients.end(),
-                     [](double c) { return isNumber(c); }))
+                     [](double c) { return !std::isnan(c); }))
         return nullptr;
     return std::make_unique<M4CCRational>(coefficients);
 }
@@ -134,8 +125,11 @@ std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_nonInterpolated::conve
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Txt_Table::conversionBlock() const
 {
     std::vector<std::pair<double, std::string>> pairs;
-    for (const auto &[key, text] : ascending(texts))
-        pairs.emplace_back(key, text.toStdString());
+    std::set<double> keys;
+    for (const auto &[key, text] : texts) {
+        if (keys.insert(key).second)
+            pairs.emplace_back(key, text.toStdString());
+    }
     if (pairs.empty())
         return nullptr;
     return std::make_unique<M4CCN2T>(pairs);

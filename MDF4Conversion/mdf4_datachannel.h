@@ -157,6 +157,6 @@ public:
     [[nodiscard]] Kind kind() const final { return Kind::TextTable; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
 
-    // In any order; of equal keys the first one counts.
+    // Of equal keys the first one counts.
     QVector<std::pair<double, QString>> texts; // stored value and its text
 };

@@ -118,8 +118,7 @@ bool Mdf4FileWriter::writeGroup(MDF4_ChannelGroup &group, const BlockPipeline::S
                                 BlockPipeline &blocks)
 {
     m_messages.info(QStringLiteral("Writing: channel-group:%1 signal-count:%2")
-                        .arg(group.sigGrpName)
-                        .arg(group.channels().size()));
+                        .arg(group.sigGrpName, QString::number(group.channels().size())));
     M4DGBlock *dg = m_file.addDG();
     M4CGBlock *cg = dg ? addGroup(group, dg) : nullptr;
     if (!cg)
@@ -181,11 +180,10 @@ void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,
                                     const BlockPipeline::Block &block)
 {
     for (const auto &[current, last] : block.disorder) {
-        m_messages.error(QStringLiteral("Timestamp-error, current-ts smaller or equal than last-ts "
-                                        "(ChannelGroup:%1) (currentTS %2 lastTS %3")
-                             .arg(group.sigGrpName)
-                             .arg(current)
-                             .arg(last));
+        m_messages.error(
+            QStringLiteral("Timestamp-error, current-ts smaller or equal than last-ts "
+                           "(ChannelGroup:%1) (currentTS %2 lastTS %3")
+                .arg(group.sigGrpName, QString::number(current), QString::number(last)));
     }
 }
 
@@ -204,10 +202,9 @@ void Mdf4FileWriter::reportIntervals(const MDF4_ChannelGroup &group)
 {
     for (const auto &channel : group.channels()) {
         m_messages.info(QStringLiteral("Signal:%1 Intervall min:%2 avg:%3 max:%4 [uSec]")
-                            .arg(channel->name)
-                            .arg(channel->minInterval())
-                            .arg(channel->averageInterval(), 0, 'f', 2)
-                            .arg(channel->maxInterval()));
+                            .arg(channel->name, QString::number(channel->minInterval()),
+                                 QString::number(channel->averageInterval(), 'f', 2),
+                                 QString::number(channel->maxInterval())));
     }
     m_messages.info(QString());
 }
