@@ -21,7 +21,7 @@ constexpr double shortestEstimate_s = 0.5;
 QString progressText(const QString &file, int percent, double seconds)
 {
     const QFileInfo info(file);
-    QString text = QStringLiteral("%1  %2 %").arg(info.fileName()).arg(percent);
+    QString text = QStringLiteral("%1  %2 %").arg(info.fileName(), QString::number(percent));
     if (percent > 0 && seconds > shortestEstimate_s) {
         const double done = percent / 100.0;
         text += QStringLiteral("  %1/s  %2 left")
@@ -109,10 +109,9 @@ void BatchConversion::report(const QString &file, const Result &result)
         for (const ConversionSummary::Group &group : summary.groups)
             samples += group.samples;
         m_console.status(QStringLiteral("%1 -> %2: %3 groups, %4 records, %5 s")
-                             .arg(displayName(file), displayName(result.outputFile))
-                             .arg(summary.groups.size())
-                             .arg(samples)
-                             .arg(result.seconds, 0, 'f', 2));
+                             .arg(displayName(file), displayName(result.outputFile),
+                                  QString::number(summary.groups.size()), QString::number(samples),
+                                  QString::number(result.seconds, 'f', 2)));
     }
     m_summaries.append(conversionJson(file, result.outputFile, summary, result.seconds));
 }

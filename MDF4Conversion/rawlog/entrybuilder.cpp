@@ -81,8 +81,9 @@ QByteArray agmEntry(quint32 timestamp_us, quint8 processor, const AgmSample &sam
 
 QByteArray gpsEntry(quint32 timestamp_us, const GpsFix &fix)
 {
-    const QDate date = fix.utc.date();
-    const QTime time = fix.utc.time();
+    const QDateTime utc = fix.utc.toUTC();
+    const QDate date = utc.date();
+    const QTime time = utc.time();
     QByteArray payload;
     appendLe(payload, static_cast<quint8>(fix.valid ? 1 : 0));
     appendLe(payload, static_cast<quint8>(time.hour()));

@@ -46,7 +46,7 @@ struct AgmSample
 struct GpsFix
 {
     bool valid = true;
-    QDateTime utc;
+    QDateTime utc; // of any time zone, written as UTC
     double course_deg = 0;
     double speed_kmh = 0;
     double latitude_deg = 0;

@@ -64,7 +64,9 @@ ConfigurationBlock readConfigurationBlock(const QString &path)
         block.bytes = file.read(block.size);
         if (block.bytes.size() < int(block.size)) {
             block.bytes.clear();
-            block.failure = file.errorString();
+            block.failure = file.error() == QFileDevice::NoError
+                                ? tr("it ends inside its configuration")
+                                : file.errorString();
         }
     }
     return block;

@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/rawlog/logconfiguration.h"
 
+#include <QCoreApplication>
 #include <QtEndian>
 
 using namespace rawlog;
@@ -32,6 +33,7 @@ LogFileReader::LogFileReader(const QString &fileName)
     m_fileSize = m_file.size();
     m_filePosition = m_firstEntryPosition;
     m_percentFactor = 100.0 / double(float(m_fileSize));
+    m_fileEnded = false;
     m_open = true;
 }
 
@@ -39,6 +41,9 @@ void LogFileReader::close()
 {
     m_file.close();
     m_open = false;
+    m_buffer.clear();
+    m_bufferPosition = 0;
+    m_fileEnded = true;
 }
 
 void LogFileReader::refill()
@@ -56,9 +61,11 @@ void LogFileReader::refill()
     const qint64 count = m_file.read(m_buffer.data() + held, chunkSize);
     m_buffer.resize(held + int(qMax<qint64>(count, 0)));
     m_filePosition += qMax<qint64>(count, 0);
+    m_fileEnded = count <= 0;
     if (count < 0)
         m_failure = m_file.errorString();
-    m_fileEnded = count <= 0;
+    else if (m_fileEnded && m_filePosition < m_fileSize)
+        m_failure = QCoreApplication::translate("RawLog", "it became shorter while it was read");
 }
 
 void LogFileReader::next(StdLogEntry &entry, bool &atEnd)

@@ -24,7 +24,8 @@ public:
     // Reads the configuration and opens the log at its first entry.
     explicit LogFileReader(const QString &fileName);
 
-    // The log was opened and holds a configuration; else failure() tells why.
+    // The log was opened and holds a configuration; else failure() tells why. A failure may also
+    // come up later and end the entries early: when reading fails or the file shrinks.
     [[nodiscard]] bool isOpen() const { return m_open; }
     [[nodiscard]] const QString &failure() const { return m_failure; }
 
@@ -67,7 +68,7 @@ private:
     QFile m_file;
     qint64 m_fileSize = 0;
     qint64 m_filePosition = 0;
-    bool m_fileEnded = false;
+    bool m_fileEnded = true;
     QByteArray m_buffer;
     qint32 m_bufferPosition = 0;
     quint64 m_skipCount = 0;

@@ -121,7 +121,7 @@ void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const V
         const bool even = value.measurement.ecu_address % 8 == 0;
         value.measurement.byte_order = even ? A2lByteOrder::MsbFirst : A2lByteOrder::MsbLast;
     }
-    const std::vector<EcuRaster> rasters = {{QStringLiteral("20ms"), 0, 20},
+    const std::vector<EcuRaster> rasters = {{QStringLiteral("10ms"), 0, 10},
                                             {QStringLiteral("200ms"), 1, 200}};
     describeEcu(module, rasters, values, Splitting::Never, PidNumbering::Running);
     recordEcu(module, rasters, values, schedule, vehicle,

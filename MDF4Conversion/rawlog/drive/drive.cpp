@@ -16,6 +16,9 @@ Drive::Drive()
     addEngineEcu(m_configuration, m_schedule, m_vehicle);
     addChassisEcu(m_configuration, m_schedule, m_vehicle);
     addAssistanceEcu(m_configuration, m_schedule, m_vehicle);
+    addStrainGauges(m_configuration, m_schedule, m_vehicle);
+    addAimModules(m_configuration, m_schedule, m_vehicle);
+    addEtherCat(m_configuration, m_schedule, m_vehicle);
 }
 
 QByteArray Drive::entriesUntil(qint64 end_us)

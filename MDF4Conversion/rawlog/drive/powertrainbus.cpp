@@ -101,10 +101,10 @@ CanMessage dynamics()
               0.04},
              {QStringLiteral("RoadSlope"),
               QStringLiteral("%"),
-              {48, 7, intel, isSigned},
+              {56, 7, intel, isSigned},
               {0.25},
               slope},
-             aliveCounter({59, 4, motorola}, 0.01, 15)}};
+             aliveCounter({51, 4, motorola}, 0.01, 15)}};
 }
 
 CanMessage brake()

@@ -18,5 +18,8 @@ void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Veh
 void addEngineEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addChassisEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addStrainGauges(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addAimModules(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+void addEtherCat(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 
 } // namespace drive

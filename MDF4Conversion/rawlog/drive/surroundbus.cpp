@@ -35,7 +35,7 @@ CanMessage objectList()
 {
     constexpr int objects = 6;
     constexpr int bitsOfObject = 80;
-    CanMessage message{0x051, false, 64, 20'000, {}};
+    CanMessage message{0x051, false, 64, 10'000, {}};
     for (int i = 0; i < objects; ++i) {
         const int first = i * bitsOfObject;
         const auto name = [i](const char *what) {
@@ -63,7 +63,7 @@ CanMessage objectList()
                                           return objectDistance_m(v, i) < 60 ? 1.0 : 0.0;
                                       }});
     }
-    message.signalList.push_back(aliveCounter({500, 4}, 0.02, 16));
+    message.signalList.push_back(aliveCounter({500, 4}, 0.01, 16));
     return message;
 }
 

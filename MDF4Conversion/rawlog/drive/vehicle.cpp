@@ -81,7 +81,7 @@ void fillMotion(VehicleState &state, double timeInHalf_s)
 }
 
 // The road rises and falls once each half lap.
-constexpr double hillHeight_m = 9;
+constexpr double hillHeight_m = 4;
 
 void fillSlope(VehicleState &state, double distanceInHalf_m)
 {
