@@ -129,7 +129,8 @@ QString ethernetText(const StreamingClass_Cfg_Ethernet &eth)
         return {};
     const EthTunnelingCfg &tunneling = eth.tunneling;
     TextTable table;
-    table.addRow({QStringLiteral("Name"), eth.custom_name});
+    if (!eth.custom_name.isEmpty())
+        table.addRow({QStringLiteral("Name"), eth.custom_name});
     table.addRow({QStringLiteral("Modules"), modulesText(eth.module_selection)});
     table.addRow(
         {QStringLiteral("Tunneling"), QStringLiteral("%1, port %2, local %3, fallback %4, flags %5")

@@ -105,22 +105,43 @@ TextTable measurementTable(const StreamingClass_A2L_Module &module)
 
 QString linearText(double factor, double offset)
 {
-    const QString sign = offset < 0 ? QStringLiteral("-") : QStringLiteral("+");
-    return QStringLiteral("%1 x %2 %3").arg(realText(factor), sign, realText(std::abs(offset)));
+    const QString product = realText(factor) + QStringLiteral(" x");
+    if (offset == 0)
+        return product;
+    return product + (offset < 0 ? QStringLiteral(" - ") : QStringLiteral(" + "))
+           + realText(std::abs(offset));
+}
+
+// The six coefficients, in the order of the A2L file.
+QString rationalText(const A2lCompuMethod &method)
+{
+    QStringList coefficients;
+    for (const double coefficient : {method.coeff_a, method.coeff_b, method.coeff_c, method.coeff_d,
+                                     method.coeff_e, method.coeff_f})
+        coefficients.append(realText(coefficient));
+    return coefficients.join(QLatin1Char(' '));
+}
+
+QString contentText(const A2lCompuMethod &method)
+{
+    switch (method.conversion_type) {
+    case A2lConversionType::Linear:
+        return linearText(method.linear_a, method.linear_b);
+    case A2lConversionType::RatFunc:
+        return rationalText(method);
+    case A2lConversionType::Form:
+        return method.formula;
+    default:
+        return method.table_name;
+    }
 }
 
 TextTable methodTable(const StreamingClass_A2L_Module &module)
 {
     TextTable table({"Conversion", "Kind", "Unit", "Content"});
-    for (const A2lCompuMethod *method : module.compu_methods) {
-        QString content = method->table_name;
-        if (method->conversion_type == A2lConversionType::Linear)
-            content = linearText(method->linear_a, method->linear_b);
-        else if (method->conversion_type == A2lConversionType::Form)
-            content = method->formula;
+    for (const A2lCompuMethod *method : module.compu_methods)
         table.addRow({method->name, nameOf(conversionTypes, method->conversion_type), method->unit,
-                      content});
-    }
+                      contentText(*method)});
     return table;
 }
 

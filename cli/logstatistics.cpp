@@ -71,7 +71,7 @@ void LogStatistics::take(const StdLogEntry &entry)
 
 void LogStatistics::takeTime(const StdLogEntry &entry, StreamStatistics &statistics)
 {
-    const LogClock::Reading reading = m_clock.read(entry.timestamp);
+    const LogClock::Reading reading = m_clock.read(entry.timestamp, statistics.newest_us);
     if (m_leap.stream) {
         if (reading.leapWasFalse)
             ++m_implausibleTimes;

@@ -42,6 +42,7 @@ private slots:
     void bytesIncludeTheHeads();
     void firstAndLastTimeSpanAllBuses();
     void timesGoOnBehindAnOverflow();
+    void busesThatAllGoBackAreBehindAnOverflow();
     void aBusThatWasSilentThroughAnOverflowIsPlacedInTime();
     void aBusWithoutTimestampsHasNoTimes();
     void silencesLongerThanTheLimitAreGapsOfTheirBus();
@@ -92,6 +93,17 @@ void tst_LogStatistics::timesGoOnBehindAnOverflow()
     const LogStatistics statistics = statisticsOf({canAt(0xFFFFFFFF), canAt(0)});
     QCOMPARE(statistics.last_us(), std::optional<qint64>(qint64(1) << 32));
     QCOMPARE(statistics.longestSilence().length_us, qint64(1));
+}
+
+// The fourth of the synthetic logs.
+void tst_LogStatistics::busesThatAllGoBackAreBehindAnOverflow()
+{
+    const LogStatistics statistics =
+        statisticsOf({canAt(291), canAt(8192), canAt(0x10000100, 3), canAt(0x10030E00),
+                      canAt(0x20000E00, 3), canAt(0x31000), canAt(0x31000, 3)});
+    QCOMPARE(statistics.last_us(), std::optional<qint64>((qint64(1) << 32) + 0x31000));
+    QCOMPARE(statistics.total().outOfOrder, quint64(0));
+    QCOMPARE(statistics.implausibleTimes(), quint64(0));
 }
 
 void tst_LogStatistics::aBusThatWasSilentThroughAnOverflowIsPlacedInTime()

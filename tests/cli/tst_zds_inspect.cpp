@@ -57,6 +57,7 @@ private slots:
     void saveAsWithJsonReadsTheConfigurationOnly();
     void namesInAnyScriptAreFoundAndShown();
     void standardOutputStaysEmptyOnErrors();
+    void outputThatCanNotBeWrittenEndsWith2();
 
 private:
     std::unique_ptr<TemporaryFiles> m_files;
@@ -122,6 +123,8 @@ void tst_zds_inspect::wrongUsageEndsWith64_data()
     QTest::newRow("unknown option")
         << QStringList{QStringLiteral("--colour"), QStringLiteral("a.zdc")};
     QTest::newRow("--save-as without a name") << QStringList{QStringLiteral("a.zdc"), saveAs};
+    QTest::newRow("--save-as with an empty name")
+        << QStringList{saveAs, QString(), QStringLiteral("a.zdc")};
     QTest::newRow("--save-as of two files") << QStringList{
         saveAs, QStringLiteral("out.zdc"), QStringLiteral("a.zdc"), QStringLiteral("b.rld")};
     QTest::newRow("--save-as of a pattern for two files")
@@ -243,6 +246,20 @@ void tst_zds_inspect::standardOutputStaysEmptyOnErrors()
     QCOMPARE(result.output, QString());
     QVERIFY(result.errors.endsWith(
         QStringLiteral("random.bin: it is neither a configuration nor a raw log\n")));
+}
+
+void tst_zds_inspect::outputThatCanNotBeWrittenEndsWith2()
+{
+    const QString full = QStringLiteral("/dev/full");
+    if (!QFileInfo::exists(full))
+        QSKIP("There is no device that is always full here.");
+    QProcess process;
+    process.setStandardOutputFile(full);
+    process.start(QStringLiteral(ZDS_INSPECT), {m_zdc}, QIODevice::ReadOnly);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), int(SomeFileFailed));
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("Error: The output could not be written.\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_zds_inspect)
