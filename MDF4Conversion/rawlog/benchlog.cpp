@@ -79,8 +79,8 @@ public:
         for (auto &ramps : m_ramps) {
             for (Ramp &ramp : ramps) {
                 ramp.position = static_cast<quint16>(random.next() >> 48);
-                ramp.step =
-                    static_cast<quint16>(random.next() >> 57); // a turn in 500 frames or more
+                // There and back in 500 frames or more.
+                ramp.step = static_cast<quint16>(1 + (random.next() >> 57));
             }
         }
     }
