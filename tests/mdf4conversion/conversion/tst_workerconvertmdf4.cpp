@@ -116,6 +116,7 @@ private slots:
     void anExistingOutputIsReplacedWhole();
     void namesWithPercentSignsStayAsTheyAre();
     void aFolderWithPercentSignsIsWrittenInto();
+    void startAndEndStandInTheDiagnostics();
 };
 
 void tst_WorkerConvertMDF4::messagesComeInTheirOrder()
@@ -726,6 +727,15 @@ void tst_WorkerConvertMDF4::aFolderWithPercentSignsIsWrittenInto()
     QCOMPARE(result.errors, QStringList());
     QCOMPARE(result.readFailure, QString());
     QCOMPARE(result.times(0).size(), 1);
+}
+
+void tst_WorkerConvertMDF4::startAndEndStandInTheDiagnostics()
+{
+    Log log;
+    QTest::ignoreMessage(QtDebugMsg, "MDF4 conversion starts..");
+    QTest::ignoreMessage(QtDebugMsg, "MDF4 Converter Deleting LOG..");
+    QTest::ignoreMessage(QtDebugMsg, "Destroying LogFileProcessing");
+    QVERIFY(log.convert().summary.written);
 }
 
 QTEST_GUILESS_MAIN(tst_WorkerConvertMDF4)
