@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/rawlog/logconfiguration.h"
 
+#include <QCoreApplication>
 #include <QtEndian>
 
 using namespace rawlog;
@@ -58,6 +59,9 @@ void LogFileReader::refill()
     m_filePosition += qMax<qint64>(count, 0);
     if (count < 0)
         m_failure = m_file.errorString();
+    else if (count == 0 && m_filePosition < m_fileSize)
+        m_failure =
+            QCoreApplication::translate("RawLog", "it became shorter while it was read");
     m_fileEnded = count <= 0;
 }
 

@@ -117,6 +117,7 @@ private slots:
     void namesWithPercentSignsStayAsTheyAre();
     void aFolderWithPercentSignsIsWrittenInto();
     void startAndEndStandInTheDiagnostics();
+    void aLogThatShrinksWhileItIsReadIsReported();
 };
 
 void tst_WorkerConvertMDF4::messagesComeInTheirOrder()
@@ -736,6 +737,23 @@ void tst_WorkerConvertMDF4::startAndEndStandInTheDiagnostics()
     QTest::ignoreMessage(QtDebugMsg, "MDF4 Converter Deleting LOG..");
     QTest::ignoreMessage(QtDebugMsg, "Destroying LogFileProcessing");
     QVERIFY(log.convert().summary.written);
+}
+
+void tst_WorkerConvertMDF4::aLogThatShrinksWhileItIsReadIsReported()
+{
+    constexpr int frames = 300000; // two chunks of the reader and more
+    constexpr qint64 size = 4000000;
+    Log log;
+    log.addFrames(frames);
+    log.onStatus = [&log](const QString &status) {
+        if (status.startsWith(text("First Extracted")))
+            QFile::resize(log.job.inputFile, size);
+    };
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.errors.size(), 1);
+    QVERIFY(result.errors.first().startsWith(QDir::toNativeSeparators(log.job.inputFile)));
+    QCOMPARE(result.readFailure, QString());
+    QVERIFY(result.times(0).size() < frames);
 }
 
 QTEST_GUILESS_MAIN(tst_WorkerConvertMDF4)
