@@ -118,6 +118,7 @@ private slots:
     void aFolderWithPercentSignsIsWrittenInto();
     void startAndEndStandInTheDiagnostics();
     void aLogThatShrinksWhileItIsReadIsReported();
+    void theUserIsThatOfTheEnvironment();
 };
 
 void tst_WorkerConvertMDF4::messagesComeInTheirOrder()
@@ -754,6 +755,19 @@ void tst_WorkerConvertMDF4::aLogThatShrinksWhileItIsReadIsReported()
     QVERIFY(result.errors.first().startsWith(QDir::toNativeSeparators(log.job.inputFile)));
     QCOMPARE(result.readFailure, QString());
     QVERIFY(result.times(0).size() < frames);
+}
+
+void tst_WorkerConvertMDF4::theUserIsThatOfTheEnvironment()
+{
+    const QByteArray user = qgetenv("USER");
+    const QByteArray userName = qgetenv("USERNAME");
+    qputenv("USER", "first");
+    qunsetenv("USERNAME");
+    QCOMPARE(environmentUser(), text("first"));
+    qputenv("USERNAME", "second");
+    QCOMPARE(environmentUser(), text("second"));
+    qputenv("USER", user);
+    qputenv("USERNAME", userName);
 }
 
 QTEST_GUILESS_MAIN(tst_WorkerConvertMDF4)
