@@ -2,8 +2,10 @@
 
 #include "MDF4Conversion/rawlog/logconfiguration.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QtEndian>
 
 namespace {
@@ -15,6 +17,19 @@ QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Where the environment asks for it, outputs are kept for a checker of the format.
+void keepOutput(const QString &path)
+{
+    static int number = 0;
+    const QString folder = qEnvironmentVariable("ZDS_KEEP_MF4");
+    if (folder.isEmpty())
+        return;
+    const QString name = QStringLiteral("%1_%2.mf4")
+                             .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName(),
+                                  QString::number(++number));
+    QFile::copy(path, QDir(folder).filePath(name));
 }
 
 } // namespace
@@ -156,9 +171,11 @@ ConversionResult ConversionHarness::convertFile()
         prepare(worker);
     worker.process();
     result.summary = worker.summary();
-    result.bytes = contentOf(job.outputFile);
-    if (result.bytes.isEmpty())
+    if (!job.outputFile.isEmpty())
+        result.bytes = contentOf(job.outputFile);
+    if (!result.summary.written)
         return result;
+    keepOutput(job.outputFile);
     mdf4reader::Reader reader;
     if (reader.open(job.outputFile.toStdU16String())) {
         for (const mdf4reader::Group &group : reader.file().groups)

