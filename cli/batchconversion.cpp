@@ -76,15 +76,23 @@ BatchConversion::Result BatchConversion::convert(const QString &file)
     QElapsedTimer clock;
     QEventLoop loop;
     connect(&thread, &QThread::started, &worker, &WorkerConvertMDF4::process);
-    connect(&worker, &WorkerConvertMDF4::sig_status, &loop,
-            [this](const QString &text) { m_console.status(text); });
-    connect(&worker, &WorkerConvertMDF4::sig_warning, &loop,
-            [this](const QString &text) { m_console.warning(text); });
-    connect(&worker, &WorkerConvertMDF4::sig_error, &loop,
-            [this](const QString &text) { m_console.error(text); });
-    connect(&worker, &WorkerConvertMDF4::sig_progress, &loop, [&](int percent) {
-        m_console.showProgress(progressText(file, percent, double(clock.elapsed()) / 1000.0));
-    });
+    // Printed where they arise: a flood of messages then waits for whoever reads it, instead of
+    // gathering in memory. This thread prints nothing until the conversion has finished.
+    connect(
+        &worker, &WorkerConvertMDF4::sig_status, &worker,
+        [this](const QString &text) { m_console.status(text); }, Qt::DirectConnection);
+    connect(
+        &worker, &WorkerConvertMDF4::sig_warning, &worker,
+        [this](const QString &text) { m_console.warning(text); }, Qt::DirectConnection);
+    connect(
+        &worker, &WorkerConvertMDF4::sig_error, &worker,
+        [this](const QString &text) { m_console.error(text); }, Qt::DirectConnection);
+    connect(
+        &worker, &WorkerConvertMDF4::sig_progress, &worker,
+        [this, &file, &clock](int percent) {
+            m_console.showProgress(progressText(file, percent, double(clock.elapsed()) / 1000.0));
+        },
+        Qt::DirectConnection);
     connect(&worker, &WorkerConvertMDF4::finished, &loop, &QEventLoop::quit);
     QTimer watch;
     connect(&watch, &QTimer::timeout, &loop, [&worker] {
