@@ -7,6 +7,10 @@
 
 #include <QDebug>
 #include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -40,6 +44,23 @@ std::unique_ptr<MDF4_DataChannel> withRange(std::unique_ptr<Channel> channel,
 {
     channel->setPhysicalRange(signal.measurement().lower_limit, signal.measurement().upper_limit);
     return channel;
+}
+
+using ValuePairs = QVector<std::pair<double, double>>;
+
+// Rising keys, as a CC block must have them; of equal ones the first holds.
+ValuePairs risingPairs(const A2lCompuTab &table)
+{
+    ValuePairs pairs;
+    for (const A2lCompuTabPair *pair : table.pairs) {
+        if (!std::isnan(pair->x) && !std::isnan(pair->y))
+            pairs.append({pair->x, pair->y});
+    }
+    std::stable_sort(pairs.begin(), pairs.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    const auto sameKey = [](const auto &a, const auto &b) { return a.first == b.first; };
+    pairs.erase(std::unique(pairs.begin(), pairs.end(), sameKey), pairs.end());
+    return pairs;
 }
 
 } // namespace
@@ -118,11 +139,11 @@ std::unique_ptr<MDF4_DataChannel> MeasurementChannels::makeTable(const CCP_XCP_S
                                                                  const A2lCompuMethod &method) const
 {
     const A2lCompuTab *table = m_tables.value(method.table_name);
-    if (!table || table->pairs.isEmpty() || table->pairs.size() > maxValuePairs)
+    const ValuePairs pairs = table ? risingPairs(*table) : ValuePairs();
+    if (pairs.isEmpty() || pairs.size() > maxValuePairs)
         return withoutTable<Source>(signal, method);
     auto channel = makeChannel<Conversion, Source>(signal, method.unit);
-    for (const A2lCompuTabPair *pair : table->pairs)
-        channel->pairs.append({pair->x, pair->y});
+    channel->pairs = pairs;
     return channel;
 }
 
@@ -134,8 +155,13 @@ std::unique_ptr<MDF4_DataChannel> MeasurementChannels::makeText(const CCP_XCP_Si
     if (!table || table->pairs.isEmpty() || table->pairs.size() > maxTexts)
         return withoutTable<Source>(signal, method);
     auto channel = makeChannel<MDF4_DataChannel_Val2Txt_Table, Source>(signal, method.unit);
-    for (const A2lCompuVTabPair *pair : table->pairs)
+    QSet<qint32> keys;
+    for (const A2lCompuVTabPair *pair : table->pairs) {
+        if (keys.contains(pair->value))
+            continue; // the first text of a key holds
+        keys.insert(pair->value);
         channel->texts.append({double(pair->value), pair->text});
+    }
     return channel;
 }
 
