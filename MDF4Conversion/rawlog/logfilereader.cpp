@@ -60,8 +60,7 @@ void LogFileReader::refill()
     if (count < 0)
         m_failure = m_file.errorString();
     else if (count == 0 && m_filePosition < m_fileSize)
-        m_failure =
-            QCoreApplication::translate("RawLog", "it became shorter while it was read");
+        m_failure = QCoreApplication::translate("RawLog", "it became shorter while it was read");
     m_fileEnded = count <= 0;
 }
 
