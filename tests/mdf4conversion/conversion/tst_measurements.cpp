@@ -107,6 +107,8 @@ private slots:
     void theInverseOfTheRationalFunction();
     void tablesHoldTheirPairs_data();
     void tablesHoldTheirPairs();
+    void tableKeysRiseAndTheFirstOfEqualOnesHolds();
+    void theFirstTextOfAKeyHolds();
     void aTextTableHasOneReferenceMoreThanKeys();
     void aMissingOrEmptyTableIsLeftOutWithAWarning_data();
     void aMissingOrEmptyTableIsLeftOutWithAWarning();
@@ -484,6 +486,39 @@ void tst_Measurements::tablesHoldTheirPairs()
     QCOMPARE(result.channel(0, "M").conversion.values,
              (std::vector<double>{0, 10, 10, 20, 20, 40}));
     QCOMPARE(result.physical(0, "M"), (QVector<double>{20, between}));
+}
+
+void tst_Measurements::tableKeysRiseAndTheFirstOfEqualOnesHolds()
+{
+    ByteLog log;
+    log.addMethod(TabIntp).table_name = text("Table");
+    A2lCompuTab &table = log.module().compu_tabs.add();
+    table.name = text("Table");
+    for (const auto &[x, y] : {std::pair(20.0, 1.0), std::pair(10.0, 2.0), std::pair(20.0, 3.0),
+                               std::pair(qQNaN(), 4.0), std::pair(5.0, qQNaN())}) {
+        A2lCompuTabPair &pair = table.pairs.add();
+        pair.x = x;
+        pair.y = y;
+    }
+    log.addValue("0A");
+    QCOMPARE(log.convert().channel(0, "M").conversion.values, (std::vector<double>{10, 2, 20, 1}));
+}
+
+void tst_Measurements::theFirstTextOfAKeyHolds()
+{
+    ByteLog log;
+    log.addMethod(TabVerb).table_name = text("Table");
+    A2lCompuVTab &table = log.module().compu_vtabs.add();
+    table.name = text("Table");
+    for (const char *name : {"first", "second"}) {
+        A2lCompuVTabPair &pair = table.pairs.add();
+        pair.value = 1;
+        pair.text = text(name);
+    }
+    log.addValue("01");
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.channel(0, "M").conversion.values, std::vector<double>{1});
+    QCOMPARE(result.texts(0, "M"), QStringList(text("first")));
 }
 
 void tst_Measurements::aTextTableHasOneReferenceMoreThanKeys()
