@@ -5,7 +5,7 @@
 
 #include <memory>
 
-class TerminalStruct;
+struct TerminalStruct;
 
 // The configuration block at the head of a raw log.
 namespace rawlog {

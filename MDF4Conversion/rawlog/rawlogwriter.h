@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QIODevice>
 
-class TerminalStruct;
+struct TerminalStruct;
 
 // Writes a raw log onto an open device: the configuration block, then entries. The device belongs
 // to the caller and outlives the writer. After the first failed write nothing more is written.
