@@ -33,7 +33,7 @@ LogFileReader::LogFileReader(const QString &fileName)
     m_fileSize = m_file.size();
     m_filePosition = m_firstEntryPosition;
     m_percentFactor = 100.0 / double(float(m_fileSize));
-    m_fileEnded = false;
+    m_fileEnded = m_filePosition >= m_fileSize;
     m_open = true;
 }
 
@@ -57,14 +57,16 @@ void LogFileReader::refill()
     m_buffer.remove(0, m_bufferPosition);
     m_bufferPosition = 0;
     const int held = m_buffer.size();
-    m_buffer.resize(held + chunkSize);
-    const qint64 count = m_file.read(m_buffer.data() + held, chunkSize);
+    // What is appended from now on belongs to the next reader.
+    const auto size = int(qMin<qint64>(chunkSize, m_fileSize - m_filePosition));
+    m_buffer.resize(held + size);
+    const qint64 count = m_file.read(m_buffer.data() + held, size);
     m_buffer.resize(held + int(qMax<qint64>(count, 0)));
     m_filePosition += qMax<qint64>(count, 0);
-    m_fileEnded = count <= 0;
+    m_fileEnded = count <= 0 || m_filePosition == m_fileSize;
     if (count < 0)
         m_failure = m_file.errorString();
-    else if (m_fileEnded && m_filePosition < m_fileSize)
+    else if (m_filePosition < m_fileSize && m_fileEnded)
         m_failure = QCoreApplication::translate("RawLog", "it became shorter while it was read");
 }
 

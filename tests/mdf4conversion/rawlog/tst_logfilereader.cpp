@@ -77,6 +77,7 @@ private slots:
     void theContinueCheckIsAskedOnceForEachChunk();
     void aRefusedContinueCheckEndsTheLog();
     void aFileThatShrinksEndsTheLogWithAText();
+    void aFileThatGrowsEndsWhereItEndedAtFirst();
     void aClosedReaderGivesNoEntry();
     void anyBytesAreReadToTheirEnd();
 };
@@ -352,6 +353,19 @@ void tst_LogFileReader::aFileThatShrinksEndsTheLogWithAText()
     const QVector<Found> found = entriesOf(reader);
     QVERIFY(!found.isEmpty());
     QVERIFY(reader.failure().contains(QStringLiteral("shorter")));
+}
+
+void tst_LogFileReader::aFileThatGrowsEndsWhereItEndedAtFirst()
+{
+    const TemporaryLog file(logbytes::log(canEntry()));
+    LogFileReader reader(file.path());
+    QFile more(file.path());
+    QVERIFY(more.open(QIODevice::Append));
+    more.write(canEntry());
+    more.close();
+    QCOMPARE(entriesOf(reader).size(), 1);
+    QCOMPARE(reader.percent(), 100);
+    QVERIFY(reader.failure().isNull());
 }
 
 void tst_LogFileReader::aClosedReaderGivesNoEntry()
