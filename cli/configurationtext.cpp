@@ -22,9 +22,8 @@ QString triggerText(const LogTriggerCfg &trigger)
     QString text = QStringLiteral("after %1 s").arg(trigger.delay);
     if (trigger.mode != 0)
         text = QStringLiteral("when %1 on CAN %2 reaches %3")
-                   .arg(trigger.signal.name)
-                   .arg(trigger.signal_can)
-                   .arg(realText(trigger.signal_value));
+                   .arg(trigger.signal.name, QString::number(trigger.signal_can),
+                        realText(trigger.signal_value));
     if (trigger.stop_if_lower != 0)
         text += QStringLiteral(", stops when lower");
     if (trigger.digital_option != 0)

@@ -37,8 +37,8 @@ QString parametersText(const QString &port, const StreamingClass_A2L_Module &mod
                           .arg(canIdText(cfg.can_id_send), canIdText(cfg.can_id_recv))
                           .arg(cfg.baudrate)});
     if (!cfg.ip_address.isEmpty() || cfg.port != 0)
-        table.addRow(
-            {QStringLiteral("Slave"), QStringLiteral("%1:%2").arg(cfg.ip_address).arg(cfg.port)});
+        table.addRow({QStringLiteral("Slave"),
+                      cfg.ip_address + QLatin1Char(':') + QString::number(cfg.port)});
     table.addRow({QStringLiteral("Protocol"),
                   QStringLiteral("%1 %2").arg(hexText(cfg.protocol_version), cfg.version_text)});
     if (module.hsfz_activation != 0)

@@ -15,9 +15,8 @@ constexpr qint64 progressInterval_ms = 100;
 // "file.rld  45 %  1.20 GB/s"
 QString progressText(const QString &file, qint64 done, qint64 size, qint64 elapsed_ms)
 {
-    QString text = QStringLiteral("%1  %2 %")
-                       .arg(QFileInfo(file).fileName())
-                       .arg(size == 0 ? 100 : done * 100 / size);
+    const qint64 percent = size == 0 ? 100 : done * 100 / size;
+    QString text = QFileInfo(file).fileName() + QStringLiteral("  %1 %").arg(percent);
     if (elapsed_ms > 0)
         text += QStringLiteral("  %1/s").arg(sizeText(double(done) * 1000.0 / double(elapsed_ms)));
     return text;

@@ -24,6 +24,7 @@ private slots:
     void aLogIsShownInTables();
     void aDefaultConfigurationIsShort();
     void moreThanTwentyStretchesAreSummedUp();
+    void percentSignsInNamesStay();
     void anUnreadableFileHasNoText();
 };
 
@@ -168,6 +169,19 @@ void tst_InspectionText::moreThanTwentyStretchesAreSummedUp()
     QVERIFY(text.contains(QStringLiteral("      1019      3\n")));
     QVERIFY(!text.contains(QStringLiteral("1020")));
     QVERIFY(text.endsWith(QStringLiteral("  ... and 5 more\n")));
+}
+
+void tst_InspectionText::percentSignsInNamesStay()
+{
+    FileInspection inspection;
+    inspection.file = QStringLiteral("100%3.zdc");
+    inspection.kind = FileHead::Kind::Configuration;
+    inspection.configuration = std::make_unique<TerminalStruct>();
+    inspection.configuration->trigger.mode = 1;
+    inspection.configuration->trigger.signal.name = QStringLiteral("Load %2");
+    const QString text = inspectionText(inspection);
+    QVERIFY(text.startsWith(QStringLiteral("100%3.zdc: configuration, 0 bytes")));
+    QVERIFY(text.contains(QStringLiteral("when Load %2 on CAN 0 reaches 0\n")));
 }
 
 void tst_InspectionText::anUnreadableFileHasNoText()
