@@ -108,6 +108,12 @@ bool WorkerConvertMDF4::isConvertible(const LogFileReader &reader)
              .arg(QLatin1Char(' ')));
     const auto mainVersion = static_cast<quint32>(reader.configuration()->version);
     info(QStringLiteral("Main-Version of Log-Configuration:%1").arg(mainVersion));
+    if (mainVersion == 0) {
+        // Records count from 1: what reads as 0 is a block without a record.
+        error(QStringLiteral("%1: its configuration is damaged")
+                  .arg(QDir::toNativeSeparators(m_job.inputFile)));
+        return false;
+    }
     if (mainVersion > supportedMainVersion) {
         error(QStringLiteral("Incompatible logfile, logfile-Version:%1 converter supporting up to "
                              "%2.")

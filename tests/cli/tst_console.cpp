@@ -9,6 +9,7 @@ class tst_Console : public QObject
 private slots:
     void aMessageIsPlainTextOnOneLine_data();
     void aMessageIsPlainTextOnOneLine();
+    void controlCharactersDoNotReachTheTerminal();
     void sizesAreMegabytesAndGigabytes_data();
     void sizesAreMegabytesAndGigabytes();
     void durationsAreRoundedUpToSeconds_data();
@@ -36,6 +37,13 @@ void tst_Console::aMessageIsPlainTextOnOneLine()
     QFETCH(QString, message);
     QFETCH(QString, plain);
     QCOMPARE(plainMessage(message), plain);
+}
+
+void tst_Console::controlCharactersDoNotReachTheTerminal()
+{
+    const QString name = QStringLiteral("a\x1B[2Jb\x07");
+    const QChar replaced(QChar::ReplacementCharacter);
+    QCOMPARE(plainMessage(name), QLatin1Char('a') + replaced + QStringLiteral("[2Jb") + replaced);
 }
 
 void tst_Console::sizesAreMegabytesAndGigabytes_data()

@@ -87,6 +87,9 @@ private slots:
 
     void patternsStandForTheFilesThatMatch();
     void patternsWorkInEveryPartOfAPath();
+    void aFolderWithPatternCharactersIsTakenAsItIs();
+    void aLogFileDoesNotReplaceARawLog();
+    void makingADemonstrationTakesNoFiles();
     void aPatternThatMatchesNothingIs2();
     void aFolderStandsForItsLogs();
     void aFolderWithoutLogsIs2();
@@ -367,6 +370,29 @@ void tst_ZdsConvert::patternsWorkInEveryPartOfAPath()
     QCOMPARE(run({path("day*/[ab].rld")}).exitCode, 0);
     QCOMPARE(left(path("day2")), text("a.mf4 a.rld"));
     QCOMPARE(left(path("night")), text("a.rld"));
+}
+
+void tst_ZdsConvert::aFolderWithPatternCharactersIsTakenAsItIs()
+{
+    makeLog("logs[1]/a.rld");
+    QCOMPARE(run({path("logs[1]/*.rld")}).exitCode, 0);
+    QCOMPARE(left(path("logs[1]")), text("a.mf4 a.rld"));
+}
+
+void tst_ZdsConvert::aLogFileDoesNotReplaceARawLog()
+{
+    makeLog("a.rld");
+    makeLog("keep.rld");
+    const qint64 size = QFileInfo(path("keep.rld")).size();
+    QCOMPARE(run({text("--log"), path("keep.rld"), text("a.rld")}).exitCode, 64);
+    QCOMPARE(QFileInfo(path("keep.rld")).size(), size);
+}
+
+void tst_ZdsConvert::makingADemonstrationTakesNoFiles()
+{
+    makeLog("a.rld");
+    QCOMPARE(run({text("--make-demo"), path("demo"), text("a.rld")}).exitCode, 64);
+    QVERIFY(!QFileInfo::exists(path("demo")));
 }
 
 void tst_ZdsConvert::aPatternThatMatchesNothingIs2()

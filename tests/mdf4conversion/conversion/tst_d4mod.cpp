@@ -225,6 +225,11 @@ void tst_D4mod::aGrowingChannelCountDiscardsTheEarlierSamples()
     QCOMPARE(result.times(0), (QVector<quint64>{0, 100}));
     QCOMPARE(result.raw(0, "Channel-Nr-1"), (QVector<double>{3, 5}));
     QCOMPARE(result.raw(0, "Channel-Nr-2"), (QVector<double>{4, 6}));
+    QCOMPARE(
+        result.warnings,
+        QStringList(QStringLiteral("RS485-%1-D4MOD starts anew with 2 channels, 2 records with "
+                                   "1 channels are dropped.")
+                        .arg(port)));
 }
 
 void tst_D4mod::aShrinkingChannelCountStartsAnew()

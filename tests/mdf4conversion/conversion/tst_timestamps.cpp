@@ -89,6 +89,7 @@ private slots:
     void missingStampsOfTwoProcessorsAreToldOnce();
 
     void theFirstSampleOfTheLogIsToldOnce();
+    void aRecordThatLacksDataIsNotTheFirstSampleOfTheLog();
     void theSmallestTimestampIsTakenOffAllRecords();
     void theIntervalsOfASignalAreTold();
 };
@@ -406,6 +407,20 @@ void tst_Timestamps::theFirstSampleOfTheLogIsToldOnce()
     log.add(frame(900, 3) + frame(1000, 0));
     QCOMPARE(log.convert().status(QStringLiteral("First Extracted")),
              QStringLiteral("First Extracted Timestamp from Signal: CAN_3_DBC-S3 - 900 usec"));
+}
+
+void tst_Timestamps::aRecordThatLacksDataIsNotTheFirstSampleOfTheLog()
+{
+    Log log;
+    TerminalCanCfg &can = log.configuration.can[0];
+    testlog::addSignal(can, QStringLiteral("Long"), 0x77, 0, 8);
+    testlog::addSignal(can, QStringLiteral("Short"), 0x77, 8, 8).dlc = 6;
+    log.add(testlog::can(0x60000000, 0, 0x77, "000000000000") + frame(0x60000100, 3));
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.status(QStringLiteral("First Extracted")),
+             QStringLiteral("First Extracted Timestamp from Signal: CAN_3_DBC-S3 - %1 usec")
+                 .arg(0x60000100));
+    QVERIFY(result.status(QStringLiteral("Initial timestamp adjustment")).isEmpty());
 }
 
 void tst_Timestamps::theSmallestTimestampIsTakenOffAllRecords()

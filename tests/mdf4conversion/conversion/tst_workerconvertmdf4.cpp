@@ -75,6 +75,7 @@ private slots:
     void theSignalListIsSentEmptyAndWithCounts();
     void theSummaryTellsWhatWasFound();
 
+    void aConfigurationWithoutARecordIsRefused();
     void version6IsConvertedWithoutTheDeprecationLine();
     void version5IsConvertedWithTheDeprecationLine();
     void newerVersionsAreRefused_data();
@@ -251,6 +252,17 @@ void tst_WorkerConvertMDF4::newerVersionsAreRefused()
                               .arg(number),
                           text("Logfile-conversion aborted.")}));
     QVERIFY(!result.statuses.contains(text("grouping signal-channels...")));
+    QCOMPARE(log.leftFiles(), QStringList(text("log.rld")));
+}
+
+void tst_WorkerConvertMDF4::aConfigurationWithoutARecordIsRefused()
+{
+    Log log;
+    log.setConfigurationBlock(QByteArray(4, 0));
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.errors.size(), 2);
+    QVERIFY(result.errors.first().contains(text("its configuration is damaged")));
+    QVERIFY(!result.summary.written);
     QCOMPARE(log.leftFiles(), QStringList(text("log.rld")));
 }
 
