@@ -16,6 +16,12 @@ import sys
 CONSTANT_FIELDS = {"zero_byte": 0}
 
 
+def same(expected, found):
+    if expected is None or found is None:
+        return not expected and not found
+    return expected == found
+
+
 def differences(expected, found, where):
     if isinstance(expected, dict) and isinstance(found, dict):
         expected = {k: v for k, v in expected.items()
@@ -30,7 +36,7 @@ def differences(expected, found, where):
             yield f"{where}: {len(found)} elements instead of {len(expected)}"
         for index, pair in enumerate(zip(expected, found)):
             yield from differences(*pair, f"{where}[{index}]")
-    elif (expected or "") != (found or "") if None in (expected, found) else expected != found:
+    elif not same(expected, found):
         yield f"{where}: {found!r} instead of {expected!r}"
 
 

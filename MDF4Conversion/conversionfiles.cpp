@@ -108,8 +108,9 @@ bool ConversionFiles::prepare()
     const QString folderName = QDir::toNativeSeparators(folder.path());
     if (!folder.exists())
         return fail(tr("The output folder %1 does not exist").arg(folderName));
-    if (output.isDir())
-        return fail(tr("%1 is a folder").arg(QDir::toNativeSeparators(m_outputFile)));
+    // Taking the place of a device or a pipe would destroy it.
+    if (output.exists() && !output.isFile())
+        return fail(tr("%1 is not a regular file").arg(QDir::toNativeSeparators(m_outputFile)));
     clearLeftovers(folder);
     if (!lock(m_outputLock, m_growingFile + lockSuffix))
         return false;

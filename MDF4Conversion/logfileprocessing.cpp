@@ -59,9 +59,9 @@ void LogFileProcessing::noteFirstTimestamp(const MDF4_ChannelGroup &group)
     const quint64 timestamp = group.newestTimestamp();
     const QString channel =
         group.channels().empty() ? QStringLiteral("Unknown") : group.channels().front()->name;
-    m_messages.info(QStringLiteral("First Extracted Timestamp from Signal: %1 - %2 usec")
-                        .arg(group.sigGrpName + QLatin1Char('-') + channel)
-                        .arg(timestamp));
+    m_messages.info(
+        QStringLiteral("First Extracted Timestamp from Signal: %1 - %2 usec")
+            .arg(group.sigGrpName + QLatin1Char('-') + channel, QString::number(timestamp)));
     m_cpuTimestamps->addFirstTimestamp(timestamp);
 }
 

@@ -1,5 +1,7 @@
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
+#include <cassert>
+
 MDF4_ChannelGroup::MDF4_ChannelGroup(const MDF4_ConversionContext &handler, const QString &name,
                                      quint8 type)
     : sigGrpName(name)

@@ -2,14 +2,35 @@
 
 #include "MDF4Conversion/lib_mdf4/mdf4/m4conversions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
+#include <set>
 
 namespace {
 
-M4ValuePairs valuePairs(const QVector<std::pair<double, double>> &pairs)
+// Keys strictly ascending, as the standard wants them; what is no number is left out.
+M4ValuePairs ascending(const QVector<std::pair<double, double>> &pairs)
 {
-    return {pairs.begin(), pairs.end()};
+    M4ValuePairs sorted;
+    std::copy_if(pairs.begin(), pairs.end(), std::back_inserter(sorted), [](const auto &pair) {
+        return !std::isnan(pair.first) && !std::isnan(pair.second);
+    });
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    const auto sameKey = [](const auto &a, const auto &b) { return a.first == b.first; };
+    sorted.erase(std::unique(sorted.begin(), sorted.end(), sameKey), sorted.end());
+    return sorted;
+}
+
+template <class Block>
+std::unique_ptr<M4CCBlock> tableBlock(const QVector<std::pair<double, double>> &pairs)
+{
+    const M4ValuePairs sorted = ascending(pairs);
+    if (sorted.empty())
+        return nullptr;
+    return std::make_unique<Block>(sorted);
 }
 
 } // namespace
@@ -71,33 +92,45 @@ std::unique_ptr<M4CCBlock> MDF4_DataChannel_Identity::conversionBlock() const
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Linear::conversionBlock() const
 {
+    if (!std::isfinite(offset) || !std::isfinite(factor))
+        return nullptr;
     return std::make_unique<M4CCLinear>(offset, factor);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Rational::conversionBlock() const
 {
+    if (!std::all_of(coefficients.begin(), coefficients.end(),
+                     [](double c) { return !std::isnan(c); }))
+        return nullptr;
     return std::make_unique<M4CCRational>(coefficients);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Formula::conversionBlock() const
 {
+    if (formula.trimmed().isEmpty())
+        return nullptr;
     return std::make_unique<M4CCFormula>(formula.toStdString());
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_Interpolated::conversionBlock() const
 {
-    return std::make_unique<M4CCN2NInterpol>(valuePairs(pairs));
+    return tableBlock<M4CCN2NInterpol>(pairs);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Val_Table_nonInterpolated::conversionBlock() const
 {
-    return std::make_unique<M4CCN2N>(valuePairs(pairs));
+    return tableBlock<M4CCN2N>(pairs);
 }
 
 std::unique_ptr<M4CCBlock> MDF4_DataChannel_Val2Txt_Table::conversionBlock() const
 {
     std::vector<std::pair<double, std::string>> pairs;
-    for (const auto &[key, text] : texts)
-        pairs.emplace_back(key, text.toStdString());
+    std::set<double> keys;
+    for (const auto &[key, text] : texts) {
+        if (keys.insert(key).second)
+            pairs.emplace_back(key, text.toStdString());
+    }
+    if (pairs.empty())
+        return nullptr;
     return std::make_unique<M4CCN2T>(pairs);
 }

@@ -40,7 +40,8 @@ public:
     bool extractData(const StdLogEntry &entry, RecordBuffer &record) override = 0;
 
     [[nodiscard]] virtual Kind kind() const = 0;
-    // The CC block, not yet attached to a file.
+    // The CC block, not yet attached to a file. Null for a conversion that no reader could follow:
+    // coefficients that are no numbers, an empty formula or table.
     [[nodiscard]] virtual std::unique_ptr<M4CCBlock> conversionBlock() const = 0;
 
     // Sets the range of the stored values from physical limits, and leaves it open where they can't
@@ -126,7 +127,8 @@ private:
 class MDF4_DataChannel_Val2Val : public MDF4_DataChannel
 {
 public:
-    QVector<std::pair<double, double>> pairs; // stored value and physical value
+    // Stored value and physical value, in any order; of equal keys the first one counts.
+    QVector<std::pair<double, double>> pairs;
 };
 
 class MDF4_DataChannel_Val2Val_Table_Interpolated : public MDF4_DataChannel_Val2Val
@@ -155,5 +157,6 @@ public:
     [[nodiscard]] Kind kind() const final { return Kind::TextTable; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
 
+    // Of equal keys the first one counts.
     QVector<std::pair<double, QString>> texts; // stored value and its text
 };

@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <cassert>
+
 namespace {
 
 constexpr quint64 recordId = 1;
@@ -98,6 +100,8 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
         source.path = group->records().path();
         source.recordSize = group->recordSize();
         source.size = group->recordCount() * group->recordSize();
+        assert(quint64(group->records().size()) == source.size
+               && "Extracted data-size have to match a channel-grp record-sample in size.");
         source.blockSize = quint32(qMin<quint64>(source.size, M4_MAX_BLOCK_SIZE));
         m_totalBytes += source.size;
         sources.push_back(source);
@@ -114,8 +118,7 @@ bool Mdf4FileWriter::writeGroup(MDF4_ChannelGroup &group, const BlockPipeline::S
                                 BlockPipeline &blocks)
 {
     m_messages.info(QStringLiteral("Writing: channel-group:%1 signal-count:%2")
-                        .arg(group.sigGrpName)
-                        .arg(group.channels().size()));
+                        .arg(group.sigGrpName, QString::number(group.channels().size())));
     M4DGBlock *dg = m_file.addDG();
     M4CGBlock *cg = dg ? addGroup(group, dg) : nullptr;
     if (!cg)
@@ -157,31 +160,30 @@ M4CGBlock *Mdf4FileWriter::addGroup(const MDF4_ChannelGroup &group, M4DGBlock *d
 bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, quint32 byteOffset)
 {
     constexpr quint8 fixedLengthChannel = 0;
-    M4CNBlock *cn = cg.addCN(channel.name.toStdString(), fixedLengthChannel,
-                             static_cast<quint8>(channel.dataType), byteOffset, channel.size,
-                             channel.rangeMin, channel.rangeMax);
+    const QString name = channel.name.isEmpty() ? QStringLiteral("Unnamed") : channel.name;
+    M4CNBlock *cn =
+        cg.addCN(name.toStdString(), fixedLengthChannel, static_cast<quint8>(channel.dataType),
+                 byteOffset, channel.size, channel.rangeMin, channel.rangeMax);
     if (!cn || !cn->setUnit(channel.unit.toStdString()))
         return false;
     const std::unique_ptr<M4CCBlock> conversion = channel.conversionBlock();
-    if (!conversion->fits()) {
-        m_messages.warning(
-            QCoreApplication::translate(
-                "Conversion", "Signal %1 is written without conversion, its table is too long.")
-                .arg(channel.name));
-        return true;
-    }
-    return cn->setConversion(*conversion);
+    if (conversion && conversion->fits())
+        return cn->setConversion(*conversion);
+    m_messages.warning(QCoreApplication::translate("Conversion",
+                                                   "Signal %1 is written without conversion, its "
+                                                   "coefficients or its table can't be written.")
+                           .arg(name));
+    return true;
 }
 
 void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,
                                     const BlockPipeline::Block &block)
 {
     for (const auto &[current, last] : block.disorder) {
-        m_messages.error(QStringLiteral("Timestamp-error, current-ts smaller or equal than last-ts "
-                                        "(ChannelGroup:%1) (currentTS %2 lastTS %3")
-                             .arg(group.sigGrpName)
-                             .arg(current)
-                             .arg(last));
+        m_messages.error(
+            QStringLiteral("Timestamp-error, current-ts smaller or equal than last-ts "
+                           "(ChannelGroup:%1) (currentTS %2 lastTS %3")
+                .arg(group.sigGrpName, QString::number(current), QString::number(last)));
     }
 }
 
@@ -200,10 +202,9 @@ void Mdf4FileWriter::reportIntervals(const MDF4_ChannelGroup &group)
 {
     for (const auto &channel : group.channels()) {
         m_messages.info(QStringLiteral("Signal:%1 Intervall min:%2 avg:%3 max:%4 [uSec]")
-                            .arg(channel->name)
-                            .arg(channel->minInterval())
-                            .arg(channel->averageInterval(), 0, 'f', 2)
-                            .arg(channel->maxInterval()));
+                            .arg(channel->name, QString::number(channel->minInterval()),
+                                 QString::number(channel->averageInterval(), 'f', 2),
+                                 QString::number(channel->maxInterval())));
     }
     m_messages.info(QString());
 }

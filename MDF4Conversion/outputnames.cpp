@@ -19,13 +19,13 @@ OutputNames::Mdf4Names OutputNames::mdf4Names(const QString &inputFile, const QS
     const QString outputPattern = QStringLiteral("%1/%2.mf4");
     QString output = outputPattern.arg(folder, baseName);
     while (!isFree(output)) {
-        output =
-            outputPattern.arg(folder, QStringLiteral("%1_%2").arg(baseName).arg(m_outputNumber));
+        output = outputPattern.arg(folder,
+                                   baseName + QLatin1Char('_') + QString::number(m_outputNumber));
         ++m_outputNumber;
     }
     QString temporary;
     do {
-        temporary = QStringLiteral("%1/tmp_%2").arg(folder).arg(m_temporaryNumber);
+        temporary = QStringLiteral("%1/tmp_%2").arg(folder, QString::number(m_temporaryNumber));
         ++m_temporaryNumber;
     } while (!isFree(temporary));
     return {take(output), take(temporary)};

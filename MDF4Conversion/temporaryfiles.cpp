@@ -60,8 +60,8 @@ TemporaryFile::~TemporaryFile()
 void TemporaryFile::choosePath()
 {
     m_path = QStringLiteral("%1/%2_%3.bin")
-                 .arg(m_pool.folder(), m_baseName)
-                 .arg(reinterpret_cast<quintptr>(this), 0, 16);
+                 .arg(m_pool.folder(), m_baseName,
+                      QString::number(reinterpret_cast<quintptr>(this), 16));
     if (QFile::exists(m_path)) {
         m_path = QStringLiteral("%1/%2.bin")
                      .arg(m_pool.folder(), QUuid::createUuid().toString(QUuid::WithoutBraces));

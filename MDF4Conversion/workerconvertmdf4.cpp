@@ -39,7 +39,7 @@ void WorkerConvertMDF4::progress(int parsingPercentage, int writingPercentage)
 void WorkerConvertMDF4::process()
 {
     m_summary = ConversionSummary();
-    qDebug("MDF4 Converter starts..");
+    qDebug("MDF4 conversion starts..");
     info(QStringLiteral("logfile-conversion started..."));
     m_summary.written = convert();
     if (m_summary.written)

@@ -21,7 +21,7 @@ constexpr double shortestEstimate_s = 0.5;
 QString progressText(const QString &file, int percent, double seconds)
 {
     const QFileInfo info(file);
-    QString text = QStringLiteral("%1  %2 %").arg(info.fileName()).arg(percent);
+    QString text = QStringLiteral("%1  %2 %").arg(info.fileName(), QString::number(percent));
     if (percent > 0 && seconds > shortestEstimate_s) {
         const double done = percent / 100.0;
         text += QStringLiteral("  %1/s  %2 left")
@@ -76,15 +76,23 @@ BatchConversion::Result BatchConversion::convert(const QString &file)
     QElapsedTimer clock;
     QEventLoop loop;
     connect(&thread, &QThread::started, &worker, &WorkerConvertMDF4::process);
-    connect(&worker, &WorkerConvertMDF4::sig_status, &loop,
-            [this](const QString &text) { m_console.status(text); });
-    connect(&worker, &WorkerConvertMDF4::sig_warning, &loop,
-            [this](const QString &text) { m_console.warning(text); });
-    connect(&worker, &WorkerConvertMDF4::sig_error, &loop,
-            [this](const QString &text) { m_console.error(text); });
-    connect(&worker, &WorkerConvertMDF4::sig_progress, &loop, [&](int percent) {
-        m_console.showProgress(progressText(file, percent, double(clock.elapsed()) / 1000.0));
-    });
+    // Printed where they arise: a flood of messages then waits for whoever reads it, instead of
+    // gathering in memory. This thread prints nothing until the conversion has finished.
+    connect(
+        &worker, &WorkerConvertMDF4::sig_status, &worker,
+        [this](const QString &text) { m_console.status(text); }, Qt::DirectConnection);
+    connect(
+        &worker, &WorkerConvertMDF4::sig_warning, &worker,
+        [this](const QString &text) { m_console.warning(text); }, Qt::DirectConnection);
+    connect(
+        &worker, &WorkerConvertMDF4::sig_error, &worker,
+        [this](const QString &text) { m_console.error(text); }, Qt::DirectConnection);
+    connect(
+        &worker, &WorkerConvertMDF4::sig_progress, &worker,
+        [this, &file, &clock](int percent) {
+            m_console.showProgress(progressText(file, percent, double(clock.elapsed()) / 1000.0));
+        },
+        Qt::DirectConnection);
     connect(&worker, &WorkerConvertMDF4::finished, &loop, &QEventLoop::quit);
     QTimer watch;
     connect(&watch, &QTimer::timeout, &loop, [&worker] {
@@ -109,10 +117,9 @@ void BatchConversion::report(const QString &file, const Result &result)
         for (const ConversionSummary::Group &group : summary.groups)
             samples += group.samples;
         m_console.status(QStringLiteral("%1 -> %2: %3 groups, %4 records, %5 s")
-                             .arg(displayName(file), displayName(result.outputFile))
-                             .arg(summary.groups.size())
-                             .arg(samples)
-                             .arg(result.seconds, 0, 'f', 2));
+                             .arg(displayName(file), displayName(result.outputFile),
+                                  QString::number(summary.groups.size()), QString::number(samples),
+                                  QString::number(result.seconds, 'f', 2)));
     }
     m_summaries.append(conversionJson(file, result.outputFile, summary, result.seconds));
 }

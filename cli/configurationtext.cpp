@@ -22,9 +22,8 @@ QString triggerText(const LogTriggerCfg &trigger)
     QString text = QStringLiteral("after %1 s").arg(trigger.delay);
     if (trigger.mode != 0)
         text = QStringLiteral("when %1 on CAN %2 reaches %3")
-                   .arg(trigger.signal.name)
-                   .arg(trigger.signal_can)
-                   .arg(realText(trigger.signal_value));
+                   .arg(trigger.signal.name, QString::number(trigger.signal_can),
+                        realText(trigger.signal_value));
     if (trigger.stop_if_lower != 0)
         text += QStringLiteral(", stops when lower");
     if (trigger.digital_option != 0)
@@ -129,7 +128,8 @@ QString ethernetText(const StreamingClass_Cfg_Ethernet &eth)
         return {};
     const EthTunnelingCfg &tunneling = eth.tunneling;
     TextTable table;
-    table.addRow({QStringLiteral("Name"), eth.custom_name});
+    if (!eth.custom_name.isEmpty())
+        table.addRow({QStringLiteral("Name"), eth.custom_name});
     table.addRow({QStringLiteral("Modules"), modulesText(eth.module_selection)});
     table.addRow(
         {QStringLiteral("Tunneling"), QStringLiteral("%1, port %2, local %3, fallback %4, flags %5")

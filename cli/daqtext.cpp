@@ -5,6 +5,8 @@
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr quint32 extendedFlag = 0x80000000;
@@ -35,8 +37,8 @@ QString parametersText(const QString &port, const StreamingClass_A2L_Module &mod
                           .arg(canIdText(cfg.can_id_send), canIdText(cfg.can_id_recv))
                           .arg(cfg.baudrate)});
     if (!cfg.ip_address.isEmpty() || cfg.port != 0)
-        table.addRow(
-            {QStringLiteral("Slave"), QStringLiteral("%1:%2").arg(cfg.ip_address).arg(cfg.port)});
+        table.addRow({QStringLiteral("Slave"),
+                      cfg.ip_address + QLatin1Char(':') + QString::number(cfg.port)});
     table.addRow({QStringLiteral("Protocol"),
                   QStringLiteral("%1 %2").arg(hexText(cfg.protocol_version), cfg.version_text)});
     if (module.hsfz_activation != 0)
@@ -101,19 +103,45 @@ TextTable measurementTable(const StreamingClass_A2L_Module &module)
     return table;
 }
 
+QString linearText(double factor, double offset)
+{
+    const QString product = realText(factor) + QStringLiteral(" x");
+    if (offset == 0)
+        return product;
+    return product + (offset < 0 ? QStringLiteral(" - ") : QStringLiteral(" + "))
+           + realText(std::abs(offset));
+}
+
+// The six coefficients, in the order of the A2L file.
+QString rationalText(const A2lCompuMethod &method)
+{
+    QStringList coefficients;
+    for (const double coefficient : {method.coeff_a, method.coeff_b, method.coeff_c, method.coeff_d,
+                                     method.coeff_e, method.coeff_f})
+        coefficients.append(realText(coefficient));
+    return coefficients.join(QLatin1Char(' '));
+}
+
+QString contentText(const A2lCompuMethod &method)
+{
+    switch (method.conversion_type) {
+    case A2lConversionType::Linear:
+        return linearText(method.linear_a, method.linear_b);
+    case A2lConversionType::RatFunc:
+        return rationalText(method);
+    case A2lConversionType::Form:
+        return method.formula;
+    default:
+        return method.table_name;
+    }
+}
+
 TextTable methodTable(const StreamingClass_A2L_Module &module)
 {
     TextTable table({"Conversion", "Kind", "Unit", "Content"});
-    for (const A2lCompuMethod *method : module.compu_methods) {
-        QString content = method->table_name;
-        if (method->conversion_type == A2lConversionType::Linear)
-            content = QStringLiteral("%1 x + %2")
-                          .arg(realText(method->linear_a), realText(method->linear_b));
-        else if (method->conversion_type == A2lConversionType::Form)
-            content = method->formula;
+    for (const A2lCompuMethod *method : module.compu_methods)
         table.addRow({method->name, nameOf(conversionTypes, method->conversion_type), method->unit,
-                      content});
-    }
+                      contentText(*method)});
     return table;
 }
 

@@ -15,9 +15,8 @@ constexpr qint64 progressInterval_ms = 100;
 // "file.rld  45 %  1.20 GB/s"
 QString progressText(const QString &file, qint64 done, qint64 size, qint64 elapsed_ms)
 {
-    QString text = QStringLiteral("%1  %2 %")
-                       .arg(QFileInfo(file).fileName())
-                       .arg(size == 0 ? 100 : done * 100 / size);
+    const qint64 percent = size == 0 ? 100 : done * 100 / size;
+    QString text = QFileInfo(file).fileName() + QStringLiteral("  %1 %").arg(percent);
     if (elapsed_ms > 0)
         text += QStringLiteral("  %1/s").arg(sizeText(double(done) * 1000.0 / double(elapsed_ms)));
     return text;
@@ -60,6 +59,12 @@ bool InspectionRun::save(const FileInspection &inspection, QString &failure) con
 {
     if (!inspection.configurationIsWhole) {
         failure = QStringLiteral("a damaged configuration is not saved");
+        return false;
+    }
+    // A slip of the command line must not cost a recording.
+    if (readFileHead(m_saveAs).kind == FileHead::Kind::RawLog) {
+        failure =
+            QStringLiteral("%1 is a raw log and is not overwritten").arg(displayName(m_saveAs));
         return false;
     }
     return configfile::save(*inspection.configuration, m_saveAs, &failure);

@@ -14,9 +14,8 @@ QString headText(const FileInspection &inspection)
                              ? QStringLiteral("raw log")
                              : QStringLiteral("configuration");
     return QStringLiteral("%1: %2, %3 bytes, configuration version %4\n")
-        .arg(printable(displayName(inspection.file)), kind)
-        .arg(inspection.size)
-        .arg(inspection.configuration->version);
+        .arg(printable(displayName(inspection.file)), kind, QString::number(inspection.size),
+             QString::number(inspection.configuration->version));
 }
 
 } // namespace

@@ -8,19 +8,21 @@
 // entries together: they come nearly in order of time, so that a bus may be silent for longer than
 // an overflow takes (71.6 minutes) as long as anything else is recorded.
 //
-// A time is placed up to `lag` behind the newest one, else ahead of it. A leap ahead of more than
-// `lag` counts only when the following entry doesn't come back from it: a damaged entry then can't
-// shift the rest of the log.
+// A time is placed up to `lag` behind the newest one, as long as its own bus doesn't go back with
+// it, else ahead of it. What leaps ahead by more than `lag` counts only when the following entry
+// doesn't come back from it: a damaged entry then can't shift the rest of the log.
 class LogClock
 {
 public:
-    // How far an entry may lie behind the newest one, in us (805.3 s), as for channels and the sync
-    // stamps of the processors.
+    // How far an entry may lie behind the newest one of the log, in us (805.3 s), as for channels
+    // and the sync stamps of the processors.
     static constexpr quint32 lag = 0x30000000;
+    // How far it may lie behind the newest one of its own bus, in us.
+    static constexpr qint64 lagOnBus = 10000000;
 
     enum class Verdict {
-        Accepted, // time is the time of the entry
-        Leap,     // open until the next entry: accepted when that one is not `leapWasFalse`
+        Accepted,
+        Leap, // open until the next entry: accepted unless that one says leapWasFalse
     };
     struct Reading
     {
@@ -29,13 +31,13 @@ public:
         bool leapWasFalse = false; // the leap before was one of a damaged entry
     };
 
-    [[nodiscard]] Reading read(quint32 timestamp_us);
+    // The time of the next entry of the log; `newestOnBus` is the newest accepted one of its bus.
+    [[nodiscard]] Reading read(quint32 timestamp_us, std::optional<qint64> newestOnBus);
 
 private:
-    [[nodiscard]] static bool isNear(quint32 difference)
-    {
-        return difference <= lag || difference >= quint32(-qint64(lag));
-    }
+    // The time next to the newest one, when it can be that.
+    [[nodiscard]] std::optional<qint64> nearTime(quint32 timestamp_us,
+                                                 std::optional<qint64> newestOnBus) const;
 
     bool m_started = false;
     qint64 m_newest = 0;

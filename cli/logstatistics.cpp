@@ -23,7 +23,7 @@ bool hasTimestamp(quint8 type)
            && (kind->bodyHead == BodyHead::Timestamp || kind->bodyHead == BodyHead::TimestampAndId);
 }
 
-void noteTime(StreamStatistics &stream, qint64 time_us)
+void noteTime(StreamStatistics &stream, qint64 time_us, bool hasGaps)
 {
     if (!stream.newest_us) {
         stream.first_us = stream.newest_us = time_us;
@@ -34,7 +34,7 @@ void noteTime(StreamStatistics &stream, qint64 time_us)
         ++stream.outOfOrder;
         return;
     }
-    if (silence > LogStatistics::gapLimit_us)
+    if (hasGaps && silence > LogStatistics::gapLimit_us)
         ++stream.gaps;
     if (silence > stream.longestSilence.length_us)
         stream.longestSilence = {*stream.newest_us, silence};
@@ -71,7 +71,7 @@ void LogStatistics::take(const StdLogEntry &entry)
 
 void LogStatistics::takeTime(const StdLogEntry &entry, StreamStatistics &statistics)
 {
-    const LogClock::Reading reading = m_clock.read(entry.timestamp);
+    const LogClock::Reading reading = m_clock.read(entry.timestamp, statistics.newest_us);
     if (m_leap.stream) {
         if (reading.leapWasFalse)
             ++m_implausibleTimes;
@@ -88,10 +88,11 @@ void LogStatistics::takeTime(const StdLogEntry &entry, StreamStatistics &statist
 
 void LogStatistics::place(const OpenLeap &entry)
 {
-    if (entry.type == RLD_CYCLIC_TS)
+    const bool isSyncStamp = entry.type == RLD_CYCLIC_TS;
+    if (isSyncStamp)
         placeSyncStamp(entry);
-    noteTime(*entry.stream, entry.time_us);
-    noteTime(m_all, entry.time_us);
+    noteTime(*entry.stream, entry.time_us, !isSyncStamp);
+    noteTime(m_all, entry.time_us, true);
     m_oldest = qMin(m_oldest.value_or(entry.time_us), entry.time_us);
 }
 

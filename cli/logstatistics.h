@@ -24,7 +24,7 @@ struct StreamStatistics
     quint64 bytes = 0;      // with their heads
     quint64 incomplete = 0; // too short for what their type or they themselves announce
     quint64 outOfOrder = 0; // older than one before them
-    quint64 gaps = 0;       // silences longer than LogStatistics::gapLimit_us
+    quint64 gaps = 0;       // silences longer than LogStatistics::gapLimit_us; not of sync stamps
     Silence longestSilence;
     // Of the complete entries with a plausible time; none for a type without a timestamp.
     std::optional<qint64> first_us;
@@ -53,8 +53,8 @@ struct SkippedStretch
 class LogStatistics
 {
 public:
-    // A silence of a bus counts as a gap from here on.
-    static constexpr qint64 gapLimit_us = 1000000;
+    // A longer silence of a bus counts as a gap. Sources that speak once a second have none.
+    static constexpr qint64 gapLimit_us = 1500000;
     // The processors write a sync stamp at least this often.
     static constexpr qint64 syncLimit_us = 0x20000000;
     // No more stretches are listed, only counted.

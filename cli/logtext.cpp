@@ -55,7 +55,7 @@ QString summaryText(const LogStatistics &log)
 QString streamsText(const LogStatistics &log)
 {
     TextTable table({"Source", ">Entries", ">Bytes", ">Per second", ">First [s]", ">Last [s]",
-                     ">Gaps > 1 s", "Longest gap"});
+                     ">Gaps > 1.5 s", "Longest gap"});
     for (const auto &[key, stream] : log.streams())
         table.addRow({streamName(key), QString::number(stream.entries),
                       QString::number(stream.bytes), rateText(perSecond(stream.entries, log)),

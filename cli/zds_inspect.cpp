@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 
+#include <cstdio>
+
 namespace {
 
 // The options of the program, declared once.
@@ -35,6 +37,8 @@ ExitCode inspect(Console &console, const QCommandLineParser &parser, const Optio
     const InputFiles inputs = inputFiles(parser.positionalArguments(),
                                          {QStringLiteral("*.zdc"), QStringLiteral("*.rld")});
     const bool saves = parser.isSet(options.saveAs);
+    if (saves && parser.value(options.saveAs).isEmpty())
+        return usageError(console, QStringLiteral("--save-as takes the name of a file."));
     if (saves && inputs.files.size() + inputs.failures.size() != 1)
         return usageError(console, QStringLiteral("--save-as takes exactly one file."));
     for (const QString &failure : inputs.failures)
@@ -67,7 +71,7 @@ ExitCode run(Console &console, const QStringList &arguments)
         QStringLiteral("FILE..."));
     if (!parser.parse(arguments))
         return usageError(console, parser.errorText());
-    if (parser.isSet(QStringLiteral("help"))) {
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
         console.print(parser.helpText().trimmed());
         return AllDone;
     }
@@ -91,5 +95,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(
         QStringLiteral("%1.%2").arg(ZDS_VERSION_MAJOR).arg(ZDS_VERSION_MINOR));
     Console console;
-    return run(console, QCoreApplication::arguments());
+    const ExitCode code = run(console, QCoreApplication::arguments());
+    if (std::ferror(stdout) == 0)
+        return code;
+    console.error(QStringLiteral("The output could not be written."));
+    return SomeFileFailed;
 }

@@ -87,7 +87,7 @@ CCP_XCP_Signal::CCP_XCP_Signal(Link link, quint8 number, quint32 canId,
     , m_order(bitOrderOfByteOrder(measurement.byte_order))
     , m_mask(static_cast<quint64>(measurement.bit_mask))
     , m_operation(measurement.bit_operation)
-    , m_shift(static_cast<quint32>(qBound<qint64>(0, measurement.shift_count, 64)))
+    , m_shift(static_cast<quint32>(qMin<quint64>(measurement.shift_count, 64)))
     , m_bytes(m_size)
     , m_measurement(&measurement)
 {}

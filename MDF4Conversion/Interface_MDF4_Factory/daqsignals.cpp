@@ -73,8 +73,7 @@ CCP_XCP_Signal *DaqSignals::signalOf(const StreamingClass_A2L_DAQ &daq, const QS
     if (bytesOfDataType(measurement->data_type) == 0) {
         m_messages.warning(QStringLiteral("a2lToCNDType - landed in default.. Measurement %1 is "
                                           "left out, its data type %2 is unknown.")
-                               .arg(name)
-                               .arg(measurement->data_type));
+                               .arg(name, QString::number(measurement->data_type)));
         m_places.insert(name, leftOut);
         return nullptr;
     }
@@ -83,8 +82,7 @@ CCP_XCP_Signal *DaqSignals::signalOf(const StreamingClass_A2L_DAQ &daq, const QS
     } catch (const std::out_of_range &) {
         m_messages.error(QStringLiteral("Measurement %1 is left out: there is no extraction for "
                                         "its byte order (%2).")
-                             .arg(name)
-                             .arg(measurement->byte_order));
+                             .arg(name, QString::number(measurement->byte_order)));
         m_places.insert(name, leftOut);
         return nullptr;
     }

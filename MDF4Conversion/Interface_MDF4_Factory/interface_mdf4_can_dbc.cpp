@@ -5,6 +5,7 @@
 #include "config/terminalcancfg.h"
 
 #include <algorithm>
+#include <cassert>
 #include <map>
 #include <set>
 
@@ -242,6 +243,7 @@ void Interface_MDF4_CAN_DBC::addSignal(const StreamingClass_DBC_Signal &signal)
 // A message whose signals expect frames of different length never fills a record, but it says so.
 bool Interface_MDF4_CAN_DBC::takeEntry(const StdLogEntry &entry)
 {
+    assert(context().messages && "no msg-handler set");
     if (!m_sameFrames)
         return MDF4_ChannelGroup::takeEntry(entry);
     if (!m_firstSource.concerns(entry))

@@ -32,8 +32,7 @@ void appendAim(Groups &groups, const MDF4_ConversionContext &handler,
             handler.messages->error(
                 QStringLiteral("AIM module %1 on CAN-%2 is left out: its samples don't fit a CAN "
                                "message.")
-                    .arg(meta->name)
-                    .arg(number));
+                    .arg(meta->name, QString::number(number)));
             continue;
         }
         const QString name = groupnames::groupName(canPortName(configuration, number), QString())

@@ -89,6 +89,8 @@ std::unique_ptr<MDF4_DataChannel> MeasurementChannels::make(const CCP_XCP_Signal
         return withRange(std::move(channel), signal);
     }
     case A2lConversionType::Form: {
+        if (method->formula.trimmed().isEmpty())
+            return withoutFormula<Source>(signal, *method);
         auto channel = makeChannel<MDF4_DataChannel_Formula, Source>(signal, method->unit);
         channel->formula = mdfFormula(method->formula);
         return withRange(std::move(channel), signal);
@@ -135,6 +137,17 @@ std::unique_ptr<MDF4_DataChannel> MeasurementChannels::makeText(const CCP_XCP_Si
     for (const A2lCompuVTabPair *pair : table->pairs)
         channel->texts.append({double(pair->value), pair->text});
     return channel;
+}
+
+template <class Source>
+std::unique_ptr<MDF4_DataChannel>
+MeasurementChannels::withoutFormula(const CCP_XCP_Signal &signal,
+                                    const A2lCompuMethod &method) const
+{
+    m_messages.warning(QStringLiteral("Measurement %1 is written without conversion: its "
+                                      "computation method %2 has no formula.")
+                           .arg(signal.measurement().name, method.name));
+    return makeChannel<MDF4_DataChannel_Identity, Source>(signal, method.unit);
 }
 
 template <class Source>

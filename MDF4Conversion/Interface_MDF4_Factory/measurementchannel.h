@@ -21,7 +21,8 @@ public:
     MeasurementChannels(const StreamingClass_A2L_Module &module,
                         MDF4_Conversion_Msg_Interface &messages);
 
-    // Stored values stay unconverted, with a warning, where a table is missing or too long.
+    // Stored values stay unconverted, with a warning, where a formula is missing, or a table is
+    // missing or too long.
     [[nodiscard]] std::unique_ptr<MDF4_DataChannel> channelOf(const CCP_XCP_Signal &signal,
                                                               CCP_XCP_Signal::Link link) const;
 
@@ -34,6 +35,9 @@ private:
     template <class Source>
     [[nodiscard]] std::unique_ptr<MDF4_DataChannel> makeText(const CCP_XCP_Signal &signal,
                                                              const A2lCompuMethod &method) const;
+    template <class Source>
+    [[nodiscard]] std::unique_ptr<MDF4_DataChannel>
+    withoutFormula(const CCP_XCP_Signal &signal, const A2lCompuMethod &method) const;
     template <class Source>
     [[nodiscard]] std::unique_ptr<MDF4_DataChannel>
     withoutTable(const CCP_XCP_Signal &signal, const A2lCompuMethod &method) const;

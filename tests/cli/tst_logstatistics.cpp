@@ -42,9 +42,11 @@ private slots:
     void bytesIncludeTheHeads();
     void firstAndLastTimeSpanAllBuses();
     void timesGoOnBehindAnOverflow();
+    void busesThatAllGoBackAreBehindAnOverflow();
     void aBusThatWasSilentThroughAnOverflowIsPlacedInTime();
     void aBusWithoutTimestampsHasNoTimes();
-    void silencesFromASecondOnAreGapsOfTheirBus();
+    void silencesLongerThanTheLimitAreGapsOfTheirBus();
+    void syncStampsHaveNoGaps();
     void theLogIsSilentOnlyWhenAllBusesAre();
     void anOlderEntryIsOutOfOrderAndMakesNoGap();
     void aFalseTimeIsLeftOut();
@@ -93,6 +95,17 @@ void tst_LogStatistics::timesGoOnBehindAnOverflow()
     QCOMPARE(statistics.longestSilence().length_us, qint64(1));
 }
 
+// The fourth of the synthetic logs.
+void tst_LogStatistics::busesThatAllGoBackAreBehindAnOverflow()
+{
+    const LogStatistics statistics =
+        statisticsOf({canAt(291), canAt(8192), canAt(0x10000100, 3), canAt(0x10030E00),
+                      canAt(0x20000E00, 3), canAt(0x31000), canAt(0x31000, 3)});
+    QCOMPARE(statistics.last_us(), std::optional<qint64>((qint64(1) << 32) + 0x31000));
+    QCOMPARE(statistics.total().outOfOrder, quint64(0));
+    QCOMPARE(statistics.implausibleTimes(), quint64(0));
+}
+
 void tst_LogStatistics::aBusThatWasSilentThroughAnOverflowIsPlacedInTime()
 {
     LogStatistics statistics;
@@ -114,15 +127,25 @@ void tst_LogStatistics::aBusWithoutTimestampsHasNoTimes()
     QVERIFY(!statistics.first_us());
 }
 
-void tst_LogStatistics::silencesFromASecondOnAreGapsOfTheirBus()
+void tst_LogStatistics::syncStampsHaveNoGaps()
 {
+    const StreamStatistics stamps = statisticsOf({syncStampEntry(0, 0), syncStampEntry(minute, 0)})
+                                        .streams()
+                                        .at({RLD_CYCLIC_TS, 0});
+    QCOMPARE(stamps.gaps, quint64(0));
+    QCOMPARE(stamps.longestSilence.length_us, qint64(minute));
+}
+
+void tst_LogStatistics::silencesLongerThanTheLimitAreGapsOfTheirBus()
+{
+    constexpr quint32 limit = 1500000;
     const StreamStatistics can =
-        statisticsOf({canAt(0), canAt(second), canAt(2 * second + 1), canAt(5 * second)})
+        statisticsOf({canAt(0), canAt(limit), canAt(2 * limit + 1), canAt(5 * limit)})
             .streams()
             .at({RLD_CAN, 0});
     QCOMPARE(can.gaps, quint64(2));
-    QCOMPARE(can.longestSilence.start_us, qint64(2 * second + 1));
-    QCOMPARE(can.longestSilence.length_us, qint64(3 * second - 1));
+    QCOMPARE(can.longestSilence.start_us, qint64(2 * limit + 1));
+    QCOMPARE(can.longestSilence.length_us, qint64(3 * limit - 1));
 }
 
 void tst_LogStatistics::theLogIsSilentOnlyWhenAllBusesAre()

@@ -24,8 +24,9 @@
 //     file.addCycles(1, count); stream.close();
 //     if (!file.close()) ... file.lastError() ...; file.abort();
 //
-// Add operations return null, all others false, when writing fails; the failure also sticks to the
-// file (failed(), lastError()), so it is enough to look once at the end. Not thread-safe.
+// Add operations return null and all others false when writing fails. The failure also sticks to the
+// file (failed(), lastError()): check pointers before use, the rest may wait for what close() says.
+// Streams end before the file does. Not thread-safe.
 class MDF4File : public mDirectFile
 {
 public:

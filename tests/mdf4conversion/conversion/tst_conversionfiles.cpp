@@ -1,0 +1,284 @@
+#include "MDF4Conversion/conversionfiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+#include <memory>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+namespace {
+
+constexpr int timeout_ms = 30000;
+const QString holdOption = QStringLiteral("--hold");
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+void make(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("A file of the test can't be written.");
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// A conversion into `folder` that has begun and isn't done.
+std::unique_ptr<ConversionFiles> begunConversion(const QString &folder)
+{
+    const QDir dir(folder);
+    auto files = std::make_unique<ConversionFiles>(dir.filePath(text("other.mf4")),
+                                                   dir.filePath(text("tmp_9")));
+    if (!files->prepare())
+        qFatal("%s", qPrintable(files->failure()));
+    make(files->growingFile(), "half");
+    make(dir.filePath(text("tmp_9/_1.bin")), "records");
+    return files;
+}
+
+} // namespace
+
+class tst_ConversionFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void theOutputGrowsUnderAnotherName();
+    void publishGivesTheOutputItsName();
+    void publishReplacesAnExistingOutput();
+    void publishFailsWithoutAGrowingFile();
+    void whatIsNotPublishedLeavesNothing();
+    void anExistingTemporaryFolderIsUsedAndStays();
+
+    void twoConversionsIntoOneOutputAreRefused();
+    void twoConversionsIntoOneFolderGetAlong();
+    void leftoversOfADeadProcessAreCleared();
+    void theFilesOfALiveProcessStay();
+    void foreignFilesStay();
+
+    void aMissingFolderFailsAndIsNamed();
+    void aFolderInPlaceOfTheOutputFails();
+    void aTemporaryFolderThatCantBeMadeFails();
+    void aFolderWithoutWriteAccessFails();
+
+private:
+    QString path(const char *name) const { return m_folder->filePath(text(name)); }
+    QString left() const
+    {
+        return QDir(m_folder->path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name)
+            .join(QLatin1Char(' '));
+    }
+    // A process that has begun a conversion into the folder and waits.
+    void startHolding(QProcess &process) const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void tst_ConversionFiles::startHolding(QProcess &process) const
+{
+    process.start(QCoreApplication::applicationFilePath(), {holdOption, m_folder->path()});
+    QVERIFY(process.waitForReadyRead(timeout_ms));
+    QVERIFY(QFile::exists(path("other.mf4.part")));
+}
+
+void tst_ConversionFiles::theOutputGrowsUnderAnotherName()
+{
+    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    QVERIFY(files.prepare());
+    QCOMPARE(files.growingFile(), path("a.mf4.part"));
+    QVERIFY(QDir(path("tmp_1")).exists());
+    QVERIFY(!QFile::exists(path("a.mf4")));
+}
+
+void tst_ConversionFiles::publishGivesTheOutputItsName()
+{
+    {
+        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        QVERIFY(files.prepare());
+        make(files.growingFile(), "whole");
+        QVERIFY(files.publish());
+    }
+    QCOMPARE(contentOf(path("a.mf4")), QByteArray("whole"));
+    QCOMPARE(left(), text("a.mf4"));
+}
+
+void tst_ConversionFiles::publishReplacesAnExistingOutput()
+{
+    make(path("a.mf4"), "old");
+    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    QVERIFY(files.prepare());
+    QCOMPARE(contentOf(path("a.mf4")), QByteArray("old"));
+    make(files.growingFile(), "new");
+    QVERIFY(files.publish());
+    QCOMPARE(contentOf(path("a.mf4")), QByteArray("new"));
+}
+
+void tst_ConversionFiles::publishFailsWithoutAGrowingFile()
+{
+    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    QVERIFY(files.prepare());
+    QVERIFY(!files.publish());
+    QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("a.mf4"))));
+}
+
+void tst_ConversionFiles::whatIsNotPublishedLeavesNothing()
+{
+    {
+        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        QVERIFY(files.prepare());
+        make(files.growingFile(), "half");
+    }
+    QCOMPARE(left(), QString());
+}
+
+void tst_ConversionFiles::anExistingTemporaryFolderIsUsedAndStays()
+{
+    QVERIFY(QDir().mkdir(path("tmp_1")));
+    {
+        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        QVERIFY(files.prepare());
+    }
+    QCOMPARE(left(), text("tmp_1"));
+}
+
+void tst_ConversionFiles::twoConversionsIntoOneOutputAreRefused()
+{
+    ConversionFiles first(path("a.mf4"), path("tmp_1"));
+    QVERIFY(first.prepare());
+    make(first.growingFile(), "half");
+    {
+        ConversionFiles second(path("a.mf4"), path("tmp_2"));
+        QVERIFY(!second.prepare());
+        QVERIFY(second.failure().contains(text("another conversion")));
+    }
+    QCOMPARE(contentOf(first.growingFile()), QByteArray("half"));
+    QVERIFY(first.publish());
+}
+
+void tst_ConversionFiles::twoConversionsIntoOneFolderGetAlong()
+{
+    const auto first = begunConversion(m_folder->path());
+    ConversionFiles second(path("a.mf4"), path("tmp_1"));
+    QVERIFY(second.prepare());
+    QCOMPARE(contentOf(path("other.mf4.part")), QByteArray("half"));
+    QCOMPARE(contentOf(path("tmp_9/_1.bin")), QByteArray("records"));
+}
+
+void tst_ConversionFiles::leftoversOfADeadProcessAreCleared()
+{
+    QProcess process;
+    startHolding(process);
+    process.kill();
+    QVERIFY(process.waitForFinished(timeout_ms));
+    QVERIFY(QFile::exists(path("other.mf4.part")));
+    {
+        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        QVERIFY(files.prepare());
+        QVERIFY(!QFile::exists(path("other.mf4.part")));
+        QVERIFY(!QDir(path("tmp_9")).exists());
+    }
+    QCOMPARE(left(), QString());
+}
+
+void tst_ConversionFiles::theFilesOfALiveProcessStay()
+{
+    QProcess process;
+    startHolding(process);
+    {
+        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        QVERIFY(files.prepare());
+    }
+    QCOMPARE(contentOf(path("other.mf4.part")), QByteArray("half"));
+    QCOMPARE(contentOf(path("tmp_9/_1.bin")), QByteArray("records"));
+    process.closeWriteChannel();
+    QVERIFY(process.waitForFinished(timeout_ms));
+}
+
+void tst_ConversionFiles::foreignFilesStay()
+{
+    make(path("notes.mf4.part"), "no lock beside it");
+    make(path("log.bin"), "not in a temporary folder");
+    QVERIFY(QDir().mkdir(path("tmp_pictures")));
+    make(path("tmp_pictures/a.bin"), "no lock beside it");
+    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    QVERIFY(files.prepare());
+    QVERIFY(QFile::exists(path("notes.mf4.part")));
+    QVERIFY(QFile::exists(path("log.bin")));
+    QVERIFY(QFile::exists(path("tmp_pictures/a.bin")));
+}
+
+void tst_ConversionFiles::aMissingFolderFailsAndIsNamed()
+{
+    ConversionFiles files(path("missing/a.mf4"), path("missing/tmp_1"));
+    QVERIFY(!files.prepare());
+    QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("missing"))));
+    QCOMPARE(left(), QString());
+}
+
+void tst_ConversionFiles::aFolderInPlaceOfTheOutputFails()
+{
+    QVERIFY(QDir().mkdir(path("a.mf4")));
+    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    QVERIFY(!files.prepare());
+    QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("a.mf4"))));
+}
+
+void tst_ConversionFiles::aTemporaryFolderThatCantBeMadeFails()
+{
+    make(path("tmp_1"), "a file has its name");
+    {
+        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        QVERIFY(!files.prepare());
+        QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("tmp_1"))));
+    }
+    QCOMPARE(left(), text("tmp_1"));
+}
+
+void tst_ConversionFiles::aFolderWithoutWriteAccessFails()
+{
+#ifdef Q_OS_UNIX
+    if (geteuid() == 0)
+        QSKIP("root may write everywhere");
+    QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner);
+    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    QVERIFY(!files.prepare());
+    QVERIFY(files.failure().contains(path("a.mf4")));
+    QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+#else
+    QSKIP("folders can't be closed");
+#endif
+}
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments[1] == holdOption) {
+        const auto running = begunConversion(arguments[2]);
+        std::puts("ready");
+        std::fflush(stdout);
+        std::getchar(); // until it is killed or told to end
+        return 0;
+    }
+    tst_ConversionFiles test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_conversionfiles.moc"
