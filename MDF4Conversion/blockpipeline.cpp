@@ -6,6 +6,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <system_error>
 
 namespace {
 
@@ -85,8 +86,12 @@ BlockPipeline::BlockPipeline(std::vector<Source> sources, quint64 offset_us, int
             m_tasks.push_back({i, offset, static_cast<quint32>(size)});
         }
     }
-    for (int i = 1; i < threads; ++i)
-        m_threads.emplace_back([this] { work(); });
+    // Where the system has no thread to spare, the one that calls next() does the work.
+    try {
+        for (int i = 1; i < threads; ++i)
+            m_threads.emplace_back([this] { work(); });
+    } catch (const std::system_error &) {
+    }
 }
 
 BlockPipeline::~BlockPipeline()

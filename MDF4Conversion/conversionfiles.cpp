@@ -26,13 +26,23 @@ std::filesystem::path native(const QString &path)
     return std::filesystem::path(path.toStdU16String());
 }
 
-// True if the lock's owner is no more; the lock is free then.
-bool ownerIsGone(const QString &lockFile)
+// Held while the leftovers of a conversion are removed; taken only if its owner is no more.
+class LeftoverLock
 {
-    QLockFile lock(lockFile);
-    lock.setStaleLockTime(0);
-    return lock.tryLock(0);
-}
+public:
+    explicit LeftoverLock(const QString &path)
+        : m_lock(path)
+    {
+        m_lock.setStaleLockTime(0);
+        m_taken = m_lock.tryLock(0);
+    }
+    [[nodiscard]] bool taken() const { return m_taken; }
+    void release() { m_lock.unlock(); }
+
+private:
+    QLockFile m_lock;
+    bool m_taken = false;
+};
 
 void removeRecords(const QDir &dir)
 {
@@ -47,14 +57,19 @@ void clearLeftovers(const QDir &folder)
     for (const QString &name : folder.entryList({growingLocks}, QDir::Files)) {
         const QString lockPath = folder.filePath(name);
         const QString growing = lockPath.left(lockPath.size() - lockSuffix.size());
-        if (ownerIsGone(lockPath))
+        const LeftoverLock lock(lockPath);
+        if (lock.taken())
             QFile::remove(growing);
     }
     for (const QString &name :
          folder.entryList({temporaryDirPattern}, QDir::Dirs | QDir::NoSymLinks)) {
         const QDir dir(folder.filePath(name));
-        if (dir.exists(temporaryLockName) && ownerIsGone(dir.filePath(temporaryLockName))) {
+        if (!dir.exists(temporaryLockName))
+            continue;
+        LeftoverLock lock(dir.filePath(temporaryLockName));
+        if (lock.taken()) {
             removeRecords(dir);
+            lock.release();
             folder.rmdir(name);
         }
     }
@@ -93,7 +108,7 @@ bool ConversionFiles::lock(std::unique_ptr<QLockFile> &file, const QString &path
         file = std::move(created);
         return true;
     }
-    const QString name = QDir::toNativeSeparators(path);
+    const QString name = QDir::toNativeSeparators(m_outputFile);
     return fail(created->error() == QLockFile::LockFailedError
                     ? tr("%1: another conversion is writing there").arg(name)
                     : tr("%1: cannot be written").arg(name));

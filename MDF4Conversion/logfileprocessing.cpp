@@ -48,7 +48,10 @@ void LogFileProcessing::processEntry(const StdLogEntry &entry)
     if (entry.type == rawlog::RLD_CYCLIC_TS)
         m_cpuTimestamps->takeEntry(entry);
     for (MDF4_ChannelGroup *group : m_index->takers(entry)) {
-        if (group->takeEntry(entry) && m_cpuTimestamps->firstTimestamps().empty())
+        const quint64 dropped = group->droppedRecords();
+        // A record that lacked data says nothing about the start of the log.
+        if (group->takeEntry(entry) && m_cpuTimestamps->firstTimestamps().empty()
+            && group->droppedRecords() == dropped)
             noteFirstTimestamp(*group);
     }
     m_metaData->takeEntry(entry);
@@ -130,7 +133,7 @@ bool LogFileProcessing::writeMdf4(const TerminalStruct &configuration, const QSt
     Mdf4FileWriter writer(m_messages, cancelled);
     const Mdf4Header header = mdf4Header(configuration, m_job, m_metaData->startTime().value_or(0));
     m_messages.info(QStringLiteral("creating MDF4-File:%1").arg(m_job.outputFile));
-    if (m_job.outputFile.isEmpty() || !writer.create(path, header))
+    if (m_job.outputFile.isEmpty() || !writer.create(path, m_job.outputFile, header))
         return false;
     const quint64 start = smallestTimestamp();
     m_messages.info(QStringLiteral("smallest timestamp value will be used for start-offset "

@@ -68,14 +68,14 @@ bool Mdf4FileWriter::fail(const QString &text)
 
 bool Mdf4FileWriter::failFile()
 {
-    return fail(
-        QCoreApplication::translate("Conversion", "Output file %1: %2")
-            .arg(QDir::toNativeSeparators(m_path), QString::fromStdString(m_file.lastError())));
+    return fail(QCoreApplication::translate("Conversion", "Output file %1: %2")
+                    .arg(QDir::toNativeSeparators(m_finalName),
+                         QString::fromStdString(m_file.lastError())));
 }
 
-bool Mdf4FileWriter::create(const QString &path, const Mdf4Header &header)
+bool Mdf4FileWriter::create(const QString &path, const QString &finalName, const Mdf4Header &header)
 {
-    m_path = path;
+    m_finalName = finalName;
     const std::string toolVersion = std::to_string(WorkerConvertMDF4::versionMajor) + "."
                                     + std::to_string(WorkerConvertMDF4::versionMinor);
     const std::string history =
@@ -94,6 +94,8 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
 {
     std::vector<BlockPipeline::Source> sources;
     for (MDF4_ChannelGroup *group : groups) {
+        if (m_cancelled)
+            return false;
         if (!group->records().finish())
             return fail(group->records().failure());
         BlockPipeline::Source source;
@@ -164,16 +166,19 @@ bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, 
     M4CNBlock *cn =
         cg.addCN(name.toStdString(), fixedLengthChannel, static_cast<quint8>(channel.dataType),
                  byteOffset, channel.size, channel.rangeMin, channel.rangeMax);
-    if (!cn || !cn->setUnit(channel.unit.toStdString()))
+    if (!cn)
         return false;
     const std::unique_ptr<M4CCBlock> conversion = channel.conversionBlock();
-    if (conversion && conversion->fits())
-        return cn->setConversion(*conversion);
-    m_messages.warning(QCoreApplication::translate("Conversion",
-                                                   "Signal %1 is written without conversion, its "
-                                                   "coefficients or its table can't be written.")
-                           .arg(name));
-    return true;
+    if (conversion && conversion->fits()) {
+        if (!cn->setConversion(*conversion))
+            return false;
+    } else {
+        m_messages.warning(QCoreApplication::translate(
+                               "Conversion", "Signal %1 is written without conversion, its "
+                                             "coefficients or its table can't be written.")
+                               .arg(name));
+    }
+    return cn->setUnit(channel.unit.toStdString());
 }
 
 void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,

@@ -37,7 +37,9 @@ public:
     Mdf4FileWriter(MDF4_Conversion_Msg_Interface &messages, const std::atomic<bool> &cancelled);
     ~Mdf4FileWriter();
 
-    [[nodiscard]] bool create(const QString &path, const Mdf4Header &header);
+    // The file grows as `path`; texts call it `finalName`.
+    [[nodiscard]] bool create(const QString &path, const QString &finalName,
+                              const Mdf4Header &header);
     // All of them have samples; `start_us` is taken off their times.
     [[nodiscard]] bool writeGroups(const std::vector<MDF4_ChannelGroup *> &groups, quint64 start_us,
                                    int threads);
@@ -59,7 +61,7 @@ private:
     MDF4_Conversion_Msg_Interface &m_messages;
     const std::atomic<bool> &m_cancelled;
     MDF4File m_file;
-    QString m_path;
+    QString m_finalName;
     bool m_closed = false;
     quint64 m_totalBytes = 0;
     quint64 m_doneBytes = 0;

@@ -4,7 +4,8 @@
 
 bool OutputNames::isFree(const QString &path) const
 {
-    return !m_taken.contains(path) && !QFileInfo::exists(path);
+    return !m_taken.contains(path) && !QFileInfo::exists(path)
+           && !QFileInfo::exists(path + QLatin1String(".part.lock"));
 }
 
 QString OutputNames::take(const QString &path)

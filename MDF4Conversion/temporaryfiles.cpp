@@ -83,7 +83,15 @@ void TemporaryFile::flush()
     if (m_path.isEmpty())
         choosePath();
     QFile *file = m_pool.failure().isEmpty() ? m_pool.open(*this) : nullptr;
-    if (file && file->write(m_buffer.data(), m_buffered) != m_buffered) {
+    // A disk that fills takes a part first; only the next write tells why.
+    qint64 written = 0;
+    while (file && written < m_buffered) {
+        const qint64 count = file->write(m_buffer.data() + written, m_buffered - written);
+        if (count <= 0)
+            break;
+        written += count;
+    }
+    if (file && written < m_buffered) {
         m_pool.fail(QCoreApplication::translate("Conversion", "Temporary file %1: %2")
                         .arg(QDir::toNativeSeparators(m_path), file->errorString()));
     }

@@ -11,7 +11,10 @@
 WorkerConvertMDF4::WorkerConvertMDF4(const ConversionJob &job, QObject *parent)
     : QObject(parent)
     , m_job(job)
-{}
+{
+    qRegisterMetaType<std::map<QString, std::map<QString, QString>>>(
+        "std::map<QString,std::map<QString,QString>>");
+}
 
 void WorkerConvertMDF4::info(const QString &text)
 {
@@ -141,6 +144,7 @@ bool WorkerConvertMDF4::parse(LogFileReader &reader, LogFileProcessing &processi
                       .arg(reader.skipCount())
                       .arg(reader.skipPosition()));
         }
+        reportProgress(reader);
         if (entry.valid) {
             ++m_summary.entries;
             processing.processEntry(entry);

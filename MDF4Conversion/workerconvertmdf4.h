@@ -55,7 +55,6 @@ private:
     bool isConvertible(const LogFileReader &reader);
     bool parse(LogFileReader &reader, LogFileProcessing &processing);
     void reportProgress(const LogFileReader &reader);
-    bool write(const TerminalStruct &configuration, LogFileProcessing &processing);
     bool cancelRequested();
 
     const ConversionJob m_job;

@@ -11,8 +11,8 @@
 
 class Console;
 
-// Converts raw logs one after the other, each on a worker thread, while this thread shows messages
-// and progress and watches for Ctrl-C.
+// Converts raw logs one after the other, each on a worker thread, which prints its messages and
+// progress, while this thread watches for Ctrl-C.
 class BatchConversion : public QObject
 {
     Q_OBJECT

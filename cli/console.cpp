@@ -91,7 +91,12 @@ QString plainMessage(const QString &text)
 {
     QString plain = text;
     plain.remove(QLatin1Char('\r'));
-    plain.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    // Names out of a file may hold what would command a terminal.
+    for (QChar &character : plain) {
+        if (character.category() == QChar::Other_Control)
+            character = character == QLatin1Char('\n') ? QChar(QChar::Space)
+                                                       : QChar(QChar::ReplacementCharacter);
+    }
     plain.replace(QLatin1String("&lt;"), QLatin1String("<"));
     plain.replace(QLatin1String("&gt;"), QLatin1String(">"));
     plain.replace(QLatin1String("&quot;"), QLatin1String("\""));

@@ -4,7 +4,7 @@
 #include <QString>
 
 // Standard output and standard error of a command line program, in UTF-8, with a progress line that
-// makes way for messages. Used on one thread.
+// makes way for messages. Used by one thread at a time.
 class Console
 {
 public:

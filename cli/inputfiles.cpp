@@ -43,10 +43,10 @@ QStringList expanded(const QString &pattern)
             parts.isEmpty() ? QDir::Filters(QDir::Files) : QDir::Dirs | QDir::NoDotAndDotDot;
         QStringList next;
         for (const QString &folder : qAsConst(found)) {
-            if (isPattern(part))
-                next += entriesOf(folder, part, filters);
-            else if (QFileInfo::exists(joined(folder, part)))
+            if (QFileInfo::exists(joined(folder, part)))
                 next.append(joined(folder, part));
+            else if (isPattern(part))
+                next += entriesOf(folder, part, filters);
         }
         found = next;
     }

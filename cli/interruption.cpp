@@ -1,5 +1,7 @@
 #include "cli/interruption.h"
 
+#include <QtGlobal>
+
 #include <atomic>
 #include <csignal>
 
@@ -21,6 +23,13 @@ void watch()
 {
     std::signal(SIGINT, note);
     std::signal(SIGTERM, note);
+#ifndef Q_OS_WIN
+    std::signal(SIGHUP, note);
+    // A reader that has gone and a file that may not grow are failed writes, no reason to leave
+    // files behind.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 bool requested()

@@ -141,8 +141,15 @@ ExitCode run(Console &console, const QStringList &arguments)
             return usageError(console, QStringLiteral("--jobs takes 1 to %1.").arg(maxThreads));
         batchOptions.threads = *jobs;
     }
-    if (parser.positionalArguments().isEmpty() && !parser.isSet(options.makeDemo))
-        return usageError(console, QStringLiteral("No file was given."));
+    if (parser.isSet(options.makeDemo) != parser.positionalArguments().isEmpty()) {
+        return usageError(console, parser.isSet(options.makeDemo)
+                                       ? QStringLiteral("--make-demo takes no files.")
+                                       : QStringLiteral("No file was given."));
+    }
+    const QString log = parser.value(options.log);
+    if (log.endsWith(QLatin1String(".rld"), Qt::CaseInsensitive))
+        return usageError(
+            console, QStringLiteral("--log would replace the raw log %1.").arg(displayName(log)));
     QString failure;
     if (parser.isSet(options.log) && !console.openLog(parser.value(options.log), failure)) {
         console.error(failure);

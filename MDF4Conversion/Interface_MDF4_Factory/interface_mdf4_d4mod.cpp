@@ -96,6 +96,15 @@ bool Interface_MDF4_D4MOD::takeSamples(const StdLogEntry &entry)
 
 void Interface_MDF4_D4MOD::makeChannels(int count)
 {
+    if (recordCount() != 0) {
+        context().messages->warning(
+            QStringLiteral(
+                "%1 starts anew with %2 channels, %3 records with %4 channels are dropped.")
+                .arg(sigGrpName)
+                .arg(count)
+                .arg(recordCount())
+                .arg(channels().size()));
+    }
     startAnew();
     for (int i = 0; i < count; ++i)
         addChannel(std::make_unique<MDF4_DataChannel_Linear_D4MOD>(i));
