@@ -13,7 +13,7 @@ constexpr auto motorola = BitOrder::Motorola;
 constexpr auto intel = BitOrder::Intel;
 constexpr auto isSigned = Sign::Signed;
 
-// Objects ahead: each drifts to and fro at a pace of its own, the farther the faster the vehicle is.
+// Objects ahead: each drifts to and fro at a pace of its own, the farther the faster the vehicle.
 double objectDistance_m(V v, int object)
 {
     return 12 + 9 * object + v.speed_mps * 1.4 + 6 * sineOfTurns(v.time_s / (13 + 3 * object));
