@@ -5,7 +5,8 @@
 #include <cstddef>
 
 // Takes values out of the bytes of a frame. Positions are bits from the first byte, lengths bits
-// from 1 to 64 (a longer one counts as 64). Bytes beyond the frame read as zero; nothing outside of it is touched.
+// from 1 to 64 (a longer one counts as 64). Bytes beyond the frame read as zero; nothing outside
+// of it is touched.
 namespace can {
 
 // How the bits of a value lie in the frame.

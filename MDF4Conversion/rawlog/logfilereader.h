@@ -21,7 +21,8 @@ public:
     static constexpr qint32 chunkSize = 0x2EF800;
     static constexpr qint32 refillThreshold = 0x20000;
 
-    // Reads the configuration and opens the log at its first entry. It ends where the file ends now.
+    // Reads the configuration and opens the log at its first entry. It ends where the file ends
+    // now.
     explicit LogFileReader(const QString &fileName);
 
     // The log was opened and holds a configuration; else failure() tells why. A failure may also

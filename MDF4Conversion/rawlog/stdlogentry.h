@@ -18,8 +18,8 @@ public:
     StdLogEntry &operator=(const StdLogEntry &other);
 
     // Parses the entry that starts at `data` and replaces the content; nothing from `maxLen` on is
-    // read. The entry is valid afterwards unless the range is shorter than an entry's head, does not
-    // begin with the sync word, or is shorter than the announced length.
+    // read. The entry is valid afterwards unless the range is shorter than an entry's head, does
+    // not begin with the sync word, or is shorter than the announced length (modulo 65,536).
     // Without a payload, `data` stays as it stood.
     void rebuild(const uint8_t *data, std::size_t maxLen);
 

@@ -46,20 +46,17 @@ std::vector<EcuValue> fastValues(StreamingClass_A2L_Module &m)
     };
     const auto brightness = [](V v) { return 1200 + 500 * sineOfTurns(v.distance_m / 700); };
     const auto distance = [](V v) { return v.distance_m * 1000; };
-    const QString metres = addIdentical(m, QStringLiteral("m"));
+    const QString metres = addIdentical(m, "m");
     return {ecuValue({"DistanceAhead", Type::Float32, 0x20001000, {0, 250}}, metres, ahead),
             ecuValue({"LaneCurvature", Type::Float32, 0x20001004, {-0.2, 0.2}},
-                     addIdentical(m, QStringLiteral("1/m")), curvature),
+                     addIdentical(m, "1/m"), curvature),
             ecuValue({"LaneOffset", Type::Float32, 0x20001008, {-2, 2}}, metres, lane),
             ecuValue({"EchoStrength", Type::UWord, 0x2000100C, {0, 250}},
-                     addRational(m, QStringLiteral("Echo"), QStringLiteral("m"),
-                                 {0, 0, 4'000'000, 1, 0, 100}),
-                     echo),
-            ecuValue({"Brightness", Type::UWord, 0x2000100E, {0, 65535}},
-                     addIdentical(m, QStringLiteral("lx")), brightness),
+                     addRational(m, "Echo", "m", {0, 0, 4'000'000, 1, 0, 100}), echo),
+            ecuValue({"Brightness", Type::UWord, 0x2000100E, {0, 65535}}, addIdentical(m, "lx"),
+                     brightness),
             ecuValue({"TravelledDistance", Type::SLong, 0x20001010, {-2147483.0, 2147483.0}},
-                     addLinear(m, QStringLiteral("Millimetre"), QStringLiteral("m"), 0.001, 0),
-                     distance)};
+                     addLinear(m, "Millimetre", "m", 0.001, 0), distance)};
 }
 
 std::vector<EcuValue> slowValues(StreamingClass_A2L_Module &m)
@@ -69,23 +66,19 @@ std::vector<EcuValue> slowValues(StreamingClass_A2L_Module &m)
     const auto load = [](V v) { return 96 + v.speed_mps * 2; };
     std::vector<EcuValue> values = {
         ecuValue({"BoardTemperature", Type::UWord, 0x20002000, {-40, 120}},
-                 addTable(m, QStringLiteral("BoardSensor"), QStringLiteral("°C"), boardSensor,
-                          TableSteps::Interpolated),
-                 board),
+                 addTable(m, "BoardSensor", "°C", boardSensor, TableSteps::Interpolated), board),
         ecuValue({"ProcessorLoad", Type::UByte, 0x20002002, {0, 100}},
-                 addFormula(m, QStringLiteral("Load"), QStringLiteral("%"),
-                            QStringLiteral("100*X1/255")),
-                 load),
+                 addFormula(m, "Load", "%", "100*X1/255"), load),
         ecuValue({"LaneFound", Type::UByte, 0x20002003, {0, 1}, 0x80, Operation::RightShift, 7},
-                 addVerbalTable(m, QStringLiteral("NoYes"), {{0, "no"}, {1, "yes"}}), laneByte),
-        ecuValue({"RoadWidth", Type::UByte, 0x20002003, {0, 20}, 0x30, Operation::RightShift, 4},
-                 addTable(m, QStringLiteral("Width"), QStringLiteral("m"),
-                          {{0, 2.8}, {1, 5.6}, {2, 10.5}, {3, 14}}, TableSteps::Held),
-                 laneByte),
-        ecuValue({"WarningLevel", Type::UByte, 0x20002003, {0, 3}, 0x03},
-                 addVerbalTable(m, QStringLiteral("Warning"),
-                                {{0, "none"}, {1, "early"}, {2, "late"}, {3, "brake"}}),
-                 laneByte)};
+                 addVerbalTable(m, "NoYes", {{0, "no"}, {1, "yes"}}), laneByte),
+        ecuValue(
+            {"RoadWidth", Type::UByte, 0x20002003, {0, 20}, 0x30, Operation::RightShift, 4},
+            addTable(m, "Width", "m", {{0, 2.8}, {1, 5.6}, {2, 10.5}, {3, 14}}, TableSteps::Held),
+            laneByte),
+        ecuValue(
+            {"WarningLevel", Type::UByte, 0x20002003, {0, 3}, 0x03},
+            addVerbalTable(m, "Warning", {{0, "none"}, {1, "early"}, {2, "late"}, {3, "brake"}}),
+            laneByte)};
     for (EcuValue &value : values)
         value.list = slowList;
     return values;

@@ -121,9 +121,24 @@ StreamingClass_DBC_Signal dbcSignal(const CanMessage &message, const CanSignal &
 
 } // namespace
 
-CanSignal multiplexor(const QString &name, Bits bits)
+CanSignal canSignal(const char *name, const char *unit, Bits bits, Scale scale,
+                    std::function<double(const VehicleState &)> value, double noise)
 {
-    return {name, {}, bits, {}, {}, 0, MultiplexorSignal, 0};
+    CanSignal signal;
+    signal.name = QString::fromUtf8(name);
+    signal.unit = QString::fromUtf8(unit);
+    signal.bits = bits;
+    signal.scale = scale;
+    signal.value = std::move(value);
+    signal.noise = noise;
+    return signal;
+}
+
+CanSignal multiplexor(const char *name, Bits bits)
+{
+    CanSignal signal = canSignal(name, "", bits, {}, {});
+    signal.kind = MultiplexorSignal;
+    return signal;
 }
 
 CanSignal multiplexed(qint32 muxValue, CanSignal signal)
@@ -135,10 +150,22 @@ CanSignal multiplexed(qint32 muxValue, CanSignal signal)
 
 CanSignal aliveCounter(Bits bits, double period_s, int count)
 {
-    return {QStringLiteral("AliveCounter"), {}, bits, {}, [period_s, count](const VehicleState &v) {
-                const double frames = std::floor(v.time_s / period_s);
-                return frames - count * std::floor(frames / count);
-            }};
+    return canSignal("AliveCounter", "", bits, {}, [period_s, count](const VehicleState &v) {
+        const double frames = std::floor(v.time_s / period_s);
+        return frames - count * std::floor(frames / count);
+    });
+}
+
+CanMessage standardMessage(quint32 id, quint8 bytes, qint64 period_us,
+                           std::vector<CanSignal> signalList)
+{
+    return {id, false, bytes, period_us, std::move(signalList)};
+}
+
+CanMessage extendedMessage(quint32 id, quint8 bytes, qint64 period_us,
+                           std::vector<CanSignal> signalList)
+{
+    return {id, true, bytes, period_us, std::move(signalList)};
 }
 
 void addExactFilter(TerminalCanCfg &channel, quint32 id, bool extended)

@@ -46,8 +46,12 @@ struct CanSignal
     qint32 muxValue = 0; // of a multiplexed signal
 };
 
+// Texts are UTF-8.
+[[nodiscard]] CanSignal canSignal(const char *name, const char *unit, Bits bits, Scale scale,
+                                  std::function<double(const VehicleState &)> value,
+                                  double noise = 0);
 // A multiplexor signal. The frames take the values of the multiplexed signals by turns.
-[[nodiscard]] CanSignal multiplexor(const QString &name, Bits bits);
+[[nodiscard]] CanSignal multiplexor(const char *name, Bits bits);
 // The signal, present in every frame with this value of the multiplexor.
 [[nodiscard]] CanSignal multiplexed(qint32 muxValue, CanSignal signal);
 // Counts the frames of a message from 0 to `count` - 1 and again.
@@ -61,6 +65,11 @@ struct CanMessage
     qint64 period_us;
     std::vector<CanSignal> signalList;
 };
+
+[[nodiscard]] CanMessage standardMessage(quint32 id, quint8 bytes, qint64 period_us,
+                                         std::vector<CanSignal> signalList);
+[[nodiscard]] CanMessage extendedMessage(quint32 id, quint8 bytes, qint64 period_us,
+                                         std::vector<CanSignal> signalList);
 
 // Enables the channel, and gives every message a place in its filters, its signal list and the
 // schedule.

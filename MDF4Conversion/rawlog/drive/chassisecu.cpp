@@ -50,22 +50,19 @@ std::vector<EcuValue> fastValues(StreamingClass_A2L_Module &m)
     const auto yaw = [](V v) { return v.yawRate_degps * 10'000; };
     const auto pulses = [](V v) { return std::floor(v.distance_m * 24); };
     const auto steering = [](V v) { return v.yawRate_degps / (v.speed_mps + 1) * 420; };
-    const QString acceleration =
-        addLinear(m, QStringLiteral("Acceleration"), QStringLiteral("m/s²"), 0.001, 0);
-    return {ecuValue({"VehicleSpeed", Type::Float32, 0x80001000, {0, 100}},
-                     addIdentical(m, QStringLiteral("m/s")), speed),
+    const QString acceleration = addLinear(m, "Acceleration", "m/s²", 0.001, 0);
+    return {ecuValue({"VehicleSpeed", Type::Float32, 0x80001000, {0, 100}}, addIdentical(m, "m/s"),
+                     speed),
             ecuValue({"LongitudinalAcceleration", Type::SWord, 0x80001004, {-32, 32}}, acceleration,
                      ahead),
             ecuValue({"LateralAcceleration", Type::SWord, 0x80001006, {-32, 32}}, acceleration,
                      lateral),
             ecuValue({"YawRate", Type::SLong, 0x80001008, {-400, 400}},
-                     addLinear(m, QStringLiteral("Rate"), QStringLiteral("°/s"), 0.0001, 0), yaw),
+                     addLinear(m, "Rate", "°/s", 0.0001, 0), yaw),
             ecuValue({"WheelPulses", Type::ULong, 0x8000100C, {0, 4294967295.0}},
-                     addIdentical(m, QStringLiteral("pulses")), pulses),
+                     addIdentical(m, "pulses"), pulses),
             ecuValue({"SteeringAngle", Type::SWord, 0x80001010, {-780, 780}},
-                     addFormula(m, QStringLiteral("Tenth"), QStringLiteral("°"),
-                                QStringLiteral("X1/10")),
-                     steering),
+                     addFormula(m, "Tenth", "°", "X1/10"), steering),
             ecuValue({"BrakePressure",
                       Type::UWord,
                       0x80001012,
@@ -73,8 +70,7 @@ std::vector<EcuValue> fastValues(StreamingClass_A2L_Module &m)
                       0x3FFF,
                       Operation::LeftShiftAndInvert,
                       2},
-                     addLinear(m, QStringLiteral("Pressure"), QStringLiteral("bar"), 0.005, 0),
-                     brakeWord)};
+                     addLinear(m, "Pressure", "bar", 0.005, 0), brakeWord)};
 }
 
 std::vector<EcuValue> slowValues(StreamingClass_A2L_Module &m)
@@ -88,12 +84,10 @@ std::vector<EcuValue> slowValues(StreamingClass_A2L_Module &m)
         const double gap_mm = 2 + 0.02 * v.brakePressure_bar;
         return 90'000 / (gap_mm * gap_mm + 1);
     };
-    const QString offOn = addVerbalTable(m, QStringLiteral("OffOn"), {{0, "off"}, {1, "on"}});
+    const QString offOn = addVerbalTable(m, "OffOn", {{0, "off"}, {1, "on"}});
     std::vector<EcuValue> values = {
         ecuValue({"PadTemperature", Type::UWord, 0x80002000, {20, 620}},
-                 addTable(m, QStringLiteral("PadSensor"), QStringLiteral("°C"), padSensor,
-                          TableSteps::Interpolated),
-                 pad),
+                 addTable(m, "PadSensor", "°C", padSensor, TableSteps::Interpolated), pad),
         // Twelve bits, aligned to the left.
         ecuValue({"FrontLevel",
                   Type::UWord,
@@ -102,15 +96,11 @@ std::vector<EcuValue> slowValues(StreamingClass_A2L_Module &m)
                   0x0FFF,
                   Operation::LeftShift,
                   4},
-                 addLinear(m, QStringLiteral("Level"), QStringLiteral("mm"), 0.002, -65.536),
-                 level),
-        ecuValue(
-            {"DiscGap", Type::UWord, 0x80002004, {0, 100}},
-            addRational(m, QStringLiteral("Gap"), QStringLiteral("mm"), {0, 0, 90'000, 1, 0, 1}),
-            gap),
+                 addLinear(m, "Level", "mm", 0.002, -65.536), level),
+        ecuValue({"DiscGap", Type::UWord, 0x80002004, {0, 100}},
+                 addRational(m, "Gap", "mm", {0, 0, 90'000, 1, 0, 1}), gap),
         ecuValue({"DamperCurrent", Type::UByte, 0x80002006, {0, 2}},
-                 addTable(m, QStringLiteral("Damper"), QStringLiteral("A"),
-                          {{0, 0.3}, {1, 0.85}, {2, 1.6}}, TableSteps::Held),
+                 addTable(m, "Damper", "A", {{0, 0.3}, {1, 0.85}, {2, 1.6}}, TableSteps::Held),
                  damper),
         ecuValue({"StabilityControl", Type::UByte, 0x80002007, {0, 1}, 0x01}, offOn, controlByte),
         ecuValue({"HoldAssist", Type::UByte, 0x80002007, {0, 1}, 0x02, Operation::RightShift, 1},

@@ -6,33 +6,33 @@
 namespace drive {
 namespace {
 
-A2lCompuMethod &addMethod(StreamingClass_A2L_Module &module, const QString &name,
-                          const QString &unit, quint8 type)
+A2lCompuMethod &addMethod(StreamingClass_A2L_Module &module, const char *name, const char *unit,
+                          quint8 type)
 {
     A2lCompuMethod &method = module.compu_methods.add();
-    method.name = name;
-    method.unit = unit;
+    method.name = QString::fromUtf8(name);
+    method.unit = QString::fromUtf8(unit);
     method.conversion_type = type;
     return method;
 }
 
-A2lCompuMethod &addTableMethod(StreamingClass_A2L_Module &module, const QString &name,
-                               const QString &unit, quint8 type)
+A2lCompuMethod &addTableMethod(StreamingClass_A2L_Module &module, const char *name,
+                               const char *unit, quint8 type)
 {
     A2lCompuMethod &method = addMethod(module, name, unit, type);
-    method.table_name = name + QLatin1String("_Table");
+    method.table_name = method.name + QLatin1String("_Table");
     return method;
 }
 
 } // namespace
 
-QString addIdentical(StreamingClass_A2L_Module &module, const QString &unit)
+QString addIdentical(StreamingClass_A2L_Module &module, const char *unit)
 {
-    const QString name = QStringLiteral("Identical_") + unit;
-    return addMethod(module, name, unit, A2lConversionType::Identical).name;
+    const QByteArray name = QByteArray("Identical_") + unit;
+    return addMethod(module, name.constData(), unit, A2lConversionType::Identical).name;
 }
 
-QString addLinear(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
+QString addLinear(StreamingClass_A2L_Module &module, const char *name, const char *unit,
                   double factor, double offset)
 {
     A2lCompuMethod &method = addMethod(module, name, unit, A2lConversionType::Linear);
@@ -41,15 +41,15 @@ QString addLinear(StreamingClass_A2L_Module &module, const QString &name, const 
     return method.name;
 }
 
-QString addFormula(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
-                   const QString &formula)
+QString addFormula(StreamingClass_A2L_Module &module, const char *name, const char *unit,
+                   const char *formula)
 {
     A2lCompuMethod &method = addMethod(module, name, unit, A2lConversionType::Form);
-    method.formula = formula;
+    method.formula = QString::fromUtf8(formula);
     return method.name;
 }
 
-QString addRational(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
+QString addRational(StreamingClass_A2L_Module &module, const char *name, const char *unit,
                     const RationalCoefficients &coefficients)
 {
     A2lCompuMethod &method = addMethod(module, name, unit, A2lConversionType::RatFunc);
@@ -62,7 +62,7 @@ QString addRational(StreamingClass_A2L_Module &module, const QString &name, cons
     return method.name;
 }
 
-QString addTable(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
+QString addTable(StreamingClass_A2L_Module &module, const char *name, const char *unit,
                  const std::vector<NumberPair> &pairs, TableSteps steps)
 {
     const quint8 type = steps == TableSteps::Interpolated ? A2lConversionType::TabIntp
@@ -80,10 +80,10 @@ QString addTable(StreamingClass_A2L_Module &module, const QString &name, const Q
     return method.name;
 }
 
-QString addVerbalTable(StreamingClass_A2L_Module &module, const QString &name,
+QString addVerbalTable(StreamingClass_A2L_Module &module, const char *name,
                        const std::vector<TextPair> &pairs)
 {
-    const A2lCompuMethod &method = addTableMethod(module, name, {}, A2lConversionType::TabVerb);
+    const A2lCompuMethod &method = addTableMethod(module, name, "", A2lConversionType::TabVerb);
     A2lCompuVTab &table = module.compu_vtabs.add();
     table.name = method.table_name;
     table.conversion_type = A2lConversionType::TabVerb;

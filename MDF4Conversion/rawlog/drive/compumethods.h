@@ -8,7 +8,8 @@ struct StreamingClass_A2L_Module;
 
 namespace drive {
 
-// Each adds a conversion, with its table if it has one, to the module and gives its name.
+// Each adds a conversion, with its table if it has one, to the module and gives its name. Texts are
+// UTF-8.
 struct NumberPair
 {
     double raw;
@@ -27,18 +28,18 @@ struct RationalCoefficients
     double a, b, c, d, e, f;
 };
 
-QString addIdentical(StreamingClass_A2L_Module &module, const QString &unit);
+QString addIdentical(StreamingClass_A2L_Module &module, const char *unit);
 // physical = factor * raw + offset
-QString addLinear(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
+QString addLinear(StreamingClass_A2L_Module &module, const char *name, const char *unit,
                   double factor, double offset);
 // A formula of the raw value X1.
-QString addFormula(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
-                   const QString &formula);
-QString addRational(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
+QString addFormula(StreamingClass_A2L_Module &module, const char *name, const char *unit,
+                   const char *formula);
+QString addRational(StreamingClass_A2L_Module &module, const char *name, const char *unit,
                     const RationalCoefficients &coefficients);
-QString addTable(StreamingClass_A2L_Module &module, const QString &name, const QString &unit,
+QString addTable(StreamingClass_A2L_Module &module, const char *name, const char *unit,
                  const std::vector<NumberPair> &pairs, TableSteps steps);
-QString addVerbalTable(StreamingClass_A2L_Module &module, const QString &name,
+QString addVerbalTable(StreamingClass_A2L_Module &module, const char *name,
                        const std::vector<TextPair> &pairs);
 
 // The raw value for a physical one in a table whose physical values fall.

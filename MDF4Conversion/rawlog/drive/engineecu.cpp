@@ -51,37 +51,31 @@ std::vector<EcuValue> fastValues(StreamingClass_A2L_Module &m)
     const auto airFlow = [](V v) { return airFlow_kgph(v) * 40; };
     const auto exhaust = [](V v) { return (420 + v.throttle_percent * 3 + 273.1) * 10; };
     const auto angle = [](V v) { return 24 - v.engineTorque_Nm / 12; };
-    const QString state = addVerbalTable(m, QStringLiteral("OffOn"), {{0, "off"}, {1, "on"}});
+    const QString state = addVerbalTable(m, "OffOn", {{0, "off"}, {1, "on"}});
     const QString pedalState =
-        addVerbalTable(m, QStringLiteral("PedalState"), {{65534, "pressed"}, {65535, "released"}});
+        addVerbalTable(m, "PedalState", {{65534, "pressed"}, {65535, "released"}});
     return {
         ecuValue({"EngineSpeed", Type::UWord, 0x40001000, {0, 8000}},
-                 addLinear(m, QStringLiteral("Speed"), QStringLiteral("1/min"), 0.25, 0), rpm),
+                 addLinear(m, "Speed", "1/min", 0.25, 0), rpm),
         ecuValue({"IndicatedTorque", Type::SWord, 0x40001002, {-500, 1000}},
-                 addLinear(m, QStringLiteral("Torque"), QStringLiteral("Nm"), 0.1, 0), torque),
-        ecuValue({"RunTime", Type::ULong, 0x40001004, {0, 4294967295.0}},
-                 addIdentical(m, QStringLiteral("ms")), clock),
+                 addLinear(m, "Torque", "Nm", 0.1, 0), torque),
+        ecuValue({"RunTime", Type::ULong, 0x40001004, {0, 4294967295.0}}, addIdentical(m, "ms"),
+                 clock),
         // The potentiometer is read against its supply.
         ecuValue({"PedalPosition", Type::UByte, 0x40001008, {0, 100}, 0xFF, Operation::Invert},
-                 addLinear(m, QStringLiteral("Percent"), QStringLiteral("%"), 100.0 / 255, 0),
-                 pedal),
-        ecuValue({"Lambda", Type::Float32, 0x4000100C, {0, 4}},
-                 addIdentical(m, QStringLiteral("1")), lambda),
-        ecuValue(
-            {"AirMassFlow", Type::UWord, 0x40001010, {0, 1600}},
-            addRational(m, QStringLiteral("AirFlow"), QStringLiteral("kg/h"), {0, 40, 0, 0, 0, 1}),
-            airFlow),
+                 addLinear(m, "Percent", "%", 100.0 / 255, 0), pedal),
+        ecuValue({"Lambda", Type::Float32, 0x4000100C, {0, 4}}, addIdentical(m, "1"), lambda),
+        ecuValue({"AirMassFlow", Type::UWord, 0x40001010, {0, 1600}},
+                 addRational(m, "AirFlow", "kg/h", {0, 40, 0, 0, 0, 1}), airFlow),
         ecuValue({"ExhaustTemperature", Type::UWord, 0x40001012, {-273.1, 1200}},
-                 addFormula(m, QStringLiteral("Kelvin10"), QStringLiteral("°C"),
-                            QStringLiteral("X1*0.1-273.1")),
-                 exhaust),
+                 addFormula(m, "Kelvin10", "°C", "X1*0.1-273.1"), exhaust),
         ecuValue({"IgnitionAngle", Type::SByte, 0x40001014, {-64, 63.5}},
-                 addLinear(m, QStringLiteral("HalfDegree"), QStringLiteral("°CA"), 0.5, 0), angle),
+                 addLinear(m, "HalfDegree", "°CA", 0.5, 0), angle),
         ecuValue({"EngineRunning", Type::UWord, 0x40001016, {0, 1}, 0x0001}, state, stateWord),
         ecuValue({"FanStage", Type::UWord, 0x40001016, {0, 3}, 0x000C, Operation::RightShift, 2},
-                 addIdentical(m, QStringLiteral("stage")), stateWord),
+                 addIdentical(m, "stage"), stateWord),
         ecuValue({"GearRatio", Type::UWord, 0x40001016, {0, 5}, 0x00F0, Operation::RightShift, 4},
-                 addTable(m, QStringLiteral("Ratio"), {},
+                 addTable(m, "Ratio", "",
                           {{1, 4.71}, {2, 2.71}, {3, 1.81}, {4, 1.39}, {5, 1.13}, {6, 0.94}},
                           TableSteps::Held),
                  stateWord),
@@ -105,24 +99,20 @@ std::vector<EcuValue> slowValues(StreamingClass_A2L_Module &m)
     const auto intake = [](V v) { return v.intake_degC * 16; };
     std::vector<EcuValue> values = {
         ecuValue({"CoolantTemperature", Type::UWord, 0x40002000, {-25, 130}},
-                 addTable(m, QStringLiteral("CoolantSensor"), QStringLiteral("°C"), coolantSensor,
-                          TableSteps::Interpolated),
+                 addTable(m, "CoolantSensor", "°C", coolantSensor, TableSteps::Interpolated),
                  coolant),
-        ecuValue({"OilTemperature", Type::SByte, 0x40002002, {-128, 127}},
-                 addIdentical(m, QStringLiteral("°C")), oil),
+        ecuValue({"OilTemperature", Type::SByte, 0x40002002, {-128, 127}}, addIdentical(m, "°C"),
+                 oil),
         ecuValue({"BatteryVoltage", Type::UByte, 0x40002003, {0, 20.4}},
-                 addLinear(m, QStringLiteral("Battery"), QStringLiteral("V"), 0.08, 0), battery),
-        ecuValue(
-            {"FuelUsed", Type::ULong, 0x40002004, {0, 4294967.295}},
-            addFormula(m, QStringLiteral("Milli"), QStringLiteral("l"), QStringLiteral("X1/1000")),
-            fuel),
+                 addLinear(m, "Battery", "V", 0.08, 0), battery),
+        ecuValue({"FuelUsed", Type::ULong, 0x40002004, {0, 4294967.295}},
+                 addFormula(m, "Milli", "l", "X1/1000"), fuel),
         ecuValue({"DrivingState", Type::UByte, 0x40002008, {0, 3}},
-                 addVerbalTable(m, QStringLiteral("DrivingState"),
+                 addVerbalTable(m, "DrivingState",
                                 {{0, "standing"}, {1, "pulling"}, {2, "coasting"}, {3, "braking"}}),
                  drivingState),
         ecuValue({"IntakeTemperature", Type::SWord, 0x4000200A, {-2048, 2047}},
-                 addLinear(m, QStringLiteral("Sixteenth"), QStringLiteral("°C"), 0.0625, 0),
-                 intake)};
+                 addLinear(m, "Sixteenth", "°C", 0.0625, 0), intake)};
     for (EcuValue &value : values)
         value.list = slowList;
     return values;

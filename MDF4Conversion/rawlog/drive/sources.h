@@ -7,8 +7,8 @@ namespace drive {
 class Schedule;
 class Vehicle;
 
-// Each adds one source of the drive: its part of the configuration, and its entries to the schedule.
-// The vehicle outlives the schedule.
+// Each adds one source of the drive: its part of the configuration, and its entries to the
+// schedule. The vehicle outlives the schedule.
 void addLoggerStatus(TerminalStruct &configuration, Schedule &schedule);
 void addGps(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
