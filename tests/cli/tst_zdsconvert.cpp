@@ -110,7 +110,9 @@ private slots:
     void randomBytesBehindTheConfigurationAreSkipped();
     void randomBytesAsLogsAreRefused();
 
-    void ctrlCIs130AndLeavesNothing();
+    void aRequestToEndIs130AndLeavesNothing_data();
+    void aRequestToEndIs130AndLeavesNothing();
+    void aReaderOfTheMessagesMayGoAway();
     void leftoversOfAKilledConversionAreCleared();
     void makeDemoMakesLogsThatConvert();
 
@@ -593,16 +595,27 @@ void tst_ZdsConvert::randomBytesAsLogsAreRefused()
     QVERIFY(!left(path("logs")).contains(text("tmp")));
 }
 
-void tst_ZdsConvert::ctrlCIs130AndLeavesNothing()
+void tst_ZdsConvert::aRequestToEndIs130AndLeavesNothing_data()
 {
 #ifdef Q_OS_UNIX
+    QTest::addColumn<int>("signal");
+    QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("request to end") << SIGTERM;
+    QTest::newRow("closed terminal") << SIGHUP;
+#endif
+}
+
+void tst_ZdsConvert::aRequestToEndIs130AndLeavesNothing()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(int, signal);
     const QByteArray frame = testlog::can(1, 0, messageId, "0102030405060708");
     make(text("long.rld"), configurationAndFrames(0) + frame.repeated(2000000));
     makeLog("next.rld");
     QProcess process;
     start(process, {text("--json"), text("long.rld"), text("next.rld")});
     QByteArray err = errorsUntil(process, "First Extracted");
-    QCOMPARE(::kill(pid_t(process.processId()), SIGINT), 0);
+    QCOMPARE(::kill(pid_t(process.processId()), signal), 0);
     QVERIFY(process.waitForFinished(timeout_ms));
     err += process.readAllStandardError();
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
@@ -615,6 +628,19 @@ void tst_ZdsConvert::ctrlCIs130AndLeavesNothing()
 #else
     QSKIP("there is no signal to send");
 #endif
+}
+
+void tst_ZdsConvert::aReaderOfTheMessagesMayGoAway()
+{
+    const QByteArray frame = testlog::can(1, 0, messageId, "0102030405060708");
+    make(text("long.rld"), configurationAndFrames(0) + frame.repeated(100000));
+    QProcess process;
+    start(process, {text("long.rld")});
+    QVERIFY(errorsUntil(process, "First Extracted").contains("First Extracted"));
+    process.closeReadChannel(QProcess::StandardError);
+    QVERIFY(process.waitForFinished(timeout_ms));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(left(), text("long.mf4 long.rld"));
 }
 
 void tst_ZdsConvert::leftoversOfAKilledConversionAreCleared()

@@ -1,9 +1,7 @@
-#include "MDF4Conversion/rawlog/drive/canbus.h"
+#include "MDF4Conversion/rawlog/drive/canecu.h"
 #include "MDF4Conversion/rawlog/drive/compumethods.h"
-#include "MDF4Conversion/rawlog/drive/ecu.h"
 #include "MDF4Conversion/rawlog/drive/schedule.h"
 #include "MDF4Conversion/rawlog/drive/sources.h"
-#include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "a2l/records/a2lconstants.h"
 #include "config/terminalstruct.h"
 
@@ -133,26 +131,16 @@ void describeTransport(StreamingClass_A2L_Module &module)
 // XCP on CAN with 29-bit identifiers; least significant byte first, every value in single bytes.
 void addChassisEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
 {
-    TerminalCanCfg &can = configuration.can[channel];
-    can.enabled = 1;
-    addExactFilter(can, dataId, true);
-    describeTransport(can.a2l);
-    std::vector<EcuValue> values = fastValues(can.a2l);
-    const std::vector<EcuValue> slow = slowValues(can.a2l);
-    values.insert(values.end(), slow.begin(), slow.end());
-    for (EcuValue &value : values) {
-        // Both keys stand for the same order.
-        const bool even = value.measurement.ecu_address % 4 == 0;
-        value.measurement.byte_order = even ? A2lByteOrder::LittleEndian : A2lByteOrder::MsbLast;
-    }
-    const std::vector<EcuRaster> rasters = {{QStringLiteral("10ms"), 0, 10},
-                                            {QStringLiteral("50ms"), 1, 50}};
-    describeEcu(can.a2l, rasters, values, Splitting::Always, PidNumbering::Running);
-    recordEcu(can.a2l, rasters, values, schedule, vehicle,
-              [](const Moment &moment, const QByteArray &dto) {
-                  return rawlog::canEntry(moment.timestamp_us, channel,
-                                          {dataId, true, dto.leftJustified(8, '\0')});
-              });
+    describeTransport(configuration.can[channel].a2l);
+    CanEcu ecu;
+    ecu.channel = channel;
+    ecu.dataId = dataId;
+    ecu.extended = true;
+    ecu.byteOrders = {A2lByteOrder::LittleEndian, A2lByteOrder::MsbLast};
+    ecu.rasters = {{QStringLiteral("10ms"), 0, 10}, {QStringLiteral("50ms"), 1, 50}};
+    ecu.splitting = Splitting::Always;
+    ecu.numbering = PidNumbering::Running;
+    addCanEcu(ecu, fastValues, slowValues, configuration, schedule, vehicle);
 }
 
 } // namespace drive

@@ -1,9 +1,7 @@
-#include "MDF4Conversion/rawlog/drive/canbus.h"
+#include "MDF4Conversion/rawlog/drive/canecu.h"
 #include "MDF4Conversion/rawlog/drive/compumethods.h"
-#include "MDF4Conversion/rawlog/drive/ecu.h"
 #include "MDF4Conversion/rawlog/drive/schedule.h"
 #include "MDF4Conversion/rawlog/drive/sources.h"
-#include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "a2l/records/a2lconstants.h"
 #include "config/terminalstruct.h"
 
@@ -143,26 +141,15 @@ void describeTransport(StreamingClass_A2L_Module &module)
 // CCP on CAN with 11-bit identifiers; most significant byte first, values split to fill the ODTs.
 void addEngineEcu(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
 {
-    TerminalCanCfg &can = configuration.can[channel];
-    can.enabled = 1;
-    addExactFilter(can, dataId, false);
-    describeTransport(can.a2l);
-    std::vector<EcuValue> values = fastValues(can.a2l);
-    const std::vector<EcuValue> slow = slowValues(can.a2l);
-    values.insert(values.end(), slow.begin(), slow.end());
-    for (EcuValue &value : values) {
-        // Both keys stand for the same order.
-        const bool even = value.measurement.ecu_address % 4 == 0;
-        value.measurement.byte_order = even ? A2lByteOrder::MsbFirst : A2lByteOrder::BigEndian;
-    }
-    const std::vector<EcuRaster> rasters = {{QStringLiteral("10ms"), 1, 10},
-                                            {QStringLiteral("100ms"), 2, 100}};
-    describeEcu(can.a2l, rasters, values, Splitting::ToFill, PidNumbering::PerList);
-    recordEcu(can.a2l, rasters, values, schedule, vehicle,
-              [](const Moment &moment, const QByteArray &dto) {
-                  return rawlog::canEntry(moment.timestamp_us, channel,
-                                          {dataId, false, dto.leftJustified(8, '\0')});
-              });
+    describeTransport(configuration.can[channel].a2l);
+    CanEcu ecu;
+    ecu.channel = channel;
+    ecu.dataId = dataId;
+    ecu.byteOrders = {A2lByteOrder::MsbFirst, A2lByteOrder::BigEndian};
+    ecu.rasters = {{QStringLiteral("10ms"), 1, 10}, {QStringLiteral("100ms"), 2, 100}};
+    ecu.splitting = Splitting::ToFill;
+    ecu.numbering = PidNumbering::PerList;
+    addCanEcu(ecu, fastValues, slowValues, configuration, schedule, vehicle);
 }
 
 } // namespace drive
