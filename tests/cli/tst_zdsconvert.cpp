@@ -632,15 +632,18 @@ void tst_ZdsConvert::aRequestToEndIs130AndLeavesNothing()
 
 void tst_ZdsConvert::aReaderOfTheMessagesMayGoAway()
 {
+#ifdef Q_OS_UNIX
     const QByteArray frame = testlog::can(1, 0, messageId, "0102030405060708");
     make(text("long.rld"), configurationAndFrames(0) + frame.repeated(100000));
-    QProcess process;
-    start(process, {text("long.rld")});
-    QVERIFY(errorsUntil(process, "First Extracted").contains("First Extracted"));
-    process.closeReadChannel(QProcess::StandardError);
-    QVERIFY(process.waitForFinished(timeout_ms));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QProcess shell;
+    shell.setWorkingDirectory(m_folder->path());
+    shell.start(text("sh"),
+                {text("-c"), text("\"$0\" long.rld 2>&1 | head -n 1"), text(ZDS_CONVERT)});
+    QVERIFY(shell.waitForFinished(timeout_ms));
     QCOMPARE(left(), text("long.mf4 long.rld"));
+#else
+    QSKIP("there are no shell pipelines");
+#endif
 }
 
 void tst_ZdsConvert::leftoversOfAKilledConversionAreCleared()
