@@ -20,15 +20,18 @@ QByteArray readBytes(QDataStream &in)
 {
     // Without its length an item is missing, which is not the same as empty.
     quint32 length = nullLength;
-    if (bytesLeft(in) >= qint64(sizeof length))
+    if (bytesLeft(in) >= qint64(sizeof length)) {
         in >> length;
-    else
+    } else {
         in.skipRawData(int(bytesLeft(in)));
+        in.setStatus(QDataStream::ReadPastEnd);
+    }
     if (length == nullLength)
         return {};
     const qint64 left = bytesLeft(in);
     if (length > left || length > quint32(std::numeric_limits<int>::max())) {
         in.device()->skip(left);
+        in.setStatus(QDataStream::ReadPastEnd);
         return {};
     }
     QByteArray bytes(int(length), Qt::Uninitialized);

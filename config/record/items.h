@@ -16,7 +16,7 @@ inline constexpr int dataStreamVersion = QDataStream::Qt_5_1;
 qint64 bytesLeft(const QDataStream &in);
 
 // Reads a byte array item: quint32 length, bytes; length 0xFFFFFFFF is a null array. An array that
-// is cut short takes what is left of the stream and reads as null.
+// is cut short takes what is left of the stream, reads as null and leaves the status ReadPastEnd.
 [[nodiscard]] QByteArray readBytes(QDataStream &in);
 
 // Reads a string item: quint32 length in bytes, UTF-16 big-endian; length 0xFFFFFFFF is a null

@@ -111,23 +111,35 @@ void writeRecord(QDataStream &out, const R &record)
     }
 }
 
+// What one call of read() has met. A record that lacks items still becomes an object of its full
+// size, and four bytes are enough to announce one. So their number is limited: without that a file
+// of some megabytes would take gigabytes of memory.
+struct ReadState
+{
+    static constexpr int maxShortRecords = 10'000;
+
+    int shortRecords = 0; // whose frames end before their items do
+
+    [[nodiscard]] bool isHostile() const { return shortRecords > maxShortRecords; }
+};
+
 template <class R>
-qint32 fillRecord(QDataStream &in, R &fresh);
+qint32 fillRecord(QDataStream &in, R &fresh, ReadState &state);
 template <class T>
-void readValue(QDataStream &in, T &value);
+void readValue(QDataStream &in, T &value, ReadState &state);
 
 // A list ends with its stream, whatever its count says.
 template <class T>
-void readList(QDataStream &in, T &list)
+void readList(QDataStream &in, T &list, ReadState &state)
 {
     qint32 count = 0;
     in >> count;
-    for (; count > 0 && !in.atEnd(); --count) {
+    for (; count > 0 && !in.atEnd() && !state.isHostile(); --count) {
         if constexpr (isOwnedList<T>) {
-            readValue(in, list.add());
+            readValue(in, list.add(), state);
         } else {
             typename T::value_type value{};
-            readValue(in, value);
+            readValue(in, value, state);
             list.append(value);
         }
     }
@@ -135,15 +147,15 @@ void readList(QDataStream &in, T &list)
 
 // Reads into a default value. Missing items read as zero or null.
 template <class T>
-void readValue(QDataStream &in, T &value)
+void readValue(QDataStream &in, T &value, ReadState &state)
 {
     if constexpr (isRecord<T>) {
-        fillRecord(in, value);
+        fillRecord(in, value, state);
     } else if constexpr (isArray<T>) {
         for (auto &item : value)
-            readValue(in, item);
+            readValue(in, item, state);
     } else if constexpr (isList<T>) {
-        readList(in, value);
+        readList(in, value, state);
     } else if constexpr (std::is_same_v<T, QString>) {
         value = readString(in);
     } else {
@@ -152,15 +164,15 @@ void readValue(QDataStream &in, T &value)
 }
 
 template <class R>
-void readItems(QDataStream &in, R &fresh, qint32 version)
+void readItems(QDataStream &in, R &fresh, qint32 version, ReadState &state)
 {
-    forEachItem<R>([&in, &fresh, version](const auto &item) {
+    forEachItem<R>([&in, &fresh, version, &state](const auto &item) {
         if constexpr (std::is_same_v<std::decay_t<decltype(item)>, ZeroByte>) {
             qint8 skipped = 0;
             in >> skipped;
         } else if (version >= item.since) {
             auto &value = fresh.*item.member;
-            readValue(in, value);
+            readValue(in, value, state);
             if constexpr (std::is_unsigned_v<std::decay_t<decltype(value)>>) {
                 if (value > item.maximum)
                     value = static_cast<std::decay_t<decltype(value)>>(item.maximum);
@@ -171,7 +183,7 @@ void readItems(QDataStream &in, R &fresh, qint32 version)
 
 // Reads into a default record; what the version lacks keeps its default. Gives the version.
 template <class R>
-qint32 fillRecord(QDataStream &in, R &fresh)
+qint32 fillRecord(QDataStream &in, R &fresh, ReadState &state)
 {
     if constexpr (isFramed<R>) {
         const QByteArray frame = readBytes(in);
@@ -179,12 +191,14 @@ qint32 fillRecord(QDataStream &in, R &fresh)
         content.setVersion(in.version());
         qint32 version = 0;
         content >> version;
-        readItems(content, fresh, version);
+        readItems(content, fresh, version, state);
+        if (content.status() != QDataStream::Ok)
+            ++state.shortRecords;
         if constexpr (TakesVersion<R>::value)
             fresh.versionRead(version);
         return version;
     } else {
-        readItems(in, fresh, std::numeric_limits<qint32>::max());
+        readItems(in, fresh, std::numeric_limits<qint32>::max(), state);
         return 0;
     }
 }
@@ -249,12 +263,13 @@ void write(QDataStream &out, const R &record)
 
 // Reads a record. Missing items read as zero or null, fields that the stream's version lacks get
 // their defaults, members that aren't streamed stay as they are. The record changes as one, at the
-// end.
+// end. Lists end early behind ten thousand records that lack items: such a stream is no record.
 template <class R>
 void read(QDataStream &in, R &record)
 {
     R fresh;
-    const qint32 version = detail::fillRecord(in, fresh);
+    detail::ReadState state;
+    const qint32 version = detail::fillRecord(in, fresh, state);
     forEachField<R>([&](const auto &f) {
         if (!isFramed<R> || version >= f.since)
             detail::moveValue(fresh.*f.member, record.*f.member);
@@ -312,10 +327,11 @@ bool fromBytes(const QByteArray &bytes, R &record)
     return frameIsWhole(bytes);
 }
 
-// A deep copy of all that is streamed.
+// A deep copy of all that is streamed; what isn't is reset.
 template <class R>
 void copy(const R &from, R &to)
 {
+    reset(to);
     fromBytes(toBytes(from), to);
 }
 

@@ -22,6 +22,9 @@ private slots:
     void aListWhoseCountLiesEndsWithItsFrame();
     void aNegativeCountIsAnEmptyList();
     void aBareListWhoseCountLiesEndsWithItsFrame();
+    void someElementsThatAreCutShortLeaveTheirNeighbours();
+    void listsOfElementsThatLackTheirItemsEndSoon_data();
+    void listsOfElementsThatLackTheirItemsEndSoon();
     void missingItemsReadAsZeroNotAsDefaults();
     void aNullFrameReadsAsVersion0WithoutItems();
     void aNegativeVersionReadsTheFieldsOfAllVersions();
@@ -32,6 +35,7 @@ private slots:
     void membersThatAreNotStreamedAreNotCompared();
     void aCopyIsDeep();
     void aCopyReplacesWhatTheTargetHeld();
+    void aCopyResetsWhatIsNotStreamed();
     void aResetGivesTheDefaults();
     void aResetOfAnRs485PortFreesItsChannels();
     void readNewGivesARecordOfItsOwn();
@@ -60,6 +64,7 @@ R readFrom(const QByteArray &bytes)
     return read;
 }
 
+const QByteArray nullFrame = QByteArray::fromHex("ffffffff");
 const QByteArray version1 = QByteArray::fromHex("00000001");
 
 } // namespace
@@ -177,6 +182,42 @@ void tst_Record::aBareListWhoseCountLiesEndsWithItsFrame()
     QCOMPARE(read.filters.at(1)->from_id, 0u);
 }
 
+void tst_Record::someElementsThatAreCutShortLeaveTheirNeighbours()
+{
+    const QByteArray whole = record::toBytes(sample::record<CanIdFilterElement>());
+    const QByteArray list = QByteArray::fromHex("00000003") + whole + nullFrame + whole;
+    OwnedList<CanIdFilterElement> read;
+    QDataStream in(list);
+    in.setVersion(record::dataStreamVersion);
+    record::detail::ReadState state;
+    record::detail::readList(in, read, state);
+    QCOMPARE(read.size(), 3);
+    QCOMPARE(*read.at(2), sample::record<CanIdFilterElement>());
+    QCOMPARE(read.at(1)->id1, 0U);
+    QVERIFY(in.atEnd());
+}
+
+void tst_Record::listsOfElementsThatLackTheirItemsEndSoon_data()
+{
+    QTest::addColumn<QByteArray>("element");
+    QTest::newRow("null frames") << nullFrame;
+    QTest::newRow("empty frames") << QByteArray::fromHex("00000000");
+    QTest::newRow("frames that hold a version only") << QByteArray::fromHex("0000000400000001");
+}
+
+void tst_Record::listsOfElementsThatLackTheirItemsEndSoon()
+{
+    QFETCH(QByteArray, element);
+    constexpr int count = 200'000;
+    OwnedList<StreamingClass_DBC_Signal> read;
+    record::detail::ReadState state;
+    const QByteArray list = QByteArray::fromHex("00030d40") + element.repeated(count);
+    QDataStream elements(list);
+    elements.setVersion(record::dataStreamVersion);
+    record::detail::readList(elements, read, state);
+    QCOMPARE(read.size(), record::detail::ReadState::maxShortRecords + 1);
+}
+
 void tst_Record::missingItemsReadAsZeroNotAsDefaults()
 {
     const auto port = readFrom<TerminalRs485Cfg>(golden::framed(version1 + '\x01'));
@@ -239,7 +280,7 @@ void tst_Record::membersThatAreNotStreamedSurviveARead()
     TerminalStruct terminal(QStringLiteral("Bench"));
     terminal.trigger.signal.live_value = 7.5;
     terminal.rs485[2].channels.add().location = QStringLiteral("Axle");
-    record::copy(sample::record<TerminalStruct>(), terminal);
+    record::fromBytes(record::toBytes(sample::record<TerminalStruct>()), terminal);
     QCOMPARE(terminal.name, QStringLiteral("Bench"));
     QCOMPARE(terminal.trigger.signal.live_value, 7.5);
     QCOMPARE(terminal.rs485[2].channels.size(), 1);
@@ -270,6 +311,14 @@ void tst_Record::aCopyReplacesWhatTheTargetHeld()
     TerminalCanCfg target = canWithFilters(5);
     record::copy(canWithFilters(2), target);
     QCOMPARE(target.filters.size(), 2);
+}
+
+void tst_Record::aCopyResetsWhatIsNotStreamed()
+{
+    TerminalRs485Cfg target;
+    target.channels.add();
+    record::copy(TerminalRs485Cfg(), target);
+    QVERIFY(target.channels.isEmpty());
 }
 
 void tst_Record::aResetGivesTheDefaults()
