@@ -5,6 +5,7 @@
 #include "config/record/recordjson.h"
 
 #include <QJsonArray>
+#include <QJsonObject>
 
 namespace {
 
@@ -126,23 +127,23 @@ QJsonValue kindJson(FileHead::Kind kind)
 
 } // namespace
 
-QJsonObject inspectionJson(const FileInspection &inspection)
+void writeInspectionJson(JsonWriter &json, const FileInspection &inspection)
 {
     QJsonArray errors = QJsonArray::fromStringList(inspection.errors);
     if (!inspection.failure.isEmpty())
         errors.prepend(inspection.failure);
-    QJsonObject object{
-        {QStringLiteral("file"), inspection.file},
-        {QStringLiteral("kind"), kindJson(inspection.kind)},
-        {QStringLiteral("size"), number(inspection.size)},
-        {QStringLiteral("errors"), errors},
-        {QStringLiteral("warnings"), QJsonArray::fromStringList(inspection.warnings)}};
+    json.beginObject();
+    json.value(QStringLiteral("file"), inspection.file);
+    json.value(QStringLiteral("kind"), kindJson(inspection.kind));
+    json.value(QStringLiteral("size"), number(inspection.size));
+    json.value(QStringLiteral("errors"), errors);
+    json.value(QStringLiteral("warnings"), QJsonArray::fromStringList(inspection.warnings));
     if (inspection.configuration) {
-        object.insert(QStringLiteral("version"), inspection.configuration->version);
-        object.insert(QStringLiteral("configuration"), record::toJson(*inspection.configuration));
+        json.value(QStringLiteral("version"), inspection.configuration->version);
+        json.key(QStringLiteral("configuration"));
+        record::writeJson(json, *inspection.configuration);
     }
     if (inspection.log)
-        object.insert(QStringLiteral("log"),
-                      logJson(*inspection.log, inspection.firstEntryPosition));
-    return object;
+        json.value(QStringLiteral("log"), logJson(*inspection.log, inspection.firstEntryPosition));
+    json.end();
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QJsonObject>
-
+class JsonWriter;
 struct FileInspection;
 
-// An inspection as JSON. Times are microseconds on the logger's clock, extended to 64 bits;
+// Writes an inspection as an object. Times are microseconds on the logger's clock, extended to 64 bits;
 // "configuration" holds all records under their field names. What is not known is null.
-[[nodiscard]] QJsonObject inspectionJson(const FileInspection &inspection);
+void writeInspectionJson(JsonWriter &json, const FileInspection &inspection);

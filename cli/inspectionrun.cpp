@@ -72,13 +72,10 @@ bool InspectionRun::save(const FileInspection &inspection, QString &failure) con
 
 void InspectionRun::show(const FileInspection &inspection)
 {
-    if (m_output == Output::Json)
-        m_summaries.append(inspectionJson(inspection));
-    const QString text = m_output == Output::Text ? inspectionText(inspection) : QString();
-    if (!text.isEmpty()) {
-        m_console.print((m_isFirst ? QString() : QStringLiteral("\n")) + text.trimmed());
-        m_isFirst = false;
-    }
+    if (m_json)
+        writeInspectionJson(*m_json, inspection);
+    else if (m_saveAs.isEmpty())
+        showText(inspection);
     const QString prefix = displayName(inspection.file) + QStringLiteral(": ");
     for (const QString &warning : inspection.warnings)
         m_console.warning(prefix + warning);
@@ -86,6 +83,15 @@ void InspectionRun::show(const FileInspection &inspection)
         m_console.error(prefix + error);
     if (!inspection.failure.isEmpty())
         m_console.error(prefix + inspection.failure);
+}
+
+void InspectionRun::showText(const FileInspection &inspection)
+{
+    const QString text = inspectionText(inspection);
+    if (text.isEmpty())
+        return;
+    m_console.print((m_isFirst ? QString() : QStringLiteral("\n")) + text.trimmed());
+    m_isFirst = false;
 }
 
 bool InspectionRun::showProgress(const QString &file, qint64 done, qint64 size)

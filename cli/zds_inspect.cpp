@@ -3,10 +3,11 @@
 #include "cli/inputfiles.h"
 #include "cli/inspectionrun.h"
 #include "cli/interruption.h"
+#include "config/record/jsonwriter.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QJsonDocument>
+#include <QFile>
 
 #include <cstdio>
 
@@ -32,6 +33,19 @@ ExitCode usageError(Console &console, const QString &text)
     return UsageError;
 }
 
+// One array on standard output, with an object for each file.
+ExitCode runAsJson(InspectionRun &run, const QStringList &files)
+{
+    QFile out;
+    (void)out.open(stdout, QIODevice::WriteOnly);
+    JsonWriter json(out);
+    run.writeJsonTo(json);
+    json.beginArray();
+    const ExitCode code = run.run(files);
+    json.end();
+    return code;
+}
+
 ExitCode inspect(Console &console, const QCommandLineParser &parser, const Options &options)
 {
     const InputFiles inputs = inputFiles(parser.positionalArguments(),
@@ -43,16 +57,11 @@ ExitCode inspect(Console &console, const QCommandLineParser &parser, const Optio
         return usageError(console, QStringLiteral("--save-as takes exactly one file."));
     for (const QString &failure : inputs.failures)
         console.error(failure);
-    InspectionRun run(console, parser.isSet(options.json) ? InspectionRun::Output::Json
-                               : saves                    ? InspectionRun::Output::None
-                                                          : InspectionRun::Output::Text);
+    InspectionRun run(console);
     if (saves)
         run.saveConfigurationAs(parser.value(options.saveAs));
-    const ExitCode code = run.run(inputs.files);
-    if (parser.isSet(options.json)) {
-        const QByteArray json = QJsonDocument(run.summaries()).toJson(QJsonDocument::Indented);
-        console.print(QString::fromUtf8(json.trimmed()));
-    }
+    const ExitCode code =
+        parser.isSet(options.json) ? runAsJson(run, inputs.files) : run.run(inputs.files);
     return inputs.failures.isEmpty() || code == Cancelled ? code : SomeFileFailed;
 }
 

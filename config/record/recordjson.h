@@ -1,48 +1,47 @@
 #pragma once
 
+#include "config/record/jsonwriter.h"
 #include "config/record/record.h"
-
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace record {
 
 template <class R>
-[[nodiscard]] QJsonObject toJson(const R &record);
+void writeJson(JsonWriter &json, const R &record);
 
 namespace detail {
 
 template <class T>
-QJsonValue jsonValue(const T &value)
+void writeJsonValue(JsonWriter &json, const T &value)
 {
     if constexpr (isRecord<T>) {
-        return toJson(value);
+        writeJson(json, value);
     } else if constexpr (isArray<T> || isList<T>) {
-        QJsonArray array;
+        json.beginArray();
         for (const auto &item : value)
-            array.append(jsonValue(element(item)));
-        return array;
+            writeJsonValue(json, element(item));
+        json.end();
     } else if constexpr (std::is_same_v<T, quint64>) {
-        return double(value);
+        json.value(double(value));
     } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
-        return qint64(value);
+        json.value(qint64(value));
     } else {
-        return value;
+        json.value(value);
     }
 }
 
 } // namespace detail
 
-// The streamed members under their field names. Numbers are those of JSON: 64-bit values are exact
-// up to 2^53.
+// Writes the streamed members as an object, under their field names. Numbers are those of JSON:
+// 64-bit values are exact up to 2^53.
 template <class R>
-QJsonObject toJson(const R &record)
+void writeJson(JsonWriter &json, const R &record)
 {
-    QJsonObject object;
+    json.beginObject();
     forEachField<R>([&](const auto &f) {
-        object.insert(QLatin1String(f.name), detail::jsonValue(record.*f.member));
+        json.key(QString::fromLatin1(f.name));
+        detail::writeJsonValue(json, record.*f.member);
     });
-    return object;
+    json.end();
 }
 
 } // namespace record

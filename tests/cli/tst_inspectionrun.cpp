@@ -1,8 +1,10 @@
 #include "cli/console.h"
 #include "cli/inspectionrun.h"
 #include "cli/interruption.h"
+#include "config/record/jsonwriter.h"
 #include "temporaryfiles.h"
 
+#include <QBuffer>
 #include <QtTest>
 
 #include <csignal>
@@ -21,14 +23,18 @@ void tst_InspectionRun::controlCEndsTheRun()
     const TemporaryFiles files;
     const QString file = files.write("a.rld", logBytes(TerminalStruct(), {}));
     Console console;
-    InspectionRun run(console, InspectionRun::Output::Json);
+    QBuffer out;
+    QVERIFY(out.open(QIODevice::WriteOnly));
+    JsonWriter json(out);
+    InspectionRun run(console);
+    run.writeJsonTo(json);
     QCOMPARE(run.run({file}), AllDone);
-    QCOMPARE(run.summaries().size(), 1);
+    QCOMPARE(out.data().count("raw_log"), 1);
 
     interruption::watch();
     std::raise(SIGINT);
     QCOMPARE(run.run({file}), Cancelled);
-    QCOMPARE(run.summaries().size(), 1);
+    QCOMPARE(out.data().count("raw_log"), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_InspectionRun)

@@ -35,7 +35,7 @@ private:
 ExitCode tst_SaveAs::save(const QString &input, const QString &output)
 {
     Console console;
-    InspectionRun run(console, InspectionRun::Output::None);
+    InspectionRun run(console);
     run.saveConfigurationAs(output);
     return run.run({input});
 }
