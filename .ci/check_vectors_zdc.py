@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares what zds-inspect reads from configuration files with the known answers.
 
-usage: check_vectors_zdc.py FOLDER ZDS_INSPECT
+usage: check_vectors_zdc.py ZDS_INSPECT FOLDER
 
 FOLDER holds NAME.zdc and NAME.dump.txt, a Python literal of every field. Exit code 1 on any
 difference. Null and empty strings count as equal; bytes that are always zero are no fields.
@@ -52,7 +52,7 @@ def check(program, zdc):
 def main():
     if len(sys.argv) != 3:
         sys.exit(__doc__)
-    folder, program = pathlib.Path(sys.argv[1]), sys.argv[2]
+    program, folder = sys.argv[1], pathlib.Path(sys.argv[2])
     files = sorted(f for f in folder.glob("*.zdc") if f.with_suffix(".dump.txt").exists())
     if not files:
         sys.exit(f"no configuration with a known answer in {folder}")
