@@ -35,8 +35,7 @@ QJsonValue utcText(quint64 utc_us)
 
 } // namespace
 
-QJsonObject conversionJson(const QString &input, const QString &output,
-                           const ConversionSummary &summary, double seconds)
+QJsonObject conversionJson(const QString &input, const ConversionSummary &summary, double seconds)
 {
     QJsonArray groups;
     double channels = 0;
@@ -51,7 +50,7 @@ QJsonObject conversionJson(const QString &input, const QString &output,
                                {QStringLiteral("error"), double(summary.errorCount)}};
     return {
         {QStringLiteral("input"), input},
-        {QStringLiteral("output"), summary.written ? QJsonValue(output) : QJsonValue()},
+        {QStringLiteral("output"), summary.written ? QJsonValue(summary.outputFile) : QJsonValue()},
         {QStringLiteral("cancelled"), summary.cancelled},
         {QStringLiteral("groups"), groups},
         {QStringLiteral("group_count"), groups.size()},

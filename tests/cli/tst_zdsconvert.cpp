@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
+
 #ifdef Q_OS_UNIX
 #include <csignal>
 #include <sys/stat.h>
@@ -101,6 +103,7 @@ private slots:
     void aMissingOutputFolderIs2AndStaysMissing();
     void anExistingOutputStaysAndTheNewOneIsNumbered();
     void logsOfOneNameGetNumberedOutputs();
+    void processesIntoOneFolderGetAlong();
 
     void badInputsAre2AndNamed_data();
     void badInputsAre2AndNamed();
@@ -487,6 +490,34 @@ void tst_ZdsConvert::logsOfOneNameGetNumberedOutputs()
     QVERIFY(QDir(m_folder->path()).mkdir(text("out")));
     QCOMPARE(run({text("-o"), text("out"), text("x"), text("y")}).exitCode, 0);
     QCOMPARE(left(path("out")), text("a.mf4 a_1.mf4"));
+}
+
+void tst_ZdsConvert::processesIntoOneFolderGetAlong()
+{
+    constexpr int rounds = 5;
+    constexpr int count = 4;
+    for (int i = 0; i < count; ++i)
+        makeLog(qPrintable(QStringLiteral("in%1/a.rld").arg(i)), 100 + i);
+    for (int round = 0; round < rounds; ++round) {
+        const QString out = path(QStringLiteral("out%1").arg(round));
+        QVERIFY(QDir().mkdir(out));
+        std::array<QProcess, count> processes;
+        for (int i = 0; i < count; ++i)
+            start(processes[std::size_t(i)],
+                  {text("--json"), text("-o"), out, QStringLiteral("in%1/a.rld").arg(i)});
+        for (int i = 0; i < count; ++i) {
+            QProcess &process = processes[std::size_t(i)];
+            QVERIFY(process.waitForFinished(timeout_ms));
+            QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+            const QJsonObject summary =
+                QJsonDocument::fromJson(process.readAllStandardOutput()).array()[0].toObject();
+            mdf4reader::Reader reader;
+            QVERIFY(reader.open(summary[text("output")].toString().toStdU16String()));
+            QCOMPARE(reader.file().groups.size(), std::size_t(1));
+            QCOMPARE(int(reader.file().groups[0].cycleCount), 100 + i);
+        }
+        QCOMPARE(left(out), text("a.mf4 a_1.mf4 a_2.mf4 a_3.mf4"));
+    }
 }
 
 void tst_ZdsConvert::badInputsAre2AndNamed_data()
