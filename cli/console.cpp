@@ -50,6 +50,16 @@ bool Console::openLog(const QString &path, QString &failure)
     return false;
 }
 
+QStringList Console::writeFailures() const
+{
+    QStringList failures;
+    if (std::ferror(stdout) != 0)
+        failures.append(QStringLiteral("The output could not be written."));
+    if (!m_logFailure.isEmpty())
+        failures.append(QStringLiteral("%1: %2").arg(displayName(m_log.fileName()), m_logFailure));
+    return failures;
+}
+
 void Console::print(const QString &text)
 {
     clearProgress();
@@ -60,8 +70,9 @@ void Console::message(const QString &kind, const QString &text, bool onlyLog)
 {
     const QString line = kind + plainMessage(text) + QLatin1Char('\n');
     if (m_log.isOpen()) {
-        m_log.write(line.toUtf8());
-        m_log.flush();
+        const QByteArray bytes = line.toUtf8();
+        if ((m_log.write(bytes) != bytes.size() || !m_log.flush()) && m_logFailure.isEmpty())
+            m_logFailure = m_log.errorString();
     }
     if (onlyLog)
         return;

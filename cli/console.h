@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 // Standard output and standard error of a command line program, in UTF-8, with a progress line that
 // makes way for messages. Used by one thread at a time.
@@ -14,6 +15,8 @@ public:
 
     // Messages go into this file, too. False when it can't be written; `failure` tells why.
     bool openLog(const QString &path, QString &failure);
+    // Texts about output that got lost, on standard output or in the log file.
+    [[nodiscard]] QStringList writeFailures() const;
     void setQuiet(bool quiet) { m_quiet = quiet; }
 
     // A line on standard output.
@@ -32,6 +35,7 @@ private:
 
     bool m_quiet = false;
     QFile m_log;
+    QString m_logFailure; // of the first message that could not be written
     int m_progressWidth = 0;
 };
 

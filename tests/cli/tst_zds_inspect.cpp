@@ -122,6 +122,7 @@ void tst_zds_inspect::wrongUsageEndsWith64_data()
     QTest::newRow("no file") << QStringList();
     QTest::newRow("unknown option")
         << QStringList{QStringLiteral("--colour"), QStringLiteral("a.zdc")};
+    QTest::newRow("help of windows") << QStringList{QStringLiteral("--help-all")};
     QTest::newRow("--save-as without a name") << QStringList{QStringLiteral("a.zdc"), saveAs};
     QTest::newRow("--save-as with an empty name")
         << QStringList{saveAs, QString(), QStringLiteral("a.zdc")};

@@ -24,6 +24,7 @@ namespace {
 
 constexpr int timeout_ms = 60000;
 constexpr quint32 messageId = 0x123;
+const QString fullDevice = QStringLiteral("/dev/full");
 
 QString text(const char *utf8)
 {
@@ -82,6 +83,8 @@ private slots:
     void quietShowsWarningsAndErrorsOnly();
     void theLogHoldsAllMessages();
     void aLogThatCantBeWrittenIs2();
+    void messagesThatGetLostOnTheWayToTheLogAre2();
+    void aSummaryThatCanNotBeWrittenIs2();
     void noProgressIsWrittenIntoAPipe();
 
     void jsonSummarisesEachFile();
@@ -91,6 +94,7 @@ private slots:
     void patternsWorkInEveryPartOfAPath();
     void aFolderWithPatternCharactersIsTakenAsItIs();
     void aLogFileDoesNotReplaceARawLog();
+    void aLogFileDoesNotReplaceAnInputOfAnotherName();
     void makingADemonstrationTakesNoFiles();
     void aPatternThatMatchesNothingIs2();
     void aFolderStandsForItsLogs();
@@ -220,6 +224,9 @@ void tst_ZdsConvert::wrongUsageIs64AndSaysWhy_data()
     row("jobs in words", {text("--jobs"), text("two"), text("a.rld")}, "--jobs");
     row("no seconds", {text("--make-demo"), text("demo"), text("--seconds"), text("0")},
         "--seconds");
+    row("seconds of no demonstration", {text("--seconds"), text("5"), text("a.rld")},
+        "--make-demo");
+    row("help of windows", {text("--help-all")}, "help-all");
 }
 
 void tst_ZdsConvert::wrongUsageIs64AndSaysWhy()
@@ -311,6 +318,31 @@ void tst_ZdsConvert::aLogThatCantBeWrittenIs2()
     QCOMPARE(left(), text("a.rld"));
 }
 
+void tst_ZdsConvert::messagesThatGetLostOnTheWayToTheLogAre2()
+{
+    if (!QFileInfo::exists(fullDevice))
+        QSKIP("There is no device that is always full here.");
+    makeLog("a.rld");
+    const Run result = run({text("--log"), fullDevice, text("a.rld")});
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.err.count(text("Error: /dev/full: ")), 1);
+    QCOMPARE(left(), text("a.mf4 a.rld"));
+}
+
+void tst_ZdsConvert::aSummaryThatCanNotBeWrittenIs2()
+{
+    if (!QFileInfo::exists(fullDevice))
+        QSKIP("There is no device that is always full here.");
+    makeLog("a.rld");
+    QProcess process;
+    process.setStandardOutputFile(fullDevice);
+    start(process, {text("--quiet"), text("--json"), text("a.rld")});
+    QVERIFY(process.waitForFinished(timeout_ms));
+    QCOMPARE(process.exitCode(), 2);
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("Error: The output could not be written.\n"));
+}
+
 void tst_ZdsConvert::noProgressIsWrittenIntoAPipe()
 {
     makeLog("a.rld", 1000);
@@ -391,6 +423,17 @@ void tst_ZdsConvert::aLogFileDoesNotReplaceARawLog()
     const qint64 size = QFileInfo(path("keep.rld")).size();
     QCOMPARE(run({text("--log"), path("keep.rld"), text("a.rld")}).exitCode, 64);
     QCOMPARE(QFileInfo(path("keep.rld")).size(), size);
+}
+
+void tst_ZdsConvert::aLogFileDoesNotReplaceAnInputOfAnotherName()
+{
+    makeLog("drive.log");
+    QVERIFY(QDir(m_folder->path()).mkdir(text("sub")));
+    const qint64 size = QFileInfo(path("drive.log")).size();
+    const Run result = run({text("--log"), text("sub/../drive.log"), text("drive.log")});
+    QCOMPARE(result.exitCode, 64);
+    QVERIFY(result.err.contains(text("drive.log")));
+    QCOMPARE(QFileInfo(path("drive.log")).size(), size);
 }
 
 void tst_ZdsConvert::makingADemonstrationTakesNoFiles()
