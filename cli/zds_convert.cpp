@@ -149,6 +149,11 @@ ExitCode run(Console &console, const QStringList &arguments)
     }
     if (parser.isSet(options.seconds) && !parser.isSet(options.makeDemo))
         return commandline::usageError(console, QStringLiteral("--seconds needs --make-demo."));
+    for (const QCommandLineOption *option :
+         {&options.outputFolder, &options.log, &options.makeDemo}) {
+        if (isNotUtf8(parser.value(*option)))
+            return commandline::usageError(console, notUtf8Text(parser.value(*option)));
+    }
     const InputFiles inputs = inputFiles(parser.positionalArguments(), {rldPattern});
     const QString log = parser.value(options.log);
     if (isRawLog(log, inputs.files))

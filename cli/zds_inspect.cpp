@@ -32,6 +32,8 @@ ExitCode inspect(Console &console, const QCommandLineParser &parser, const Optio
     if (saves && parser.value(options.saveAs).isEmpty())
         return commandline::usageError(console,
                                        QStringLiteral("--save-as takes the name of a file."));
+    if (isNotUtf8(parser.value(options.saveAs)))
+        return commandline::usageError(console, notUtf8Text(parser.value(options.saveAs)));
     if (saves && inputs.files.size() + inputs.failures.size() != 1)
         return commandline::usageError(console,
                                        QStringLiteral("--save-as takes exactly one file."));

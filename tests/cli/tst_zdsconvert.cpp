@@ -101,7 +101,13 @@ private slots:
     void aFolderWithoutLogsIs2();
     void aFileWithPatternCharactersIsTakenAsItIs();
     void aFileIsConvertedOnce();
+    void aFileOfTwoNamesIsConvertedOnce();
+    void patternsMindTheCaseAsTheShellDoes();
+    void foldersTakeLogsInAnyCase();
     void namesAreUtf8WhateverTheLocale();
+    void namesThatAreNoUtf8AreTold_data();
+    void namesThatAreNoUtf8AreTold();
+    void anOptionThatIsNoUtf8IsWrongUsage();
 
     void outputsGoIntoTheFolderThatIsAskedFor();
     void aMissingOutputFolderIs2AndStaysMissing();
@@ -486,6 +492,85 @@ void tst_ZdsConvert::aFileIsConvertedOnce()
     makeLog("a.rld");
     QCOMPARE(run({text("--json"), text("a.rld"), text("a.rld"), text("*.rld")}).json().size(), 1);
     QCOMPARE(left(), text("a.mf4 a.rld"));
+}
+
+void tst_ZdsConvert::aFileOfTwoNamesIsConvertedOnce()
+{
+    makeLog("a.rld");
+    QVERIFY(QDir(m_folder->path()).mkdir(text("sub")));
+    const Run result = run({text("--json"), text("a.rld"), text("sub/../a.rld"), path("a.rld")});
+    QCOMPARE(result.json().size(), 1);
+    QCOMPARE(left(), text("a.mf4 a.rld sub"));
+}
+
+void tst_ZdsConvert::patternsMindTheCaseAsTheShellDoes()
+{
+#ifdef Q_OS_UNIX
+    makeLog("a.rld");
+    makeLog("B.RLD");
+    QCOMPARE(run({text("*.rld")}).exitCode, 0);
+    QCOMPARE(left(), text("B.RLD a.mf4 a.rld"));
+#else
+    QSKIP("the shell doesn't mind the case");
+#endif
+}
+
+void tst_ZdsConvert::foldersTakeLogsInAnyCase()
+{
+    makeLog("logs/a.rld");
+    makeLog("logs/B.RLD");
+    QCOMPARE(run({text("logs")}).exitCode, 0);
+    QCOMPARE(left(path("logs")), text("B.RLD B.mf4 a.mf4 a.rld"));
+}
+
+void tst_ZdsConvert::namesThatAreNoUtf8AreTold_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::newRow("by name") << text("$(printf 'in/b\\344.rld')");
+    QTest::newRow("in a folder") << text("in");
+    QTest::newRow("by a pattern") << text("'in/*.rld'");
+}
+
+void tst_ZdsConvert::namesThatAreNoUtf8AreTold()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(QString, argument);
+    constexpr int noSuchNames = 77;
+    makeLog("in/a.rld");
+    QProcess shell;
+    shell.setWorkingDirectory(m_folder->path());
+    shell.start(text("sh"), {text("-c"),
+                             text("cp in/a.rld \"$(printf 'in/b\\344.rld')\" || exit 77; "
+                                  "exec \"$0\" --quiet in/a.rld ")
+                                 + argument,
+                             text(ZDS_CONVERT)});
+    QVERIFY(shell.waitForFinished(timeout_ms));
+    if (shell.exitCode() == noSuchNames)
+        QSKIP("the file system takes valid names only");
+    QCOMPARE(QString::fromUtf8(shell.readAllStandardError()),
+             text("Error: in/b\uFFFD.rld: its name is not valid UTF-8\n"));
+    QCOMPARE(shell.exitCode(), 2);
+    QVERIFY(QFileInfo::exists(path("in/a.mf4")));
+#else
+    QSKIP("names are Unicode");
+#endif
+}
+
+void tst_ZdsConvert::anOptionThatIsNoUtf8IsWrongUsage()
+{
+#ifdef Q_OS_UNIX
+    makeLog("a.rld");
+    QProcess shell;
+    shell.setWorkingDirectory(m_folder->path());
+    shell.start(text("sh"), {text("-c"), text("exec \"$0\" --log \"$(printf 'b\\344.txt')\" a.rld"),
+                             text(ZDS_CONVERT)});
+    QVERIFY(shell.waitForFinished(timeout_ms));
+    QCOMPARE(shell.exitCode(), 64);
+    QVERIFY(shell.readAllStandardError().contains("its name is not valid UTF-8"));
+    QCOMPARE(left(), text("a.rld"));
+#else
+    QSKIP("names are Unicode");
+#endif
 }
 
 void tst_ZdsConvert::namesAreUtf8WhateverTheLocale()
