@@ -77,12 +77,19 @@ TextTable etherCatSignalTable(const TerminalEtherCatCfg &master)
         if (slave->slave_signals.isEmpty())
             table.addRow({QString::number(slave->slave_number), slave->name});
         for (const EtherCatSignal *signal : slave->slave_signals)
-            table.addRow(
-                {QString::number(slave->slave_number), slave->name, signal->name,
-                 QString::number(signal->start_bit), QString::number(signal->bit_length),
-                 QString::number(signal->data_type), realText(signal->multiplier),
-                 realText(signal->offset), signal->unit,
-                 (signal->mdf4_flags & 1) != 0 ? QStringLiteral("yes") : QStringLiteral("no")});
+            table.addRow([&] {
+                return QStringList{QString::number(slave->slave_number),
+                                   slave->name,
+                                   signal->name,
+                                   QString::number(signal->start_bit),
+                                   QString::number(signal->bit_length),
+                                   QString::number(signal->data_type),
+                                   realText(signal->multiplier),
+                                   realText(signal->offset),
+                                   signal->unit,
+                                   (signal->mdf4_flags & 1) != 0 ? QStringLiteral("yes")
+                                                                 : QStringLiteral("no")};
+            });
     }
     return table;
 }
@@ -107,8 +114,10 @@ TextTable tunnelingFilterTable(const EthTunnelingCfg &tunneling)
 {
     TextTable table({">Channel", ">From ID", ">To ID"});
     for (const TunnelingFilter *filter : tunneling.filters)
-        table.addRow(
-            {QString::number(filter->channel), hexText(filter->from_id), hexText(filter->to_id)});
+        table.addRow([&] {
+            return QStringList{QString::number(filter->channel), hexText(filter->from_id),
+                               hexText(filter->to_id)};
+        });
     return table;
 }
 
