@@ -114,9 +114,10 @@ void BatchConversion::report(const QString &file, const Result &result)
         quint64 samples = 0;
         for (const ConversionSummary::Group &group : summary.groups)
             samples += group.samples;
-        m_console.status(QStringLiteral("%1 -> %2: %3 groups, %4 records, %5 s")
+        m_console.status(QStringLiteral("%1 -> %2: %3, %4, %5 s")
                              .arg(displayName(file), displayName(summary.outputFile),
-                                  QString::number(summary.groups.size()), QString::number(samples),
+                                  counted(quint64(summary.groups.size()), "1 group", "%1 groups"),
+                                  counted(samples, "1 record", "%1 records"),
                                   QString::number(result.seconds, 'f', 2)));
     }
     m_summaries.append(conversionJson(file, summary, result.seconds));

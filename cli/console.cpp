@@ -138,3 +138,8 @@ QString durationText(double seconds)
         return QStringLiteral("%1:%2").arg(whole / 3600).arg(minutesAndSeconds);
     return whole >= 600 ? minutesAndSeconds : minutesAndSeconds.mid(1);
 }
+
+QString counted(quint64 count, const char *one, const char *many)
+{
+    return count == 1 ? QString::fromLatin1(one) : QString::fromLatin1(many).arg(count);
+}

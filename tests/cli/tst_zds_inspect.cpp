@@ -92,7 +92,7 @@ void tst_zds_inspect::errorsInAFileEndWith1()
     QVERIFY(result.errors.startsWith(QStringLiteral("Error: ") + m_damagedLog
                                      + QStringLiteral(": 5 bytes are no entries")));
     QCOMPARE(result.errors.count(QLatin1Char('\n')), 1);
-    QVERIFY(result.output.contains(QStringLiteral("Skipped, 5 bytes in 1 stretches")));
+    QVERIFY(result.output.contains(QStringLiteral("Skipped, 5 bytes in 1 stretch")));
 }
 
 void tst_zds_inspect::anUnreadableFileEndsWith2AndTheOthersAreShown()

@@ -278,6 +278,7 @@ void tst_ZdsConvert::messagesAreLinesOfTheirKind()
     const QStringList lines = err.split(QLatin1Char('\n'));
     QCOMPARE(lines.first(), text("Status: logfile-conversion started..."));
     QVERIFY(lines.contains(text("Status: Logfile-conversion completed.")));
+    QVERIFY2(lines.last().contains(text("a.mf4: 1 group, 10 records, ")), qPrintable(lines.last()));
     for (const QString &line : lines)
         QVERIFY2(line.startsWith(text("Status: ")), qPrintable(line));
 }
