@@ -4,13 +4,13 @@
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
 #include "config/terminalstruct.h"
+#include "config/valuenames.h"
+
+using namespace valuenames;
 
 namespace {
 
 constexpr double canClock_kHz = 120000;
-
-constexpr const char *canModes[] = {"CAN", "CAN-FD", "CAN-FD, fast data"};
-constexpr const char *filterTypes[] = {"Range", "Dual", "Classic", "Range T2"};
 
 QString channelName(std::size_t channel)
 {
@@ -94,7 +94,7 @@ QString filtersText(const TerminalStruct &configuration)
             table.addRow([&] {
                 return QStringList{
                     channelName(i),
-                    nameOf(filterTypes, filter->filter_type),
+                    nameOf(canFilterTypes, filter->filter_type),
                     filter->reject != 0 ? QStringLiteral("reject") : QStringLiteral("accept"),
                     filter->extended != 0 ? QStringLiteral("29") : QStringLiteral("11"),
                     hexText(filter->id1),

@@ -5,17 +5,11 @@
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
 #include "config/terminalstruct.h"
+#include "config/valuenames.h"
+
+using namespace valuenames;
 
 namespace {
-
-constexpr const char *auxModes[] = {"always on", "terminal 15 controlled",
-                                    "CAN 0 traffic controlled"};
-constexpr const char *agmRates[] = {"1000 Hz", "250 Hz", "125 Hz", "31.25 Hz"};
-constexpr const char *accScales[] = {"2 g", "4 g", "8 g"};
-constexpr const char *gyroScales[] = {"32 °/s",  "64 °/s",   "128 °/s",  "256 °/s",
-                                      "512 °/s", "1024 °/s", "2048 °/s", "4096 °/s"};
-constexpr const char *d4modModes[] = {"high speed", "frame", "refresh bus voltage", "ZDS speed"};
-constexpr const char *d4modRates[] = {"20 kHz", "10 kHz", "5 kHz", "1 kHz"};
 
 QString triggerText(const LogTriggerCfg &trigger)
 {

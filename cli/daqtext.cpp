@@ -4,19 +4,15 @@
 #include "a2l/records/streamingclass_a2l_module.h"
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
+#include "config/valuenames.h"
 
 #include <cmath>
+
+using namespace valuenames;
 
 namespace {
 
 constexpr quint32 extendedFlag = 0x80000000;
-
-constexpr const char *interfaces[] = {"none", "CCP or XCP on CAN", "XCP on UDP", "XCP on TCP"};
-constexpr const char *dataTypes[] = {"UBYTE",        "SBYTE",       "UWORD",    "SWORD",
-                                     "ULONG",        "SLONG",       "A_UINT64", "A_INT64",
-                                     "FLOAT32_IEEE", "FLOAT64_IEEE"};
-constexpr const char *conversionTypes[] = {"IDENTICAL", "FORM",       "LINEAR",  "RAT_FUNC",
-                                           "TAB_INTP",  "TAB_NOINTP", "TAB_VERB"};
 
 QString canIdText(quint32 id)
 {
@@ -30,7 +26,8 @@ QString parametersText(const QString &port, const StreamingClass_A2L_Module &mod
     TextTable table;
     table.addRow({QStringLiteral("A2L file"), module.a2l_file_name});
     table.addRow({QStringLiteral("State"), onOff(module.config.enabled != 0)});
-    table.addRow({QStringLiteral("Interface"), nameOf(interfaces, module.config.active_interface)});
+    table.addRow(
+        {QStringLiteral("Interface"), nameOf(a2lInterfaces, module.config.active_interface)});
     if (module.config.active_interface == ACTIVE_A2L_IF_CCP_XCP_O_CAN)
         table.addRow({QStringLiteral("Identifiers"),
                       QStringLiteral("send %1, receive %2, %3 bit/s")
@@ -104,7 +101,7 @@ TextTable measurementTable(const StreamingClass_A2L_Module &module)
     for (const A2lMeasurement *measurement : module.measurements)
         table.addRow([&] {
             return QStringList{measurement->name,
-                               nameOf(dataTypes, measurement->data_type),
+                               nameOf(a2lDataTypes, measurement->data_type),
                                hexText(measurement->ecu_address),
                                measurement->conversion,
                                realText(measurement->lower_limit),
@@ -152,7 +149,7 @@ TextTable methodTable(const StreamingClass_A2L_Module &module)
     TextTable table({"Conversion", "Kind", "Unit", "Content"});
     for (const A2lCompuMethod *method : module.compu_methods)
         table.addRow([&] {
-            return QStringList{method->name, nameOf(conversionTypes, method->conversion_type),
+            return QStringList{method->name, nameOf(a2lConversionTypes, method->conversion_type),
                                method->unit, contentText(*method)};
         });
     return table;
