@@ -1,5 +1,6 @@
 #include "cli/console.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QLoggingCategory>
 #include <QTextCodec>
@@ -137,6 +138,12 @@ QString durationText(double seconds)
     if (whole >= 3600)
         return QStringLiteral("%1:%2").arg(whole / 3600).arg(minutesAndSeconds);
     return whole >= 600 ? minutesAndSeconds : minutesAndSeconds.mid(1);
+}
+
+QString utcText(quint64 utc_us)
+{
+    const auto utc_ms = static_cast<qint64>(utc_us / 1000);
+    return QDateTime::fromMSecsSinceEpoch(utc_ms, Qt::UTC).toString(Qt::ISODateWithMs);
 }
 
 QString counted(quint64 count, const char *one, const char *many)

@@ -49,5 +49,7 @@ private:
 [[nodiscard]] QString sizeText(double bytes);
 // 0:07, 12:30, 1:02:03.
 [[nodiscard]] QString durationText(double seconds);
+// UTC in us since 1970 as ISO 8601 with milliseconds.
+[[nodiscard]] QString utcText(quint64 utc_us);
 // A number with what it counts, in which %1 stands for it: "1 byte is", "%1 bytes are".
 [[nodiscard]] QString counted(quint64 count, const char *one, const char *many);

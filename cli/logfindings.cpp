@@ -5,9 +5,6 @@
 
 namespace {
 
-// From here on the logger itself started anew within a log.
-constexpr int manyRestarts = 2;
-
 void addSkipped(const LogStatistics &statistics, QStringList &errors)
 {
     if (statistics.skippedStretchCount() == 0)
@@ -38,7 +35,7 @@ void addProcessor(int number, const ProcessorStatistics &processor, QStringList 
         errors.append(name
                       + QStringLiteral("ring buffer overflow protection counter %1, data was lost")
                             .arg(*processor.ringBufferOverflows));
-    if (processor.restarts.value_or(0) >= manyRestarts)
+    if (processor.restarts.value_or(0) >= rawlog::manyRestarts)
         warnings.append(
             name + QStringLiteral("timestamp sync or restart counter %1").arg(*processor.restarts));
     if (processor.longestSyncInterval > LogStatistics::syncLimit_us)
@@ -63,6 +60,10 @@ void addFindings(const LogStatistics &statistics, QStringList &errors, QStringLi
              "%1 entries are of unknown types");
     addCount(warnings, total.outOfOrder, "1 entry is older than one before it on its bus",
              "%1 entries are older than one before them on their bus");
+    if (statistics.implausibleUtcStart_us())
+        warnings.append(QStringLiteral("the wall clock at the start, %1 us since 1970, lies behind "
+                                       "the year 2554 and is ignored")
+                            .arg(*statistics.implausibleUtcStart_us()));
     for (const auto &[number, processor] : statistics.processors())
         addProcessor(number, processor, errors, warnings);
 }

@@ -1,5 +1,6 @@
 #include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "cli/fileinspection.h"
+#include "cli/logtexts.h"
 #include "config/configfile.h"
 #include "temporaryfiles.h"
 
@@ -51,6 +52,7 @@ private slots:
     void restartsAreAWarning();
     void missingSyncStampsAreAWarning();
     void unknownTypesAreAWarning();
+    void aWallClockOfNoDriveIsAWarningAndNotTaken();
     void aNewerConfigurationIsAWarning();
     void aConfigurationWithABrokenFrameIsAnError();
     void aRefusalToGoOnCancels();
@@ -209,6 +211,18 @@ void tst_FileInspection::unknownTypesAreAWarning()
     const FileInspection inspection = inspectLog(entryBytes({99, 0, 0, 0}, {}));
     QVERIFY(inspection.errors.isEmpty());
     QCOMPARE(inspection.warnings, QStringList{QStringLiteral("1 entry is of an unknown type")});
+}
+
+void tst_FileInspection::aWallClockOfNoDriveIsAWarningAndNotTaken()
+{
+    const FileInspection last = inspectLog(utcStartEntry(~quint64(0) / 1000));
+    QVERIFY(last.warnings.isEmpty());
+    QCOMPARE(utcText(last.log->utcStart_us()), QStringLiteral("2554-07-21T23:34:33.709Z"));
+    const FileInspection beyond = inspectLog(utcStartEntry(~quint64(0)));
+    QVERIFY(!beyond.log->utcStart_us());
+    QCOMPARE(beyond.warnings, QStringList{QStringLiteral(
+                                  "the wall clock at the start, 18446744073709551615 us since "
+                                  "1970, lies behind the year 2554 and is ignored")});
 }
 
 void tst_FileInspection::aNewerConfigurationIsAWarning()
