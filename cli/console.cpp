@@ -10,6 +10,7 @@
 
 #ifdef Q_OS_WIN
 #include <io.h>
+#include <windows.h>
 #else
 #include <unistd.h>
 #endif
@@ -25,8 +26,35 @@ bool isTerminal(std::FILE *stream)
 #endif
 }
 
+#ifdef Q_OS_WIN
+// A console shows UTF-16 as it is; bytes it would read in its code page. False when the stream is a
+// file or a pipe.
+bool writeToConsole(std::FILE *stream, const QString &text)
+{
+    constexpr int maxCharacters = 8192; // older consoles have a buffer of 64 KB
+    const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    DWORD mode = 0;
+    if (GetConsoleMode(console, &mode) == 0)
+        return false;
+    for (int start = 0; start < text.size();) {
+        int size = qMin(maxCharacters, text.size() - start);
+        if (size > 1 && text.at(start + size - 1).isHighSurrogate())
+            --size; // its other half follows
+        DWORD written = 0;
+        if (WriteConsoleW(console, text.utf16() + start, DWORD(size), &written, nullptr) == 0)
+            break; // the window has gone
+        start += size;
+    }
+    return true;
+}
+#endif
+
 void write(std::FILE *stream, const QString &text)
 {
+#ifdef Q_OS_WIN
+    if (writeToConsole(stream, text))
+        return;
+#endif
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
     std::fflush(stream);
