@@ -1,38 +1,19 @@
 #include "MDF4Conversion/exclusivemove.h"
 
-#include <QtGlobal>
-
-#ifdef Q_OS_WIN
+#ifdef _WIN32
 #include <windows.h>
 #else
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <unistd.h>
 #endif
-
-namespace {
-
-#ifndef Q_OS_WIN
-// For file systems that can't refuse to replace. A process that is killed in between leaves the
-// file under both names, whole.
-void linkAndRemove(const std::filesystem::path &from, const std::filesystem::path &to,
-                   std::error_code &error) noexcept
-{
-    std::filesystem::create_hard_link(from, to, error);
-    if (error)
-        return;
-    std::error_code ignored;
-    std::filesystem::remove(from, ignored);
-}
-#endif
-
-} // namespace
 
 void moveWithoutReplacing(const std::filesystem::path &from, const std::filesystem::path &to,
                           std::error_code &error) noexcept
 {
     error.clear();
-#if defined(Q_OS_WIN)
+#if defined(_WIN32)
     // Without MOVEFILE_REPLACE_EXISTING an existing name is refused.
     if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) != 0)
         return;
@@ -45,10 +26,27 @@ void moveWithoutReplacing(const std::filesystem::path &from, const std::filesyst
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
         return;
     if (errno == EINVAL || errno == ENOSYS)
-        linkAndRemove(from, to, error);
+        moveOntoReservation(from, to, error);
     else
         error.assign(errno, std::generic_category());
 #else
-    linkAndRemove(from, to, error);
+    moveOntoReservation(from, to, error);
 #endif
 }
+
+#ifndef _WIN32
+void moveOntoReservation(const std::filesystem::path &from, const std::filesystem::path &to,
+                         std::error_code &error) noexcept
+{
+    error.clear();
+    const int reservation = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (reservation < 0) {
+        error.assign(errno, std::generic_category());
+        return;
+    }
+    close(reservation);
+    std::filesystem::rename(from, to, error);
+    if (error)
+        unlink(to.c_str());
+}
+#endif

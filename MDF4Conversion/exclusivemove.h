@@ -7,3 +7,10 @@
 // already: then `error` is std::errc::file_exists and all stays as it is.
 void moveWithoutReplacing(const std::filesystem::path &from, const std::filesystem::path &to,
                           std::error_code &error) noexcept;
+
+#ifndef _WIN32
+// The same in two steps, for file systems whose renaming can't refuse: an empty file that only one
+// process can make takes the name, and gives way to the whole one.
+void moveOntoReservation(const std::filesystem::path &from, const std::filesystem::path &to,
+                         std::error_code &error) noexcept;
+#endif
