@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/interface_extractdata.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
+#include "MDF4Conversion/rawlog/clocklimits.h"
 #include "MDF4Conversion/synctimeline.h"
 
 #include <memory>
@@ -13,7 +14,7 @@ class Interface_Data_CPU_Timestamps : public virtual Interface_ExtractData
 {
 public:
     // A processor shows a stamp at least this often, in us.
-    static constexpr quint64 maxInterval = 0x20000000; // 536.9 s
+    static constexpr quint64 maxInterval = rawlog::syncCycleLimit_us;
 
     Interface_Data_CPU_Timestamps(quint8 processor, const MDF4_ConversionContext &context);
 

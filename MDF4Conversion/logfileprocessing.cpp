@@ -79,18 +79,18 @@ void LogFileProcessing::reportTimestampsAndDebugInfos()
                                 .arg(*processor.minTemperature)
                                 .arg(*processor.maxTemperature));
         }
-        if (processor.syncCounter >= 2) {
+        if (processor.restarts.value_or(0) >= rawlog::manyRestarts) {
             m_messages.warning(QStringLiteral("Dbg-Infos[%1]: "
                                               "Timestamp-Sync-Counter/LogController-Restart-"
                                               "Counter:%2")
                                    .arg(number)
-                                   .arg(processor.syncCounter));
+                                   .arg(*processor.restarts));
         }
-        if (processor.ringBufferCounter != 0) {
+        if (processor.ringBufferOverflows.value_or(0) != 0) {
             m_messages.error(
                 QStringLiteral("Dbg-Infos[%1]: Ringbuffer overflow protection counter:%2")
                     .arg(number)
-                    .arg(processor.ringBufferCounter));
+                    .arg(*processor.ringBufferOverflows));
         }
     }
 }

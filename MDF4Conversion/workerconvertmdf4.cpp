@@ -54,7 +54,7 @@ void WorkerConvertMDF4::process()
 
 bool WorkerConvertMDF4::convert()
 {
-    ConversionFiles files(m_job.outputFile, m_job.temporaryDir);
+    ConversionFiles files(m_job);
     LogFileReader reader(m_job.inputFile);
     progress(0, 0);
     if (!isConvertible(reader))
@@ -63,7 +63,10 @@ bool WorkerConvertMDF4::convert()
         error(files.failure());
         return false;
     }
-    LogFileProcessing processing(m_job, *this);
+    ConversionJob job = m_job;
+    job.outputFile = files.outputFile();
+    job.temporaryDir = files.temporaryDir();
+    LogFileProcessing processing(job, *this);
     info(QStringLiteral("grouping signal-channels..."));
     processing.buildInterfaces(*reader.configuration());
     emit sig_updateSignals(processing.signalCounts(), false);
@@ -89,6 +92,7 @@ bool WorkerConvertMDF4::convert()
         error(files.failure());
         return false;
     }
+    m_summary.outputFile = files.outputFile();
     info(QStringLiteral("Writing MDF4 done."));
     progress(100, 100);
     return true;
