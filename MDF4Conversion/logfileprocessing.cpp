@@ -30,14 +30,22 @@ LogFileProcessing::~LogFileProcessing()
     qDebug("Destroying LogFileProcessing");
 }
 
-void LogFileProcessing::buildInterfaces(const TerminalStruct &configuration)
+bool LogFileProcessing::buildInterfaces(const TerminalStruct &configuration,
+                                        const std::atomic<bool> &cancelled)
 {
-    m_groups = Interface_MDF4_Factory::build(m_context, configuration);
+    ChannelGroupList list(cancelled);
+    Interface_MDF4_Factory::build(m_context, configuration, list);
+    if (!list.failure().isEmpty())
+        m_messages.error(list.failure());
+    if (list.isClosed())
+        return false;
+    m_groups = list.take();
     m_temporaryFiles.setExpectedFiles(int(m_groups.size()));
     EntryIndex::Groups groups;
     for (const auto &group : m_groups)
         groups.push_back(group.get());
     m_index = std::make_unique<EntryIndex>(groups);
+    return true;
 }
 
 // Sync stamps come first, so that they are known before any signal that follows them.

@@ -152,7 +152,7 @@ M4CGBlock *Mdf4FileWriter::addGroup(const MDF4_ChannelGroup &group, M4DGBlock *d
         return nullptr;
     quint32 byteOffset = MDF4_ChannelGroup::timeBytes;
     for (const auto &channel : group.channels()) {
-        if (!addChannel(*cg, *channel, byteOffset))
+        if (m_cancelled || !addChannel(*cg, *channel, byteOffset))
             return nullptr;
         byteOffset += channel->size;
     }

@@ -65,7 +65,10 @@ bool WorkerConvertMDF4::convert()
     }
     LogFileProcessing processing(m_job, *this);
     info(QStringLiteral("grouping signal-channels..."));
-    processing.buildInterfaces(*reader.configuration());
+    if (!processing.buildInterfaces(*reader.configuration(), m_cancelled)) {
+        cancelRequested();
+        return false;
+    }
     emit sig_updateSignals(processing.signalCounts(), false);
     const bool parsed = parse(reader, processing);
     qDebug("MDF4 Converter Deleting LOG..");
