@@ -103,16 +103,10 @@ void LogFileProcessing::reportTimestampsAndDebugInfos()
     }
 }
 
-void LogFileProcessing::reportDroppedRecords()
+void LogFileProcessing::reportLosses()
 {
-    for (const auto &group : m_groups) {
-        if (group->droppedRecords() != 0) {
-            m_messages.warning(QStringLiteral("%1 records of channel-group %2 were left out, they "
-                                              "lacked the data of some of its channels.")
-                                   .arg(group->droppedRecords())
-                                   .arg(group->sigGrpName));
-        }
-    }
+    for (const auto &group : m_groups)
+        group->reportLosses();
 }
 
 std::vector<MDF4_ChannelGroup *> LogFileProcessing::groupsWithSamples() const
@@ -155,7 +149,7 @@ LogFileProcessing::SignalCounts LogFileProcessing::signalCounts() const
     std::map<QString, std::map<QString, quint64>> counts;
     for (const auto &group : m_groups) {
         for (const auto &channel : group->channels())
-            counts[group->sigGrpName][channel->name] += channel->sampleCount();
+            counts[group->sigGrpName][channel->name] += group->recordCount();
     }
     SignalCounts texts;
     for (const auto &[group, channels] : counts) {

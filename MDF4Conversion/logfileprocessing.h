@@ -35,7 +35,7 @@ public:
 
     // Statuses, warnings and errors about what the log tells of the logger, once it is parsed.
     void reportTimestampsAndDebugInfos();
-    void reportDroppedRecords();
+    void reportLosses();
 
     // Writes all groups with samples into `path`, under which the file grows. The texts name the
     // output file of the job. False when it failed or was cancelled; the file is gone then.

@@ -76,7 +76,7 @@ bool WorkerConvertMDF4::convert()
     if (!parsed)
         return false;
     processing.reportTimestampsAndDebugInfos();
-    processing.reportDroppedRecords();
+    processing.reportLosses();
     info(QStringLiteral("updating signallist..."));
     emit sig_updateSignals(processing.signalCounts(), true);
     processing.fillSummary(m_summary);

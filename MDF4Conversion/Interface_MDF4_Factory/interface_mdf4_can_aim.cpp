@@ -41,6 +41,15 @@ quint32 AimLayout::storedBytes() const
     return bytes;
 }
 
+quint32 AimLayout::channelsInFrame() const
+{
+    const quint32 channelBytes = samples * sampleBytes;
+    quint32 inFrame = 0;
+    while (inFrame < channels && inFrame * (channelBytes + gapBytes) + channelBytes <= frameBytes)
+        ++inFrame;
+    return inFrame;
+}
+
 quint64 AimLayout::sampleAt(const StdLogEntry &entry, quint32 channel, quint32 sample) const
 {
     const quint32 bits = sampleBytes * 8;
@@ -84,6 +93,14 @@ Interface_MDF4_CAN_AIM::Interface_MDF4_CAN_AIM(const MDF4_ConversionContext &han
         channel->unit = meta.unit;
         addChannel(std::move(channel));
     }
+    const quint32 inFrame = layout.channelsInFrame();
+    if (inFrame < layout.channels) {
+        handler.messages->warning(
+            QStringLiteral("AIM module %1 on CAN-%2: from %3 on its channels reach beyond its "
+                           "message of %4 bytes, what is missing reads as 0.")
+                .arg(meta.name, QString::number(canNumber), channels()[inFrame]->name,
+                     QString::number(layout.frameBytes)));
+    }
 }
 
 bool Interface_MDF4_CAN_AIM::takeEntry(const StdLogEntry &entry)
@@ -92,7 +109,9 @@ bool Interface_MDF4_CAN_AIM::takeEntry(const StdLogEntry &entry)
         || rawlog::canIdentifier(entry.id) != m_layout.canId)
         return false;
     if (entry.info != m_layout.frameBytes) {
-        qWarning("Wrong datalength - add this as warning!");
+        // Any number of them may come: how many is told at the end.
+        if (m_wrongLengths++ == 0)
+            qWarning("Wrong datalength - add this as warning!");
         return false;
     }
     const bool isFirst = m_clock.sampleCount() == 0;
@@ -126,6 +145,17 @@ void Interface_MDF4_CAN_AIM::takeSamples(const StdLogEntry &entry, quint64 begin
         }
         endRecord(time);
     }
+}
+
+void Interface_MDF4_CAN_AIM::reportLosses() const
+{
+    MDF4_ChannelGroup::reportLosses();
+    if (m_wrongLengths == 0)
+        return;
+    context().messages->warning(QStringLiteral("%1 messages of channel-group %2 were left out, "
+                                               "they don't have its %3 bytes.")
+                                    .arg(QString::number(m_wrongLengths), sigGrpName,
+                                         QString::number(m_layout.frameBytes)));
 }
 
 // The message is known by its number, whether sent with 11 or 29 bits.

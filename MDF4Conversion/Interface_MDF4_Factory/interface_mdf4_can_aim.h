@@ -22,6 +22,8 @@ struct AimLayout
     // Empty for a description that no CAN frame can follow.
     [[nodiscard]] static std::optional<AimLayout> of(const AimMsgMeta &meta);
     [[nodiscard]] quint64 sampleAt(const StdLogEntry &entry, quint32 channel, quint32 sample) const;
+    // Channels that lie in the frame as a whole; what others lack reads as 0.
+    [[nodiscard]] quint32 channelsInFrame() const;
     // Bytes in the record: the smallest of 1, 2, 4 and 8 that holds a sample.
     [[nodiscard]] quint32 storedBytes() const;
 };
@@ -50,6 +52,7 @@ public:
                            quint8 canNumber, const AimLayout &layout, const AimMsgMeta &meta);
 
     bool takeEntry(const StdLogEntry &entry) override;
+    void reportLosses() const override;
     [[nodiscard]] std::vector<EntrySelection> selections() const override;
     [[nodiscard]] quint64 newestTimestamp() const override { return m_clock.timestamp(); }
 
@@ -64,5 +67,6 @@ private:
 
     const quint8 m_canNumber;
     const AimLayout m_layout;
+    quint64 m_wrongLengths = 0; // entries
     Clock m_clock;
 };

@@ -1,5 +1,6 @@
 #include "MDF4Conversion/Interface_MDF4_Factory/interface_mdf4_can_dbc.h"
 
+#include "MDF4Conversion/Interface_MDF4_Factory/namelist.h"
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
 #include "config/streamingclass_dbc_signal.h"
 #include "config/terminalcancfg.h"
@@ -132,14 +133,15 @@ public:
 
     void addMessage(const MessageKey &key, const Message &message)
     {
-        warnAboutMultiplexors(key.first, message);
         if (message.recorded.empty())
             return;
+        warnAboutMultiplexors(key.first, message);
         EntrySelection frames;
         frames.type = rawlog::RLD_CAN;
         frames.number = m_number;
         frames.canId =
             (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
+        warnAboutFrames(key.first, message, frames);
         if (!message.hasMultiplexed())
             addGroup(QStringLiteral("DBC"), frames, message.recorded);
         else if (message.multiplexors.empty())
@@ -165,6 +167,25 @@ private:
                     .arg(m_number)
                     .arg(id));
         }
+    }
+
+    void warnAboutFrames(quint32 id, const Message &message, const EntrySelection &frames)
+    {
+        QStringList beyond;
+        const auto judge = [&](const Signal &signal) {
+            if (sourceOf(signal, frames).field(0).frameBytes() > signal.dlc)
+                beyond.append(signal.name);
+        };
+        if (message.hasMultiplexed() && !message.multiplexors.empty())
+            judge(*message.multiplexors.front());
+        for (const Signal *signal : message.recorded)
+            judge(*signal);
+        if (beyond.isEmpty())
+            return;
+        m_context.messages->warning(
+            QStringLiteral("CAN-DBC Signals that reach beyond their frame, what is missing reads "
+                           "as 0: CAN-%1 msgID:%2: %3")
+                .arg(QString::number(m_number), QString::number(id), nameList(beyond)));
     }
 
     // Each value of the multiplexor has a group of its own, with the plain signals, too.

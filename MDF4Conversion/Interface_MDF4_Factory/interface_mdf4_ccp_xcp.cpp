@@ -3,7 +3,9 @@
 #include "MDF4Conversion/Interface_MDF4_Factory/daqsignals.h"
 #include "MDF4Conversion/Interface_MDF4_Factory/interface_mdf4_can_dbc.h"
 #include "MDF4Conversion/Interface_MDF4_Factory/measurementchannel.h"
+#include "MDF4Conversion/Interface_MDF4_Factory/namelist.h"
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
+#include "a2l/records/a2lmeasurement.h"
 #include "config/streamingclass_cfg_ethernet.h"
 #include "config/terminalcancfg.h"
 
@@ -53,6 +55,10 @@ public:
             addGroupsByOdt(complete);
         }
         addLeftBehind(leftBehind);
+        warnOfLeftOut(QStringLiteral("the module doesn't describe them"),
+                      m_daqSignals.unknownNames());
+        warnOfLeftOut(QStringLiteral("they lie beyond the end of their DTO"),
+                      m_daqSignals.namesBeyondDto());
     }
 
 private:
@@ -80,10 +86,24 @@ private:
         m_context.messages->info(QStringLiteral(
             "Possibly converting an old log without Splitted / Not Splitted Flag.."));
         qDebug() << m_port.leftBehindText << leftBehind.size();
+        QStringList lost;
         for (const CCP_XCP_Signal &signal : leftBehind) {
             if (!signal.isSplitted() && signal.parts().front().Len == signal.valueSize())
                 addGroup({signal.withFirstPartOnly()});
+            else
+                lost.append(signal.measurement().name);
         }
+        warnOfLeftOut(QStringLiteral("their parts in the DAQ lists don't make up the whole value"),
+                      lost);
+    }
+
+    void warnOfLeftOut(const QString &reason, const QStringList &names)
+    {
+        if (names.isEmpty())
+            return;
+        m_context.messages->warning(
+            QStringLiteral("Measurements of %1-%2 are left out, %3: %4")
+                .arg(m_port.name.label, QString::number(m_port.number), reason, nameList(names)));
     }
 
     void addGroup(const Signals &members)
