@@ -82,10 +82,8 @@ Interface_MDF4_CAN_AIM::Interface_MDF4_CAN_AIM(const MDF4_ConversionContext &han
     : MDF4_ChannelGroup(handler, groupName, rawlog::RLD_CAN)
     , m_canNumber(canNumber)
     , m_layout(layout)
+    , m_clock(handler, rawlog::RLD_CAN, canNumber)
 {
-    m_clock.setContext(&handler);
-    m_clock.ReqType = rawlog::RLD_CAN;
-    m_clock.ReqNr = canNumber;
     for (quint32 i = 0; i < layout.channels; ++i) {
         auto channel = std::make_unique<MDF4_DataChannel_Linear_CAN_AIM>(layout, i);
         channel->name = QStringLiteral("CAN_%1_AIM_%2_AIM_CH_%3")
@@ -123,7 +121,7 @@ bool Interface_MDF4_CAN_AIM::takeEntry(const StdLogEntry &entry)
         return true;
     }
     quint64 interval = m_clock.timestamp() - last;
-    if (static_cast<quint32>(m_clock.timestamp()) < static_cast<quint32>(last)) {
+    if (logtime::lowWord(m_clock.timestamp()) < logtime::lowWord(last)) {
         --interval;
         qDebug() << "TsDiff with overflow:" << interval;
     }

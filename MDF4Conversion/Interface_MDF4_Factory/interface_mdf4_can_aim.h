@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MDF4Conversion/interface_extractdata.h"
+#include "MDF4Conversion/entryclock.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
 #include <memory>
@@ -57,16 +57,10 @@ public:
     [[nodiscard]] quint64 newestTimestamp() const override { return m_clock.timestamp(); }
 
 private:
-    // Times of the messages.
-    class Clock : public Interface_ExtractData
-    {
-        bool extractData(const StdLogEntry &, RecordBuffer &) override { return false; }
-    };
-
     void takeSamples(const StdLogEntry &entry, quint64 begin_us, quint64 interval_us);
 
     const quint8 m_canNumber;
     const AimLayout m_layout;
     quint64 m_wrongLengths = 0; // entries
-    Clock m_clock;
+    EntryClock m_clock;         // of the messages
 };
