@@ -1,6 +1,5 @@
 #include "MDF4Conversion/channelgrouplist.h"
-#include "MDF4Conversion/rawlog/entrybuilder.h"
-#include "tests/support/conversionharness.h"
+#include "tests/support/dbclog.h"
 #include "tests/support/logconfigurations.h"
 
 #include <QTest>
@@ -10,33 +9,18 @@ namespace {
 constexpr int maxGroups = int(ChannelGroupList::maxGroups);
 constexpr int maxChannels = int(ChannelGroupList::maxChannels);
 
-class Log : public ConversionHarness
+class Log : public DbcLog
 {
 public:
     // Messages of one byte with consecutive identifiers.
     void addAimMessages(int count)
     {
         for (int i = 0; i < count; ++i) {
-            AimMsgMeta &meta = configuration.can[0].aim_modules.add();
+            AimMsgMeta &meta = can().aim_modules.add();
             meta.MsgId = quint32(i);
             meta.msgLength = meta.channelsInMsg = meta.samplesInMsg = 1;
             meta.sampleSizeInBytes = 1;
         }
-    }
-
-    StreamingClass_DBC_Signal &addMultiplexed(quint32 id, int value)
-    {
-        StreamingClass_DBC_Signal &signal =
-            testlog::addSignal(configuration.can[0], QStringLiteral("M"), id, 8, 8);
-        signal.mux_kind = MultiplexedSignal;
-        signal.mux_value = value;
-        return signal;
-    }
-
-    void addMultiplexor(quint32 id)
-    {
-        testlog::addSignal(configuration.can[0], QStringLiteral("Mux"), id, 0, 8).mux_kind =
-            MultiplexorSignal;
     }
 };
 
@@ -70,7 +54,7 @@ void tst_LargeConfigurations::asManyGroupsAsAConversionHoldsAreConverted()
     log.addAimMessages(maxGroups);
     for (const quint32 time : {1000U, 2000U}) {
         for (int i = sampled; i <= maxGroups; i += sampled)
-            log.add(testlog::can(time, 0, quint32(i - 1), "01"));
+            log.add(testlog::can(time, DbcLog::bus, quint32(i - 1), "01"));
     }
     const ConversionResult result = log.convert();
     QCOMPARE(result.errors, QStringList());
@@ -100,7 +84,7 @@ void tst_LargeConfigurations::oneChannelMoreGivesTheConversionUp()
     QFETCH(bool, written);
     Log log;
     for (int i = 0; i < channels; ++i)
-        testlog::addSignal(log.configuration.can[0], QString(), 1, 0, 8);
+        log.addSignal(QByteArray(), 0, 8);
     const ConversionResult result = log.convert();
     QCOMPARE(result.errors, written ? QStringList() : givenUp());
     QCOMPARE(result.summary.written, written);
@@ -109,10 +93,10 @@ void tst_LargeConfigurations::oneChannelMoreGivesTheConversionUp()
 void tst_LargeConfigurations::plainSignalsOfManyMultiplexorValuesGiveTheConversionUp()
 {
     Log log;
-    log.addMultiplexor(1);
+    log.addMultiplexor("Mux", 0, 8);
     for (int i = 0; i < 30000; ++i) {
-        log.addMultiplexed(1, i);
-        testlog::addSignal(log.configuration.can[0], QString(), 1, 0, 8);
+        log.addMultiplexed("M", i, 8);
+        log.addSignal(QByteArray(), 0, 8);
     }
     QCOMPARE(log.convert().errors, givenUp());
 }
@@ -121,7 +105,7 @@ void tst_LargeConfigurations::modulesThatAreLeftOutAreToldOfUpToTheLimit()
 {
     Log log;
     for (int i = 0; i < maxGroups + 10; ++i)
-        log.configuration.can[0].aim_modules.add();
+        log.can().aim_modules.add();
     const ConversionResult result = log.convert();
     QCOMPARE(result.errors.size(), maxGroups + givenUp().size());
     QCOMPARE(result.errors.mid(maxGroups), givenUp());
@@ -131,9 +115,9 @@ void tst_LargeConfigurations::cancellingEndsTheBuildingOfGroups()
 {
     Log log;
     for (const quint32 id : {1U, 2U}) {
-        log.addMultiplexor(id);
-        log.addMultiplexor(id);
-        log.addMultiplexed(id, 1);
+        log.addMultiplexor("First", 0, 8, id);
+        log.addMultiplexor("Second", 0, 8, id);
+        log.addMultiplexed("M", 1, 8, id);
     }
     log.prepare = [](WorkerConvertMDF4 &worker) {
         QObject::connect(&worker, &WorkerConvertMDF4::sig_warning, &worker,

@@ -1,6 +1,6 @@
-#include "MDF4Conversion/rawlog/entrybuilder.h"
-#include "tests/support/conversionharness.h"
-#include "tests/support/logconfigurations.h"
+#include "tests/support/aimlog.h"
+#include "tests/support/daqlog.h"
+#include "tests/support/dbclog.h"
 
 #include <QTest>
 
@@ -8,49 +8,12 @@ namespace {
 
 using Counts = std::map<QString, std::map<QString, QString>>;
 
-constexpr quint32 messageId = 0x123;
-constexpr quint8 uByte = 0;
-constexpr quint8 uLong = 4;
 constexpr quint8 unknownType = 77;
 
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
 }
-
-class Log : public ConversionHarness
-{
-public:
-    TerminalCanCfg &can() { return configuration.can[2]; }
-    StreamingClass_A2L_Module &module() { return can().a2l; }
-
-    StreamingClass_DBC_Signal &addSignal(const char *name, quint16 startBit, quint16 bitLength)
-    {
-        return testlog::addSignal(can(), text(name), messageId, startBit, bitLength);
-    }
-
-    // Two channels of two words in eight bytes.
-    AimMsgMeta &addAim()
-    {
-        AimMsgMeta &meta = can().aim_modules.add();
-        meta.MsgId = messageId;
-        meta.msgLength = 8;
-        meta.channelsInMsg = meta.samplesInMsg = meta.sampleSizeInBytes = 2;
-        meta.name = text("Module");
-        return meta;
-    }
-
-    A2lMeasurement &addMeasurement(const char *name, quint8 dataType)
-    {
-        return testlog::addMeasurement(module(), text(name), dataType);
-    }
-
-    // The first ODT of a DAQ list of its own.
-    StreamingClass_A2L_ODT &addOdt()
-    {
-        return testlog::addOdt(testlog::addDaq(module(), messageId), 0);
-    }
-};
 
 } // namespace
 
@@ -78,22 +41,22 @@ private slots:
 
 void tst_Losses::aimMessagesOfAnotherLengthAreCounted()
 {
-    Log log;
-    log.addAim();
+    AimLog log;
+    log.addModule();
     for (const char *hex : {"0000000000000000", "00", "0000", "0000000000000000", ""})
-        log.add(testlog::can(1000, 2, messageId, hex));
+        log.addMessage(1000, hex);
     QTest::ignoreMessage(QtWarningMsg, "Wrong datalength - add this as warning!");
     QCOMPARE(log.convert().warnings,
-             QStringList(text("3 messages of channel-group CAN_2_AIM_Module were left out, they "
+             QStringList(text("3 messages of channel-group CAN_1_AIM_Module were left out, they "
                               "don't have its 8 bytes.")));
 }
 
 void tst_Losses::aimChannelsBeyondTheirMessageAreNamed()
 {
-    Log log;
-    log.addAim().gapBetweenChannelsInBytes = 1;
+    AimLog log;
+    log.addModule().gapBetweenChannelsInBytes = 1;
     QCOMPARE(log.convert().warnings,
-             QStringList(text("AIM module Module on CAN-2: from CAN_2_AIM_Module_AIM_CH_2 on its "
+             QStringList(text("AIM module Module on CAN-1: from CAN_1_AIM_Module_AIM_CH_2 on its "
                               "channels reach beyond its message of 8 bytes, what is missing "
                               "reads as 0.")));
 }
@@ -119,7 +82,7 @@ void tst_Losses::dbcSignalsBeyondTheirFrameAreNamed()
     QFETCH(int, bitLength);
     QFETCH(bool, intel);
     QFETCH(bool, told);
-    Log log;
+    DbcLog log;
     StreamingClass_DBC_Signal &signal =
         log.addSignal("Speed", quint16(startBit), quint16(bitLength));
     signal.little_endian = intel;
@@ -131,7 +94,7 @@ void tst_Losses::dbcSignalsBeyondTheirFrameAreNamed()
 
 void tst_Losses::signalsBeyondTheFrameOfAMessageShareAWarning()
 {
-    Log log;
+    DbcLog log;
     for (const char *name : {"A", "B"})
         log.addSignal(name, 60, 8);
     log.addSignal("Whole", 0, 8);
@@ -142,7 +105,7 @@ void tst_Losses::signalsBeyondTheFrameOfAMessageShareAWarning()
 
 void tst_Losses::aMultiplexorBeyondItsFrameIsNamed()
 {
-    Log log;
+    DbcLog log;
     StreamingClass_DBC_Signal &multiplexor = log.addSignal("Mux", 64, 8);
     multiplexor.mux_kind = MultiplexorSignal;
     multiplexor.selection_flags = 0;
@@ -154,7 +117,7 @@ void tst_Losses::aMultiplexorBeyondItsFrameIsNamed()
 
 void tst_Losses::multiplexorsOfUnrecordedMessagesAreNotToldOf()
 {
-    Log log;
+    DbcLog log;
     for (const char *name : {"First", "Second"}) {
         StreamingClass_DBC_Signal &multiplexor = log.addSignal(name, 0, 8);
         multiplexor.mux_kind = MultiplexorSignal;
@@ -165,34 +128,34 @@ void tst_Losses::multiplexorsOfUnrecordedMessagesAreNotToldOf()
 
 void tst_Losses::aMeasurementThatLacksPartsIsNamed()
 {
-    Log log;
-    log.addMeasurement("Speed", uLong);
+    DaqLog log;
+    log.addMeasurement("Speed", A2lDataType::ULong);
     testlog::addSplitElement(log.addOdt(), text("Speed"), 3, 0);
     QCOMPARE(log.convert().warnings,
-             QStringList(text("Measurements of CAN-2 are left out, their parts in the DAQ lists "
+             QStringList(text("Measurements of CAN-5 are left out, their parts in the DAQ lists "
                               "don't make up the whole value: Speed")));
 }
 
 void tst_Losses::aNameThatTheModuleLacksIsToldOnce()
 {
-    Log log;
+    DaqLog log;
     testlog::addElement(log.addOdt(), text("Gone"), 1);
     testlog::addElement(log.addOdt(), text("Gone"), 1);
     QCOMPARE(log.convert().warnings,
-             QStringList(text("Measurements of CAN-2 are left out, the module doesn't describe "
+             QStringList(text("Measurements of CAN-5 are left out, the module doesn't describe "
                               "them: Gone")));
 }
 
 void tst_Losses::aMeasurementBeyondItsDtoIsNamed()
 {
-    Log log;
-    log.addMeasurement("Near", uByte);
-    log.addMeasurement("Far", uByte);
+    DaqLog log;
+    log.addMeasurement("Near", A2lDataType::UByte);
+    log.addMeasurement("Far", A2lDataType::UByte);
     StreamingClass_A2L_ODT &odt = log.addOdt();
     testlog::addElement(odt, text("Near"), 254);
     testlog::addElement(odt, text("Far"), 1);
     QCOMPARE(log.convert().warnings,
-             QStringList(text("Measurements of CAN-2 are left out, they lie beyond the end of "
+             QStringList(text("Measurements of CAN-5 are left out, they lie beyond the end of "
                               "their DTO: Far")));
 }
 
@@ -201,14 +164,14 @@ void tst_Losses::aMeasurementOfSeveralListsThatIsLeftOutIsToldOnce_data()
     QTest::addColumn<int>("dataType");
     QTest::addColumn<int>("byteOrder");
     QTest::newRow("data type") << int(unknownType) << 0;
-    QTest::newRow("byte order") << int(uByte) << 99;
+    QTest::newRow("byte order") << int(A2lDataType::UByte) << 99;
 }
 
 void tst_Losses::aMeasurementOfSeveralListsThatIsLeftOutIsToldOnce()
 {
     QFETCH(int, dataType);
     QFETCH(int, byteOrder);
-    Log log;
+    DaqLog log;
     log.addMeasurement("Odd", quint8(dataType)).byte_order = byteOrder;
     testlog::addElement(log.addOdt(), text("Odd"), 1);
     testlog::addElement(log.addOdt(), text("Odd"), 1);
@@ -219,7 +182,7 @@ void tst_Losses::aMeasurementOfSeveralListsThatIsLeftOutIsToldOnce()
 
 void tst_Losses::manyNamesAreCutShort()
 {
-    Log log;
+    DbcLog log;
     for (int i = 1; i <= 23; ++i)
         log.addSignal(QByteArray::number(i), 60, 8);
     const QStringList warnings = log.convert().warnings;
@@ -230,11 +193,11 @@ void tst_Losses::manyNamesAreCutShort()
 
 void tst_Losses::recordsThatAreLeftOutAreNotCountedAsSamples()
 {
-    Log log;
+    DbcLog log;
     // Frames of one length never bring both.
     log.addSignal("Long", 0, 8);
     log.addSignal("Short", 0, 8).dlc = 4;
-    log.add(testlog::can(1000, 2, messageId, "0102030405060708"));
+    log.addFrame(1000, "0102030405060708");
     Counts counts;
     log.prepare = [&counts](WorkerConvertMDF4 &worker) {
         QObject::connect(&worker, &WorkerConvertMDF4::sig_updateSignals,
