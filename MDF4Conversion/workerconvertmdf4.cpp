@@ -5,8 +5,11 @@
 #include "MDF4Conversion/rawlog/logfilereader.h"
 #include "config/terminalstruct.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
+
+#include <new>
 
 WorkerConvertMDF4::WorkerConvertMDF4(const ConversionJob &job, QObject *parent)
     : QObject(parent)
@@ -44,7 +47,12 @@ void WorkerConvertMDF4::process()
     m_summary = ConversionSummary();
     qDebug("MDF4 conversion starts..");
     info(QStringLiteral("logfile-conversion started..."));
-    m_summary.written = convert();
+    try {
+        m_summary.written = convert();
+    } catch (const std::bad_alloc &) {
+        error(QCoreApplication::translate("Conversion",
+                                          "There is not enough memory for the conversion"));
+    }
     if (m_summary.written)
         info(QStringLiteral("Logfile-conversion completed."));
     else

@@ -1,41 +1,12 @@
 #include "MDF4Conversion/blockpipeline.h"
 #include "MDF4Conversion/lib_mdf4/mdf4/deflate.h"
+#include "tests/support/allocationlimit.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
-
-#include <atomic>
-#include <cstdlib>
-#include <limits>
-#include <new>
-
-namespace {
-
-// What is larger can't be had.
-std::atomic<std::size_t> largestAllocation{std::numeric_limits<std::size_t>::max()};
-
-} // namespace
-
-void *operator new(std::size_t size)
-{
-    void *memory = size > largestAllocation ? nullptr : std::malloc(size != 0 ? size : 1);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void operator delete(void *memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void *memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 using Disorder = std::vector<std::pair<quint64, quint64>>;
 
@@ -263,12 +234,11 @@ void tst_BlockPipeline::memoryThatRunsOutIsAFailure()
     QFETCH(int, threads);
     constexpr quint32 blockSize = recordSize * 100000;
     const auto records = source(QByteArray(int(blockSize) * 5, 0), blockSize);
-    largestAllocation = blockSize / 2;
+    const AllocationLimit limit(blockSize / 2);
     BlockPipeline pipeline({records}, 0, threads);
     QStringList failures;
     for (int i = 0; i < 5; ++i)
         failures.append(pipeline.next().failure);
-    largestAllocation = std::numeric_limits<std::size_t>::max();
     const QString told = QStringLiteral("Temporary file %1: there is not enough memory to read it "
                                         "back")
                              .arg(QDir::toNativeSeparators(records.path));
