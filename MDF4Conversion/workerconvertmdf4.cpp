@@ -5,8 +5,11 @@
 #include "MDF4Conversion/rawlog/logfilereader.h"
 #include "config/terminalstruct.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
+
+#include <new>
 
 WorkerConvertMDF4::WorkerConvertMDF4(const ConversionJob &job, QObject *parent)
     : QObject(parent)
@@ -44,7 +47,12 @@ void WorkerConvertMDF4::process()
     m_summary = ConversionSummary();
     qDebug("MDF4 conversion starts..");
     info(QStringLiteral("logfile-conversion started..."));
-    m_summary.written = convert();
+    try {
+        m_summary.written = convert();
+    } catch (const std::bad_alloc &) {
+        error(QCoreApplication::translate("Conversion",
+                                          "There is not enough memory for the conversion"));
+    }
     if (m_summary.written)
         info(QStringLiteral("Logfile-conversion completed."));
     else
@@ -68,7 +76,10 @@ bool WorkerConvertMDF4::convert()
     job.temporaryDir = files.temporaryDir();
     LogFileProcessing processing(job, *this);
     info(QStringLiteral("grouping signal-channels..."));
-    processing.buildInterfaces(*reader.configuration());
+    if (!processing.buildInterfaces(*reader.configuration(), m_cancelled)) {
+        cancelRequested();
+        return false;
+    }
     emit sig_updateSignals(processing.signalCounts(), false);
     const bool parsed = parse(reader, processing);
     qDebug("MDF4 Converter Deleting LOG..");
@@ -76,7 +87,7 @@ bool WorkerConvertMDF4::convert()
     if (!parsed)
         return false;
     processing.reportTimestampsAndDebugInfos();
-    processing.reportDroppedRecords();
+    processing.reportLosses();
     info(QStringLiteral("updating signallist..."));
     emit sig_updateSignals(processing.signalCounts(), true);
     processing.fillSummary(m_summary);

@@ -42,6 +42,8 @@ std::vector<CCP_XCP_Signal> DaqSignals::signalsOf(const StreamingClass_A2L_DAQ &
         for (const StreamingClass_A2L_ODT_ELEMENT *element : odt->elements) {
             if (position + element->size <= maxDtoPosition)
                 addElement(daq, odt->pid, position, *element);
+            else
+                noteBeyondDto(*element);
             position += element->size;
         }
     }
@@ -62,27 +64,49 @@ void DaqSignals::addElement(const StreamingClass_A2L_DAQ &daq, quint8 pid, quint
     }
 }
 
+void DaqSignals::noteBeyondDto(const StreamingClass_A2L_ODT_ELEMENT &element)
+{
+    for (const QString &name : element.names) {
+        if (note(name))
+            m_namesBeyondDto.append(name);
+    }
+}
+
+bool DaqSignals::note(const QString &name)
+{
+    const int before = m_told.size();
+    m_told.insert(name);
+    return m_told.size() != before;
+}
+
 CCP_XCP_Signal *DaqSignals::signalOf(const StreamingClass_A2L_DAQ &daq, const QString &name)
 {
     const auto place = m_places.constFind(name);
     if (place != m_places.constEnd())
         return *place == leftOut ? nullptr : &m_signals[size_t(*place)];
     const A2lMeasurement *measurement = m_measurements.value(name);
-    if (!measurement)
+    if (!measurement) {
+        if (!name.isEmpty() && note(name))
+            m_unknownNames.append(name);
         return nullptr;
+    }
     if (bytesOfDataType(measurement->data_type) == 0) {
-        m_messages.warning(QStringLiteral("a2lToCNDType - landed in default.. Measurement %1 is "
-                                          "left out, its data type %2 is unknown.")
-                               .arg(name, QString::number(measurement->data_type)));
+        if (note(name))
+            m_messages.warning(
+                QStringLiteral("a2lToCNDType - landed in default.. Measurement %1 is "
+                               "left out, its data type %2 is unknown.")
+                    .arg(name, QString::number(measurement->data_type)));
         m_places.insert(name, leftOut);
         return nullptr;
     }
     try {
         m_signals.emplace_back(m_link, m_number, daq.can_id, *measurement);
     } catch (const std::out_of_range &) {
-        m_messages.error(QStringLiteral("Measurement %1 is left out: there is no extraction for "
-                                        "its byte order (%2).")
-                             .arg(name, QString::number(measurement->byte_order)));
+        if (note(name))
+            m_messages.error(
+                QStringLiteral("Measurement %1 is left out: there is no extraction for "
+                               "its byte order (%2).")
+                    .arg(name, QString::number(measurement->byte_order)));
         m_places.insert(name, leftOut);
         return nullptr;
     }

@@ -93,6 +93,7 @@ private slots:
     void progressRunsTo50WhileParsingAndTo100WhileWriting();
     void cancellingAtAnyStatusLeavesNothing_data();
     void cancellingAtAnyStatusLeavesNothing();
+    void cancellingDuringTheWritingLeavesNoOutput();
     void aConversionThatWasCancelledKeepsAnExistingOutput();
 
     void theHeaderTellsOfTheConversion();
@@ -406,6 +407,24 @@ void tst_WorkerConvertMDF4::cancellingAtAnyStatusLeavesNothing()
     QVERIFY(result.summary.cancelled);
     QCOMPARE(result.errors, (QStringList{text("cancel conversion requested by user"),
                                          text("Logfile-conversion aborted.")}));
+    QCOMPARE(log.leftFiles(), QStringList(text("log.rld")));
+}
+
+void tst_WorkerConvertMDF4::cancellingDuringTheWritingLeavesNoOutput()
+{
+    Log log;
+    log.addFrames(100);
+    WorkerConvertMDF4 *running = nullptr;
+    bool partExisted = false;
+    log.prepare = [&running](WorkerConvertMDF4 &worker) { running = &worker; };
+    log.onStatus = [&](const QString &told) {
+        if (!told.startsWith(text("Writing: channel-group")))
+            return;
+        partExisted = QFile::exists(log.job.outputFile + text(".part"));
+        running->requestCancelProcess();
+    };
+    QVERIFY(!log.convert().summary.written);
+    QVERIFY(partExisted);
     QCOMPARE(log.leftFiles(), QStringList(text("log.rld")));
 }
 
