@@ -16,6 +16,15 @@ auto *elementOf(Array &array, int index)
     return index >= 0 && index < int(array.size()) ? &array.at(std::size_t(index)) : nullptr;
 }
 
+template <class R>
+QByteArray serialised(const R &record, const char *name)
+{
+    const QByteArray bytes = record::toBytes(record);
+    qDebug().noquote() << QString::fromLatin1(name) + QStringLiteral(" - serialized data lenth:")
+                       << bytes.size();
+    return bytes;
+}
+
 } // namespace
 
 bool Logger_Data_Handler_Class::saveConfiguration(const QString &path, QString *error) const
@@ -37,10 +46,7 @@ bool Logger_Data_Handler_Class::writeWholeConfiguration(const TerminalStruct &co
 template <class R>
 bool Logger_Data_Handler_Class::writeRecord(int type, const R &record, const char *name)
 {
-    const QByteArray bytes = record::toBytes(record);
-    qDebug().noquote() << QString::fromLatin1(name) + QStringLiteral(" - serialized data lenth:")
-                       << bytes.size();
-    return sendRecord(type, bytes);
+    return sendRecord(type, serialised(record, name));
 }
 
 // The record holds the new value only while it is serialised.
@@ -48,10 +54,10 @@ template <class R, class Owner, class T>
 bool Logger_Data_Handler_Class::writeField(int type, R &record, Owner &owner, T Owner::*field,
                                            T value, const char *name)
 {
-    const QScopedValueRollback<T> restored(owner.*field, value);
-    const QByteArray bytes = record::toBytes(record);
-    qDebug().noquote() << QString::fromLatin1(name) + QStringLiteral(" - serialized data lenth:")
-                       << bytes.size();
+    const QByteArray bytes = [&] {
+        const QScopedValueRollback<T> restored(owner.*field, value);
+        return serialised(record, name);
+    }();
     return sendRecord(type, bytes);
 }
 
@@ -261,10 +267,13 @@ bool Logger_Data_Handler_Class::cmd_write_d4mod_mode(int rs485_nr, quint8 mode, 
                                                      qint32 mode_value)
 {
     auto &port = m_terminal->rs485.at(std::size_t(rs485_nr));
-    const QScopedValueRollback<quint8> restoredMode(port.d4mod.mode, mode);
-    const QScopedValueRollback<quint8> restoredRate(port.d4mod.rate, rate);
-    return writeField(protocol::Rs485 + rs485_nr, port, port.d4mod, &TerminalD4ModCfg::mode_value,
-                      mode_value, "cmd_write_d4mod_mode");
+    const QByteArray bytes = [&] {
+        const QScopedValueRollback<quint8> restoredMode(port.d4mod.mode, mode);
+        const QScopedValueRollback<quint8> restoredRate(port.d4mod.rate, rate);
+        const QScopedValueRollback<qint32> restoredValue(port.d4mod.mode_value, mode_value);
+        return serialised(port, "cmd_write_d4mod_mode");
+    }();
+    return sendRecord(protocol::Rs485 + rs485_nr, bytes);
 }
 
 bool Logger_Data_Handler_Class::cmd_write_ethercat_enabled(int ethercat_nr, quint8 value)
