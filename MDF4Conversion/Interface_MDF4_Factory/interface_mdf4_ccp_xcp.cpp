@@ -88,11 +88,14 @@ private:
         qDebug() << m_port.leftBehindText << leftBehind.size();
         QStringList lost;
         for (const CCP_XCP_Signal &signal : leftBehind) {
+            if (m_groups.isClosed())
+                return;
             if (!signal.isSplitted() && signal.parts().front().Len == signal.valueSize())
                 addGroup({signal.withFirstPartOnly()});
             else
                 lost.append(signal.measurement().name);
         }
+        lost.removeDuplicates(); // of several lists
         warnOfLeftOut(QStringLiteral("their parts in the DAQ lists don't make up the whole value"),
                       lost);
     }

@@ -11,7 +11,6 @@
 namespace benchlog {
 namespace {
 
-constexpr quint32 interval_us = 100;
 constexpr quint8 frameBytes = 8;
 constexpr int entrySize = int(rawlog::entryHeadSize) + 8 + frameBytes;
 constexpr qint64 entriesInBlock = 40'000;
@@ -68,7 +67,9 @@ private:
     quint64 m_state = 20240514;
 };
 
-class Frames
+} // namespace
+
+class EntryStream::Frames
 {
 public:
     explicit Frames(const Plan &plan)
@@ -105,7 +106,9 @@ private:
     std::vector<std::array<Ramp, signalCount>> m_ramps;
 };
 
-void putEntry(char *to, qint64 index, int message, quint64 data)
+namespace {
+
+void putEntry(char *to, quint32 timestamp_us, int message, quint64 data)
 {
     using namespace rawlog;
     qToLittleEndian(syncWord, to);
@@ -114,7 +117,7 @@ void putEntry(char *to, qint64 index, int message, quint64 data)
     to[5] = static_cast<char>(message % channels);
     to[6] = 0;
     to[7] = char(frameBytes);
-    qToLittleEndian(static_cast<quint32>(quint64(index + 1) * interval_us), to + 8);
+    qToLittleEndian(timestamp_us, to + 8);
     qToLittleEndian(identifierOf(message), to + 12);
     qToLittleEndian(data, to + 16);
 }
@@ -153,22 +156,36 @@ std::unique_ptr<TerminalStruct> configuration(const Plan &plan)
     return configuration;
 }
 
+EntryStream::EntryStream(const Plan &plan, quint32 start_us)
+    : m_plan(plan)
+    , m_start_us(start_us)
+    , m_frames(std::make_unique<Frames>(plan))
+{}
+
+EntryStream::~EntryStream() = default;
+
+QByteArray EntryStream::next(int count)
+{
+    const int messages = messagesOf(m_plan);
+    QByteArray entries(count * entrySize, Qt::Uninitialized);
+    char *to = entries.data();
+    for (int i = 0; i < count; ++i, ++m_done, to += entrySize) {
+        const auto message = static_cast<int>(m_done % messages);
+        const auto since_us = static_cast<quint32>(quint64(m_done + 1) * m_plan.interval_us);
+        putEntry(to, m_start_us + since_us, message, m_frames->next(message));
+    }
+    return entries;
+}
+
 QString write(const QString &path, const Plan &plan)
 {
     RawLogFile file(path);
     bool ok = file.begin(*configuration(plan));
-    Frames frames(plan);
-    const int messages = messagesOf(plan);
-    QByteArray block;
+    EntryStream entries(plan);
     for (qint64 done = 0; ok && done < plan.entries;) {
         const auto count = static_cast<int>(qMin(entriesInBlock, plan.entries - done));
-        block.resize(count * entrySize);
-        char *to = block.data();
-        for (int i = 0; i < count; ++i, ++done, to += entrySize) {
-            const auto message = static_cast<int>(done % messages);
-            putEntry(to, done, message, frames.next(message));
-        }
-        ok = file.add(block);
+        ok = file.add(entries.next(count));
+        done += count;
     }
     if (ok)
         file.finish();

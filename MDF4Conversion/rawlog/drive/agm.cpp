@@ -44,18 +44,23 @@ rawlog::AgmSample sampleAt(const VehicleState &state, const Moment &moment)
 
 } // namespace
 
-void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
+void recordAgm(Schedule &schedule, const Vehicle &vehicle, qint64 period_us)
 {
     constexpr quint8 processor = 0;
+    schedule.every(period_us, 900, 60, [&vehicle](const Moment &moment) {
+        const rawlog::AgmSample sample = sampleAt(vehicle.at(moment.due_s()), moment);
+        return rawlog::agmEntry(moment.timestamp_us, processor, sample);
+    });
+}
+
+void addAgm(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
+{
     constexpr quint8 rate1000Hz = 0;
     constexpr quint16 scale4g = 1;
     configuration.agm.enabled = 1;
     configuration.agm.rate = rate1000Hz;
     configuration.agm.acc_scale = scale4g;
-    schedule.every(1000, 900, 60, [&vehicle](const Moment &moment) {
-        const rawlog::AgmSample sample = sampleAt(vehicle.at(moment.due_s()), moment);
-        return rawlog::agmEntry(moment.timestamp_us, processor, sample);
-    });
+    recordAgm(schedule, vehicle, 1000);
 }
 
 } // namespace drive

@@ -13,7 +13,11 @@ constexpr qint64 clockAtStart_us = 37'000'000;
 void Schedule::every(qint64 period_us, qint64 first_us, qint64 jitter_us, EntryMaker make)
 {
     m_recurring.push_back({period_us, first_us, jitter_us, std::move(make)});
-    enqueue(m_recurring.size() - 1, 0);
+    if (first_us >= m_start_us)
+        enqueue(m_recurring.size() - 1, 0);
+    else if (period_us > 0)
+        enqueue(m_recurring.size() - 1,
+                quint64((m_start_us - first_us + period_us - 1) / period_us));
 }
 
 void Schedule::enqueue(std::size_t index, quint64 tick)

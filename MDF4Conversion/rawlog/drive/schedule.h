@@ -27,6 +27,11 @@ using EntryMaker = std::function<QByteArray(const Moment &)>;
 class Schedule
 {
 public:
+    // What lies before `start_us` is left out.
+    explicit Schedule(qint64 start_us = 0)
+        : m_start_us(start_us)
+    {}
+
     // The first time at `first_us`, then every `period_us`, by up to `jitter_us` late. The jitter
     // must be less than the period, or the order within the source is lost.
     void every(qint64 period_us, qint64 first_us, qint64 jitter_us, EntryMaker make);
@@ -59,6 +64,7 @@ private:
     };
     void enqueue(std::size_t index, quint64 tick);
 
+    qint64 m_start_us;
     std::vector<Recurring> m_recurring;
     std::priority_queue<Due, std::vector<Due>, Later> m_queue;
 };

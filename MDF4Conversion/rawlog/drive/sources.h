@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 struct TerminalStruct;
 
 namespace drive {
@@ -21,5 +23,8 @@ void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const V
 void addStrainGauges(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addAimModules(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addEtherCat(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+
+// Only the samples of the accelerometer block, at any rate up to 10 kHz.
+void recordAgm(Schedule &schedule, const Vehicle &vehicle, qint64 period_us);
 
 } // namespace drive

@@ -30,7 +30,7 @@ private slots:
     void signalsBeyondTheFrameOfAMessageShareAWarning();
     void aMultiplexorBeyondItsFrameIsNamed();
     void multiplexorsOfUnrecordedMessagesAreNotToldOf();
-    void aMeasurementThatLacksPartsIsNamed();
+    void aMeasurementThatLacksPartsIsNamedOnce();
     void aNameThatTheModuleLacksIsToldOnce();
     void aMeasurementBeyondItsDtoIsNamed();
     void aMeasurementOfSeveralListsThatIsLeftOutIsToldOnce_data();
@@ -126,10 +126,11 @@ void tst_Losses::multiplexorsOfUnrecordedMessagesAreNotToldOf()
     QCOMPARE(log.convert().warnings, QStringList());
 }
 
-void tst_Losses::aMeasurementThatLacksPartsIsNamed()
+void tst_Losses::aMeasurementThatLacksPartsIsNamedOnce()
 {
     DaqLog log;
     log.addMeasurement("Speed", A2lDataType::ULong);
+    testlog::addSplitElement(log.addOdt(), text("Speed"), 3, 0);
     testlog::addSplitElement(log.addOdt(), text("Speed"), 3, 0);
     QCOMPARE(log.convert().warnings,
              QStringList(text("Measurements of CAN-5 are left out, their parts in the DAQ lists "

@@ -62,6 +62,7 @@ private slots:
     void valuesWanderSlowly();
     void theSamePlanGivesTheSameBytes();
     void aMissingFolderIsNamed();
+    void portionsOfAStreamMakeNoDifference();
 };
 
 void tst_BenchLog::aLogHasTheEntriesOfItsPlan_data()
@@ -168,6 +169,21 @@ void tst_BenchLog::aMissingFolderIsNamed()
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("none/b.rld"));
     QVERIFY(benchlog::write(path, Plan()).contains(QStringLiteral("b.rld")));
+}
+
+void tst_BenchLog::portionsOfAStreamMakeNoDifference()
+{
+    const Plan plan{1, 24, Widths::Mixed, 10};
+    benchlog::EntryStream whole(plan, 5000);
+    benchlog::EntryStream pieces(plan, 5000);
+    const QByteArray bytes = whole.next(100);
+    QCOMPARE(pieces.next(33) + pieces.next(0) + pieces.next(67), bytes);
+    StdLogEntry last;
+    const int size = bytes.size() / 100;
+    last.rebuild(reinterpret_cast<const uint8_t *>(bytes.constData()) + 99 * size,
+                 std::size_t(size));
+    QVERIFY(last.isComplete());
+    QCOMPARE(last.timestamp, 6000U);
 }
 
 QTEST_GUILESS_MAIN(tst_BenchLog)

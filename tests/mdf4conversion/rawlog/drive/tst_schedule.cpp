@@ -34,6 +34,7 @@ private slots:
     void jitterDelaysButKeepsThePeriod();
     void theClockRunsBeforeTheDrive();
     void ticksCount();
+    void aLateStartLeavesOutWhatCameBefore();
 };
 
 void tst_Schedule::entriesComeInTheOrderOfTheirTimes()
@@ -123,6 +124,23 @@ void tst_Schedule::ticksCount()
     });
     recorded(schedule, 30);
     QCOMPARE(ticks, (QVector<quint64>{0, 1, 2}));
+}
+
+void tst_Schedule::aLateStartLeavesOutWhatCameBefore()
+{
+    QVector<qint64> dues;
+    QVector<quint64> ticks;
+    Schedule schedule(20);
+    schedule.once(19, letter("x"));
+    schedule.once(20, letter("y"));
+    schedule.every(6, 4, 0, [&](const Moment &moment) {
+        dues += moment.due_us;
+        ticks += moment.tick;
+        return QByteArray("a");
+    });
+    QCOMPARE(recorded(schedule, 35), QByteArray("yaaa"));
+    QCOMPARE(dues, (QVector<qint64>{22, 28, 34}));
+    QCOMPARE(ticks, (QVector<quint64>{3, 4, 5}));
 }
 
 QTEST_GUILESS_MAIN(tst_Schedule)

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "simulator/commandport.h"
+#include "simulator/dataport.h"
+#include "simulator/faults.h"
+#include "simulator/loggerstate.h"
+
+#include <QHostAddress>
+#include <QObject>
+#include <QTimer>
+
+namespace simulator {
+
+// A logger on the network, without the device: it answers on the command, data and file ports of one
+// address, from a state that may be changed, and as badly as its faults say.
+//
+// All of it runs on the thread that it lives on, which needs an event loop. Other threads reach it
+// by queued calls only.
+class LoggerSimulator : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LoggerSimulator(QObject *parent = nullptr);
+
+    // Listens on all three ports of the address, or on none.
+    [[nodiscard]] bool listen(const QHostAddress &address, QString *error = nullptr);
+    void close();
+    [[nodiscard]] const QHostAddress &address() const { return m_address; }
+
+    // What is changed here shows in the next answers and in the live data.
+    [[nodiscard]] LoggerState &state() { return m_state; }
+    [[nodiscard]] FaultSet &faults() { return m_faults; }
+    [[nodiscard]] CommandPort &commandPort() { return m_commandPort; }
+    [[nodiscard]] DataPort &dataPort() { return m_dataPort; }
+
+signals:
+    // Up again after an update or another restart; `error` tells why not.
+    void restarted(const QString &error);
+
+private:
+    void restart();
+
+    LoggerState m_state;
+    FaultSet m_faults;
+    CommandPort m_commandPort{m_state, m_faults, this};
+    DataPort m_dataPort{m_state, m_faults, this};
+    QHostAddress m_address;
+    QTimer m_restartTimer{this};
+};
+
+} // namespace simulator
