@@ -14,7 +14,8 @@ public:
     UserPrompt &operator=(const UserPrompt &) = delete;
 
     virtual void inform(const QString &title, const QString &text) = 0;
-    virtual void warn(const QString &title, const QString &text) = 0;
+    // The reason says more than the text, where there is more to say.
+    virtual void warn(const QString &title, const QString &text, const QString &reason = {}) = 0;
     // True for Yes; closing the question means No.
     [[nodiscard]] virtual bool ask(const QString &title, const QString &text) = 0;
     // Closes a question that has lost its meaning, as if the user had said No.

@@ -9,13 +9,19 @@ class ScriptedPrompt : public UserPrompt
 {
 public:
     QStringList shown;
+    QStringList reasons;              // of the warnings
     bool answer = false;              // to every question
     QStringList picks;                // what the pickers return in turn, none left: cancel
+    QStringList severalPicks;         // what a picker of several files returns
     QStringList pickers;              // "title|start|filter" of each picker
     std::function<void()> duringABox; // happens while a box is open
 
     void inform(const QString &title, const QString &text) override { show(title, text); }
-    void warn(const QString &title, const QString &text) override { show(title, text); }
+    void warn(const QString &title, const QString &text, const QString &reason) override
+    {
+        reasons += reason;
+        show(title, text);
+    }
     bool ask(const QString &title, const QString &text) override
     {
         show(title, text);
@@ -41,7 +47,7 @@ public:
         return pick(title, start, filter);
     }
 
-    QStringList severalPicks; // what a picker of several files returns
+    void withdrawQuestion() override { answer = false; }
 
 private:
     void show(const QString &title, const QString &text)
