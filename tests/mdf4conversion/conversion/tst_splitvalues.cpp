@@ -41,6 +41,7 @@ private slots:
     void partsOfOneDtoCompleteAtOnce();
     void aSplitBigEndianValueIsTurned();
     void aSplitValueHasAGroupOfItsOwnSetOfOdts();
+    void aShorterValueOfTheSameAddressNeedsItsOwnBytesOnly();
     void aRecordThatLacksAChannelIsDroppedAndTold();
 };
 
@@ -195,6 +196,29 @@ void tst_SplitValues::aSplitValueHasAGroupOfItsOwnSetOfOdts()
     QCOMPARE(joined(result.channelNames(1)), text("Whole"));
     QCOMPARE(result.raw(0, "Speed"), QVector<double>{0x4411});
     QCOMPARE(result.raw(0, "Torque"), QVector<double>{0x5533});
+}
+
+// Measurements of one address share its elements, whatever their sizes.
+void tst_SplitValues::aShorterValueOfTheSameAddressNeedsItsOwnBytesOnly()
+{
+    Log log;
+    log.addMeasurement("Speed", A2lDataType::ULong);
+    log.addMeasurement("LowByte", A2lDataType::UByte);
+    auto &daq = log.addDaq();
+    auto &first = addOdt(daq, 0);
+    auto &second = addOdt(daq, 1);
+    for (quint8 byte = 0; byte < 4; ++byte) {
+        auto &element = addSplitElement(byte < 2 ? first : second, text("Speed"), 1, byte);
+        element.names.append(text("LowByte"));
+    }
+    log.addDto(1000, "0011220000000000");
+    log.addDto(1100, "0133440000000000");
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.warnings, QStringList());
+    QCOMPARE(result.groupNames().size(), 2);
+    QCOMPARE(result.raw(0, "Speed"), QVector<double>{0x44332211});
+    QCOMPARE(result.raw(1, "LowByte"), QVector<double>{0x11});
+    QCOMPARE(result.times(1), QVector<quint64>{0});
 }
 
 void tst_SplitValues::aRecordThatLacksAChannelIsDroppedAndTold()
