@@ -28,14 +28,25 @@ QString tr(const char *text)
     return QCoreApplication::translate("Conversion", text);
 }
 
-QString noTemporaryDir(const QString &path)
-{
-    return tr("The temporary folder %1 cannot be made").arg(QDir::toNativeSeparators(path));
-}
-
 std::filesystem::path native(const QString &path)
 {
     return std::filesystem::path(path.toStdU16String());
+}
+
+QString noTemporaryDir(const QString &path, const std::error_code &error)
+{
+    return tr("The temporary folder %1 cannot be made: %2")
+        .arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(error.message().c_str()));
+}
+
+// A lock doesn't tell why it could not be made; a file of its name does.
+QString whyNotMade(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return file.errorString();
+    file.remove();
+    return tr("the file could not be locked");
 }
 
 // Held while the leftovers of a conversion are removed; taken only if its owner is no more.
@@ -125,12 +136,12 @@ QLockFile::LockError ConversionFiles::lock(std::unique_ptr<QLockFile> &file, con
     return QLockFile::NoError;
 }
 
-bool ConversionFiles::failToLock(QLockFile::LockError error)
+bool ConversionFiles::failToLock(QLockFile::LockError error, const QString &lockPath)
 {
     const QString name = QDir::toNativeSeparators(m_outputFile);
     return fail(error == QLockFile::LockFailedError
                     ? tr("%1: another conversion is writing there").arg(name)
-                    : tr("%1: cannot be written").arg(name));
+                    : tr("%1: cannot be written: %2").arg(name, whyNotMade(lockPath)));
 }
 
 bool ConversionFiles::prepare()
@@ -152,16 +163,19 @@ bool ConversionFiles::prepareGiven()
     const QFileInfo output(m_outputFile);
     if (output.exists() && !output.isFile())
         return fail(tr("%1 is not a regular file").arg(QDir::toNativeSeparators(m_outputFile)));
-    QLockFile::LockError error = lock(m_outputLock, m_growingFile + lockSuffix);
+    const QString outputLock = m_growingFile + lockSuffix;
+    QLockFile::LockError error = lock(m_outputLock, outputLock);
     if (error != QLockFile::NoError)
-        return failToLock(error);
+        return failToLock(error, outputLock);
     if (!QFileInfo(m_temporaryDir).isDir()) {
-        m_madeTemporaryDir = QDir().mkdir(m_temporaryDir);
+        std::error_code cause;
+        m_madeTemporaryDir = std::filesystem::create_directory(native(m_temporaryDir), cause);
         if (!m_madeTemporaryDir)
-            return fail(noTemporaryDir(m_temporaryDir));
+            return fail(noTemporaryDir(m_temporaryDir, cause));
     }
-    error = lock(m_temporaryLock, QDir(m_temporaryDir).filePath(temporaryLockName));
-    return error == QLockFile::NoError || failToLock(error);
+    const QString temporaryLock = QDir(m_temporaryDir).filePath(temporaryLockName);
+    error = lock(m_temporaryLock, temporaryLock);
+    return error == QLockFile::NoError || failToLock(error, temporaryLock);
 }
 
 bool ConversionFiles::prepareFree()
@@ -180,12 +194,13 @@ bool ConversionFiles::takeFreeOutput()
 {
     for (;;) {
         nameOutput(m_names->outputFile(m_inputFile, m_folder));
-        const QLockFile::LockError error = lock(m_outputLock, m_growingFile + lockSuffix);
+        const QString lockPath = m_growingFile + lockSuffix;
+        const QLockFile::LockError error = lock(m_outputLock, lockPath);
         if (error == QLockFile::NoError && !QFileInfo::exists(m_outputFile))
             return true;
         m_outputLock.reset();
         if (error != QLockFile::NoError && error != QLockFile::LockFailedError)
-            return failToLock(error);
+            return failToLock(error, lockPath);
     }
 }
 
@@ -193,9 +208,10 @@ bool ConversionFiles::takeFreeOutput()
 // until it is locked.
 bool ConversionFiles::takeFreeTemporaryDir()
 {
+    std::error_code cause;
     for (int attempt = 0; attempt < maxTemporaryDirs; ++attempt) {
         m_temporaryDir = m_names->temporaryDir(m_folder);
-        if (!QDir().mkdir(m_temporaryDir))
+        if (!std::filesystem::create_directory(native(m_temporaryDir), cause))
             continue;
         const QString lockPath = QDir(m_temporaryDir).filePath(temporaryLockName);
         m_madeTemporaryDir = lock(m_temporaryLock, lockPath) == QLockFile::NoError;
@@ -203,7 +219,7 @@ bool ConversionFiles::takeFreeTemporaryDir()
             return true;
         QDir().rmdir(m_temporaryDir);
     }
-    return fail(noTemporaryDir(m_temporaryDir));
+    return fail(noTemporaryDir(m_temporaryDir, cause));
 }
 
 bool ConversionFiles::publish()

@@ -41,7 +41,7 @@ private:
     void nameOutput(const QString &path);
     void moveToFreeName(std::error_code &error);
     QLockFile::LockError lock(std::unique_ptr<QLockFile> &file, const QString &path);
-    bool failToLock(QLockFile::LockError error);
+    bool failToLock(QLockFile::LockError error, const QString &lockPath);
     bool fail(const QString &text);
 
     const QString m_inputFile;

@@ -46,7 +46,7 @@ public:
     [[nodiscard]] quint64 recordCount() const { return m_recordCount; }
     // Records that lacked the bytes of some channel and were left out.
     [[nodiscard]] quint64 droppedRecords() const { return m_droppedRecords; }
-    // Warns of what was left out, once the log is parsed.
+    // Tells what was left out, once the log is parsed.
     virtual void reportLosses() const;
     [[nodiscard]] TemporaryFile &records() { return m_records; }
 

@@ -165,7 +165,7 @@ bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, 
     M4CNBlock *cn =
         cg.addCN(name.toStdString(), fixedLengthChannel, static_cast<quint8>(channel.dataType),
                  byteOffset, channel.size, channel.rangeMin, channel.rangeMax);
-    if (!cn)
+    if (!cn || !cn->setUnit(channel.unit.toStdString()))
         return false;
     const std::unique_ptr<M4CCBlock> conversion = channel.conversionBlock();
     if (conversion && conversion->fits()) {
@@ -177,7 +177,7 @@ bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, 
                                              "coefficients or its table can't be written.")
                                .arg(name));
     }
-    return cn->setUnit(channel.unit.toStdString());
+    return true;
 }
 
 void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,

@@ -37,6 +37,7 @@ std::vector<CCP_XCP_Signal> DaqSignals::signalsOf(const StreamingClass_A2L_DAQ &
 {
     m_signals.clear();
     m_places.clear();
+    findBeginnings(daq);
     for (const StreamingClass_A2L_ODT *odt : daq.odts) {
         quint32 position = 0;
         for (const StreamingClass_A2L_ODT_ELEMENT *element : odt->elements) {
@@ -50,6 +51,24 @@ std::vector<CCP_XCP_Signal> DaqSignals::signalsOf(const StreamingClass_A2L_DAQ &
     return std::move(m_signals);
 }
 
+void DaqSignals::findBeginnings(const StreamingClass_A2L_DAQ &daq)
+{
+    m_beginnings.clear();
+    for (const StreamingClass_A2L_ODT *odt : daq.odts) {
+        for (const StreamingClass_A2L_ODT_ELEMENT *element : odt->elements) {
+            if (!element->split)
+                continue;
+            for (const QString &name : element->names) {
+                const A2lMeasurement *measurement = m_measurements.value(name);
+                if (!measurement || measurement->ecu_address != element->address)
+                    continue;
+                const quint8 known = m_beginnings.value(name, element->byte_position);
+                m_beginnings.insert(name, qMin(known, element->byte_position));
+            }
+        }
+    }
+}
+
 void DaqSignals::addElement(const StreamingClass_A2L_DAQ &daq, quint8 pid, quint32 position,
                             const StreamingClass_A2L_ODT_ELEMENT &element)
 {
@@ -57,8 +76,11 @@ void DaqSignals::addElement(const StreamingClass_A2L_DAQ &daq, quint8 pid, quint
     part.PID = pid;
     part.Pos = static_cast<quint8>(position);
     part.Len = element.size;
-    part.valuePosition = element.split ? element.byte_position : quint8(0);
     for (const QString &name : element.names) {
+        const quint8 beginning = m_beginnings.value(name, 0);
+        if (element.split && element.byte_position < beginning)
+            continue;
+        part.valuePosition = element.split ? element.byte_position - beginning : 0;
         if (CCP_XCP_Signal *signal = signalOf(daq, name))
             signal->addPart(part, element.split != 0, element.splitKnown);
     }

@@ -38,6 +38,8 @@ public:
 private:
     using Signals = std::vector<CCP_XCP_Signal>;
 
+    // Where the values of a list begin within those that were split.
+    void findBeginnings(const StreamingClass_A2L_DAQ &daq);
     void addElement(const StreamingClass_A2L_DAQ &daq, quint8 pid, quint32 position,
                     const StreamingClass_A2L_ODT_ELEMENT &element);
     void noteBeyondDto(const StreamingClass_A2L_ODT_ELEMENT &element);
@@ -54,5 +56,8 @@ private:
     QSet<QString> m_told; // names that a message was about
     QStringList m_unknownNames;
     QStringList m_namesBeyondDto;
+    // By name: the byte of the split value at which the measurement has its own address. It is 0
+    // but for measurements inside a longer one, which share all its pieces.
+    QHash<QString, quint8> m_beginnings;
     QHash<QString, int> m_places; // in m_signals by name; -1 for one that is left out
 };

@@ -150,10 +150,11 @@ void Interface_MDF4_CAN_AIM::reportLosses() const
     MDF4_ChannelGroup::reportLosses();
     if (m_wrongLengths == 0)
         return;
-    context().messages->warning(QStringLiteral("%1 messages of channel-group %2 were left out, "
-                                               "they don't have its %3 bytes.")
-                                    .arg(QString::number(m_wrongLengths), sigGrpName,
-                                         QString::number(m_layout.frameBytes)));
+    context().messages->info(
+        QStringLiteral(
+            "%1 messages of channel-group %2 were left out, they don't have its %3 bytes.")
+            .arg(QString::number(m_wrongLengths), sigGrpName,
+                 QString::number(m_layout.frameBytes)));
 }
 
 // The message is known by its number, whether sent with 11 or 29 bits.

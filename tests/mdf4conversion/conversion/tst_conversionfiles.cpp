@@ -89,6 +89,7 @@ private slots:
     void aMissingFolderFailsAndIsNamed();
     void aFolderInPlaceOfTheOutputFails();
     void aTemporaryFolderThatCantBeMadeFails();
+    void aNameWithoutRoomForItsEndingsFailsWithItsCause();
     void aFolderWithoutWriteAccessFails();
 
 private:
@@ -323,9 +324,24 @@ void tst_ConversionFiles::aTemporaryFolderThatCantBeMadeFails()
     {
         ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(!files.prepare());
-        QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("tmp_1"))));
+        const QString start = QStringLiteral("The temporary folder %1 cannot be made: ")
+                                  .arg(QDir::toNativeSeparators(path("tmp_1")));
+        QVERIFY(files.failure().startsWith(start));
+        QVERIFY(files.failure().size() > start.size());
     }
     QCOMPARE(left(), text("tmp_1"));
+}
+
+void tst_ConversionFiles::aNameWithoutRoomForItsEndingsFailsWithItsCause()
+{
+    const QString name = QString(250, QLatin1Char('a'));
+    ConversionFiles files(givenNames(m_folder->filePath(name), path("tmp_1")));
+    QVERIFY(!files.prepare());
+    const QString start = QDir::toNativeSeparators(m_folder->filePath(name))
+                          + QStringLiteral(": cannot be written: ");
+    QVERIFY(files.failure().startsWith(start));
+    QVERIFY(files.failure().size() > start.size());
+    QCOMPARE(left(), QString());
 }
 
 void tst_ConversionFiles::aFolderWithoutWriteAccessFails()

@@ -21,6 +21,29 @@ QString joined(const QStringList &list)
     return list.join(QLatin1Char(' '));
 }
 
+// A value of four bytes, two of them in each of two DTOs, whose pieces others share.
+class SharedPiecesLog : public Log
+{
+public:
+    static constexpr quint32 address = 0x1000;
+
+    SharedPiecesLog() { addMeasurement("Speed", A2lDataType::ULong).ecu_address = address; }
+
+    void addPieces(const QStringList &names)
+    {
+        auto &daq = addDaq();
+        auto &first = testlog::addOdt(daq, 0);
+        auto &second = testlog::addOdt(daq, 1);
+        for (quint8 byte = 0; byte < 4; ++byte) {
+            auto &element = addSplitElement(byte < 2 ? first : second, QString(), 1, byte);
+            element.address = address + byte;
+            element.names = names;
+        }
+        addDto(1000, "0011220000000000");
+        addDto(1100, "0133440000000000");
+    }
+};
+
 } // namespace
 
 // Values that arrive in several ODT entries.
@@ -41,6 +64,9 @@ private slots:
     void partsOfOneDtoCompleteAtOnce();
     void aSplitBigEndianValueIsTurned();
     void aSplitValueHasAGroupOfItsOwnSetOfOdts();
+    void aShorterValueOfTheSameAddressNeedsItsOwnBytesOnly();
+    void aValueInsideALongerOneTakesItsOwnBytes();
+    void aValueThatReachesBeyondALongerOneIsLeftOut();
     void aRecordThatLacksAChannelIsDroppedAndTold();
 };
 
@@ -195,6 +221,42 @@ void tst_SplitValues::aSplitValueHasAGroupOfItsOwnSetOfOdts()
     QCOMPARE(joined(result.channelNames(1)), text("Whole"));
     QCOMPARE(result.raw(0, "Speed"), QVector<double>{0x4411});
     QCOMPARE(result.raw(0, "Torque"), QVector<double>{0x5533});
+}
+
+// A measurement that begins at a piece of a longer one shares all its elements.
+void tst_SplitValues::aValueInsideALongerOneTakesItsOwnBytes()
+{
+    SharedPiecesLog log;
+    log.addMeasurement("Middle", A2lDataType::UWord).ecu_address = SharedPiecesLog::address + 1;
+    log.addPieces({text("Speed"), text("Middle")});
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.warnings, QStringList());
+    QCOMPARE(result.raw(0, "Speed"), QVector<double>{0x44332211});
+    QCOMPARE(result.raw(0, "Middle"), QVector<double>{0x3322});
+}
+
+void tst_SplitValues::aValueThatReachesBeyondALongerOneIsLeftOut()
+{
+    SharedPiecesLog log;
+    log.addMeasurement("Last", A2lDataType::UWord).ecu_address = SharedPiecesLog::address + 3;
+    log.addPieces({text("Speed"), text("Last")});
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.warnings.size(), 1);
+    QCOMPARE(joined(result.channelNames(0)), text("Speed"));
+}
+
+// Measurements of one address share its elements, whatever their sizes.
+void tst_SplitValues::aShorterValueOfTheSameAddressNeedsItsOwnBytesOnly()
+{
+    SharedPiecesLog log;
+    log.addMeasurement("LowByte", A2lDataType::UByte).ecu_address = SharedPiecesLog::address;
+    log.addPieces({text("Speed"), text("LowByte")});
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.warnings, QStringList());
+    QCOMPARE(result.groupNames().size(), 2);
+    QCOMPARE(result.raw(0, "Speed"), QVector<double>{0x44332211});
+    QCOMPARE(result.raw(1, "LowByte"), QVector<double>{0x11});
+    QCOMPARE(result.times(1), QVector<quint64>{0});
 }
 
 void tst_SplitValues::aRecordThatLacksAChannelIsDroppedAndTold()
