@@ -38,3 +38,19 @@ QString appstate::description(AppSta_t state)
 {
     return textOf(state, &StateTexts::description);
 }
+
+std::optional<bool> appstate::configurationEditable(AppSta_t state)
+{
+    switch (state) {
+    case APP_STA_DISCONN:
+    case APP_STA_CONN_LOG_OFF:
+        return true;
+    case APP_STA_CONN_LOG_ON:
+    case APP_STA_CONN_TRANSPARENT:
+        return false;
+    case APP_STA_CONN_INIT:
+    case APP_STA_CONN_UPDATE:
+        break;
+    }
+    return std::nullopt;
+}

@@ -3,6 +3,8 @@
 #include <QMetaType>
 #include <QString>
 
+#include <optional>
+
 // The one state of the whole tool: whether a logger is connected and in which condition. The
 // numbers are used as they stand: they index the text tables, and views compare them with <.
 enum AppSta_t : int {
@@ -22,5 +24,8 @@ namespace appstate {
 
 // The text for window title and logs; "Unknown State!" for a value that has none.
 [[nodiscard]] QString description(AppSta_t state);
+
+// Whether the configuration can be edited; nothing where the state leaves that as it was.
+[[nodiscard]] std::optional<bool> configurationEditable(AppSta_t state);
 
 } // namespace appstate

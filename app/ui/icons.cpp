@@ -247,6 +247,24 @@ void drawWheel(const Pencil &p)
     p.spokes({12, 12}, 1.2, 4.8, 5);
 }
 
+void drawQuestion(const Pencil &p)
+{
+    p.circle({12, 12}, 9);
+    QPainterPath hook(QPointF(9.2, 9.6));
+    hook.cubicTo(9.2, 5.6, 14.8, 5.6, 14.8, 9.4);
+    hook.cubicTo(14.8, 11.8, 12, 11.8, 12, 14);
+    p.painter.setBrush(Qt::NoBrush);
+    p.painter.drawPath(hook);
+    p.dot({12, 17});
+}
+
+void drawWarning(const Pencil &p)
+{
+    p.line({{12, 3}, {22, 20.5}, {2, 20.5}, {12, 3}});
+    p.line({{12, 9.5}, {12, 14.5}});
+    p.dot({12, 17.5});
+}
+
 using Drawing = void (*)(const Pencil &);
 
 // In the order of Symbol.
@@ -254,9 +272,9 @@ constexpr Drawing drawings[] = {
     drawConnect,  drawDisconnect, drawNetwork, drawInfo,    drawNewFile,  drawOpenFile,
     drawSaveFile, drawSaveFileAs, drawConvert, drawConsole, drawLogger,   drawSettings,
     drawMotion,   drawPosition,   drawMobile,  drawBus,     drawEthernet, drawRing,
-    drawSerial,   drawGroup,      drawModule,  drawWheel,
+    drawSerial,   drawGroup,      drawModule,  drawWheel,   drawQuestion, drawWarning,
 };
-static_assert(std::size(drawings) == static_cast<std::size_t>(Symbol::Wheel) + 1);
+static_assert(std::size(drawings) == static_cast<std::size_t>(Symbol::Warning) + 1);
 
 class DrawnIcon : public QIconEngine
 {

@@ -27,7 +27,9 @@ enum class Symbol {
     Serial,
     Group,
     Module,
-    Wheel
+    Wheel,
+    Question,
+    Warning
 };
 
 [[nodiscard]] QIcon icon(Symbol symbol);

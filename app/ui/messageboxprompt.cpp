@@ -1,13 +1,33 @@
 #include "app/ui/messageboxprompt.h"
 
+#include "app/ui/icons.h"
+
 #include <QFileDialog>
+#include <QStyle>
 
 namespace {
+
+QIcon iconOf(QMessageBox::Icon icon)
+{
+    switch (icon) {
+    case QMessageBox::Question:
+        return icons::icon(icons::Symbol::Question);
+    case QMessageBox::Information:
+        return icons::icon(icons::Symbol::Info);
+    case QMessageBox::Warning:
+    case QMessageBox::Critical:
+    case QMessageBox::NoIcon:
+        break;
+    }
+    return icons::icon(icons::Symbol::Warning);
+}
 
 // Texts come from files and from the logger, too: none is read as markup.
 void fill(QMessageBox &box, QMessageBox::Icon icon, const QString &title, const QString &text)
 {
     box.setIcon(icon);
+    const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    box.setIconPixmap(iconOf(icon).pixmap(side));
     box.setWindowTitle(title);
     box.setTextFormat(Qt::PlainText);
     box.setText(text);

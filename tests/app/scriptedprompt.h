@@ -11,6 +11,7 @@ public:
     QStringList shown;
     QStringList reasons;              // of the warnings
     bool answer = false;              // to every question
+    bool withdrawn = false;           // the last question
     QStringList picks;                // what the pickers return in turn, none left: cancel
     QStringList severalPicks;         // what a picker of several files returns
     QStringList pickers;              // "title|start|filter" of each picker
@@ -24,8 +25,9 @@ public:
     }
     bool ask(const QString &title, const QString &text) override
     {
+        withdrawn = false;
         show(title, text);
-        return answer;
+        return answer && !withdrawn;
     }
     QString pickFolder(const QString &title, const QString &start) override
     {
@@ -47,7 +49,7 @@ public:
         return pick(title, start, filter);
     }
 
-    void withdrawQuestion() override { answer = false; }
+    void withdrawQuestion() override { withdrawn = true; }
 
 private:
     void show(const QString &title, const QString &text)

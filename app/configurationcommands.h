@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+class LoggerLink;
+class UserPrompt;
+
+// The commands on the whole configuration: new, open, save, save as. Each asks where that is needed
+// and tells of its failure.
+class ConfigurationCommands
+{
+public:
+    ConfigurationCommands(LoggerLink &link, UserPrompt &prompt);
+
+    void newEmpty();
+    void open();
+    // To the file of the last open or save, or as saveAs() without one.
+    void save();
+    void saveAs();
+
+    // Empty before the first open or save.
+    [[nodiscard]] QString fileName() const { return m_fileName; }
+
+private:
+    void saveTo(const QString &path);
+
+    LoggerLink &m_link;
+    UserPrompt &m_prompt;
+    QString m_fileName;
+};

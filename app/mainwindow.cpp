@@ -1,0 +1,412 @@
+#include "app/mainwindow.h"
+
+#include "app/interfacetree.h"
+#include "app/loggerlink.h"
+#include "app/state/appcontroller.h"
+#include "app/state/usersettings.h"
+#include "app/statusfields.h"
+#include "app/ui/dialogdelaydialog.h"
+#include "app/ui/plainpage.h"
+#include "ui_mainwindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHostAddress>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMetaEnum>
+#include <QSignalBlocker>
+
+namespace {
+
+constexpr int noticeTime_ms = 8000;
+
+QString programName()
+{
+    return QStringLiteral("%1 V%2.%3")
+        .arg(QStringLiteral("Zelvo-ZDS"))
+        .arg(ZDS_VERSION_MAJOR)
+        .arg(ZDS_VERSION_MINOR);
+}
+
+QString windowTitleOf(AppSta_t state)
+{
+    return QStringLiteral("%1 - %2 V%3.%4%5")
+               .arg(QStringLiteral("Zelvo-LoggingSystem"), QStringLiteral("Zelvo-ZDS"))
+               .arg(ZDS_VERSION_MAJOR)
+               .arg(ZDS_VERSION_MINOR)
+               .arg(QLatin1Char(' '))
+           + appstate::description(state);
+}
+
+// The cursor of a program that can't answer for a moment.
+class WaitCursor
+{
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor &) = delete;
+    WaitCursor &operator=(const WaitCursor &) = delete;
+};
+
+} // namespace
+
+MainWindow::MainWindow(AppController *controller, const QString &componentName,
+                       MainWindowParts parts)
+    : AppComponentBaseClass(controller, componentName)
+    , m_parts(std::move(parts))
+    , m_fileDialogs(*m_parts.prompt)
+    , m_configuration(*m_parts.link, *m_parts.prompt)
+    , m_update(*m_parts.link, *m_parts.prompt, m_parts.update_image,
+               [this](int delay_s) { waitForUpdate(delay_s); })
+    , m_connectSequence(*m_parts.link, *m_parts.prompt, m_update)
+    , m_ui(std::make_unique<Ui::MainWindow>())
+{
+    m_ui->setupUi(this);
+    m_status = new StatusFields(m_ui->statusbar, m_parts.link.get());
+    m_ui->splitter->setStretchFactor(1, 1);
+    m_ui->splitter->setSizes({230, 900});
+    setIcons();
+    fillAddressBox();
+    fillConversionMenu();
+    makePages();
+    connectSignals();
+    showConnectButton(false);
+    m_ui->slideSwitch_transparent->setEnabled(false);
+    m_ui->treeWidget->setCurrentItem(m_ui->treeWidget->topLevelItem(0));
+}
+
+MainWindow::~MainWindow()
+{
+    // The pages work with the link, so they go first.
+    delete m_debugWindow;
+    delete takeCentralWidget();
+}
+
+void MainWindow::setIcons()
+{
+    using icons::Symbol;
+    m_ui->pushButton_ip_nfo->setIcon(icons::icon(Symbol::Network));
+    m_ui->pushButton_info->setIcon(icons::icon(Symbol::Info));
+    m_ui->pushButton_cmd_window->setIcon(icons::icon(Symbol::Console));
+    m_ui->pushButton_new_empty_configuration->setIcon(icons::icon(Symbol::NewFile));
+    m_ui->pushButton_open_configuration->setIcon(icons::icon(Symbol::OpenFile));
+    m_ui->pushButton_save_configuration->setIcon(icons::icon(Symbol::SaveFile));
+    m_ui->pushButton_save_as_configuration->setIcon(icons::icon(Symbol::SaveFileAs));
+    m_ui->pushButton_convert->setIcon(icons::icon(Symbol::Convert));
+}
+
+void MainWindow::fillAddressBox()
+{
+    QComboBox *box = m_ui->comboBox_ipAddr;
+    const QSignalBlocker blocker(box);
+    box->setCompleter(nullptr); // would select another address than the one typed
+    box->addItem(m_parts.settings->ipAddress());
+    for (const char *standard : {"192.168.1.111", "192.168.200.1"})
+        if (box->findText(QLatin1String(standard)) < 0)
+            box->addItem(QLatin1String(standard));
+}
+
+void MainWindow::fillConversionMenu()
+{
+    const std::pair<const char *, ConversionGlobal::OutputFormat> entries[] = {
+        {"to BLF", ConversionGlobal::BLF},
+        {"to MDF4", ConversionGlobal::MDF4},
+        {"to ASC", ConversionGlobal::ASC},
+        {"to compressed ASC", ConversionGlobal::ASC_ZIP},
+    };
+    auto *menu = new QMenu(m_ui->pushButton_convert);
+    for (const auto &[text, format] : entries) {
+        QAction *action = menu->addAction(QLatin1String(text));
+        connect(action, &QAction::triggered, this, [this, f = format] { startConversion(f); });
+    }
+    m_ui->pushButton_convert->setMenu(menu);
+}
+
+void MainWindow::connectSignals()
+{
+    connect(m_ui->treeWidget, &QTreeWidget::itemSelectionChanged, this,
+            &MainWindow::tree_widget_selection_changed);
+    connect(m_ui->slideSwitch_transparent, &QCheckBox::clicked, this,
+            &MainWindow::onTranspModeSwitchClicked);
+    connect(m_ui->comboBox_ipAddr->lineEdit(), &QLineEdit::returnPressed,
+            m_ui->pushButton_connect_disconnect, &QPushButton::click);
+    LoggerLink *link = m_parts.link.get();
+    connect(link, &LoggerLink::tcpError, this, &MainWindow::show_tcp_error);
+    connect(link, &LoggerLink::errorWhileConnected, this,
+            &MainWindow::show_warning_if_logger_is_connected);
+    connect(link, &LoggerLink::versionReceived, m_status, &StatusFields::showVersion);
+}
+
+void MainWindow::makePages()
+{
+    Logger_Data_Handler_Class *handler = m_parts.link->handler();
+    m_groupPage = new PlainPage(QString(), QStringLiteral("Choose one of the entries on the left."),
+                                m_ui->stackedWidget);
+    m_ui->stackedWidget->addWidget(m_groupPage);
+    const auto numbered = [](const QString &text, int number) {
+        return text.contains(QStringLiteral("%1")) ? text.arg(number) : text;
+    };
+    for (const PageRow &row : m_parts.pages) {
+        for (int number = 0; number < row.count; ++number) {
+            const QString title = numbered(row.tree_text, number);
+            const QString name = numbered(row.object_name, number);
+            QWidget *page =
+                row.make({appController(), handler, name, title, number, m_ui->stackedWidget});
+            page->setObjectName(name);
+            m_ui->stackedWidget->addWidget(page);
+            m_pageOfItem.insert(title, page);
+            registerComponent(page);
+        }
+    }
+    m_ui->treeWidget->setPages(m_parts.pages);
+
+    m_ui->pushButton_cmd_window->setVisible(m_parts.debug_window != nullptr);
+    if (m_parts.debug_window) {
+        const QString name = QStringLiteral("DialogCmdWindow");
+        m_debugWindow = m_parts.debug_window({appController(), handler, name, name, 0, this});
+        m_debugWindow->setObjectName(name);
+        registerComponent(m_debugWindow);
+    }
+}
+
+void MainWindow::registerComponent(QWidget *component)
+{
+    if (auto *page = dynamic_cast<AppComponentBaseClass *>(component))
+        page->registerToController();
+}
+
+void MainWindow::appStateChanged(AppSta_t &state)
+{
+    const AppSta_t entered = state; // the connect sequence changes what the reference is to
+    setWindowTitle(windowTitleOf(entered));
+    m_status->showState(entered);
+    switch (entered) {
+    case APP_STA_DISCONN:
+        enterDisconnected();
+        break;
+    case APP_STA_CONN_INIT:
+        enterConnectSequence();
+        break;
+    case APP_STA_CONN_LOG_OFF:
+        m_ui->slideSwitch_transparent->setEnabled(true);
+        [[fallthrough]];
+    case APP_STA_CONN_LOG_ON:
+        m_ui->treeWidget->enableOnly(m_parts.link->capabilities());
+        break;
+    case APP_STA_CONN_UPDATE:
+    case APP_STA_CONN_TRANSPARENT:
+        break;
+    }
+}
+
+void MainWindow::enterDisconnected()
+{
+    m_ui->comboBox_ipAddr->setEnabled(true);
+    showConnectButton(false);
+    m_ui->treeWidget->enableAll();
+    m_ui->slideSwitch_transparent->setEnabled(false);
+    m_ui->slideSwitch_transparent->setChecked(false);
+    if (m_connecting)
+        m_parts.prompt->withdrawQuestion();
+}
+
+void MainWindow::enterConnectSequence()
+{
+    showConnectButton(true);
+    m_ui->comboBox_ipAddr->setEnabled(false);
+    m_parts.settings->setIpAddress(address());
+
+    m_connecting = true;
+    m_tcpErrorMeanwhile.clear();
+    const ConnectSequence::Result result = m_connectSequence.run();
+    m_connecting = false;
+    // One message for one loss: a failed step was told by the sequence itself.
+    if (result == ConnectSequence::Result::Lost && !m_tcpErrorMeanwhile.isEmpty())
+        show_tcp_error(m_tcpErrorMeanwhile);
+}
+
+void MainWindow::showConnectButton(bool connected)
+{
+    QPushButton *button = m_ui->pushButton_connect_disconnect;
+    button->setIcon(icons::icon(connected ? icons::Symbol::Disconnect : icons::Symbol::Connect));
+    button->setText(connected ? QStringLiteral("Disconnect") : QStringLiteral("Connect"));
+    button->setToolTip(connected ? QStringLiteral("Ends the connection to the logger")
+                                 : QStringLiteral("Connects to the logger at this address"));
+    button->setAccessibleName(button->text());
+}
+
+QString MainWindow::address() const
+{
+    return m_ui->comboBox_ipAddr->currentText().trimmed();
+}
+
+void MainWindow::on_pushButton_connect_disconnect_clicked()
+{
+    if (m_parts.link->isConnected()) {
+        m_parts.link->disconnectLogger();
+        return;
+    }
+    QHostAddress logger;
+    if (!logger.setAddress(address()) || logger.protocol() != QAbstractSocket::IPv4Protocol) {
+        m_parts.prompt->warn(QStringLiteral("Invalid IP-address"),
+                             QStringLiteral("Please enter a valid IP-address."));
+        return;
+    }
+    m_ui->statusbar->showMessage(QStringLiteral("Connecting to %1 ...").arg(logger.toString()));
+    m_ui->statusbar->repaint();
+    bool connected = false;
+    {
+        const WaitCursor wait;
+        connected = m_parts.link->connectLogger(logger);
+    }
+    m_ui->statusbar->clearMessage();
+    if (connected)
+        setAppState(APP_STA_CONN_INIT);
+}
+
+void MainWindow::on_comboBox_ipAddr_currentTextChanged(QString arg1)
+{
+    QComboBox *box = m_ui->comboBox_ipAddr;
+    const int match = box->findText(arg1, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const QSignalBlocker blocker(box);
+    if (match >= 0)
+        box->setCurrentIndex(match);
+    else
+        box->setItemText(box->currentIndex(), arg1);
+}
+
+void MainWindow::on_pushButton_new_empty_configuration_clicked()
+{
+    m_configuration.newEmpty();
+}
+
+void MainWindow::on_pushButton_open_configuration_clicked()
+{
+    m_configuration.open();
+}
+
+void MainWindow::on_pushButton_save_configuration_clicked()
+{
+    m_configuration.save();
+}
+
+void MainWindow::on_pushButton_save_as_configuration_clicked()
+{
+    m_configuration.saveAs();
+}
+
+void MainWindow::on_pushButton_info_clicked()
+{
+    m_parts.prompt->inform(
+        QStringLiteral("Info"),
+        QStringLiteral("%1\n\nFor loggers with software version V%2.%3\n\nLog file:\n%4\n\n"
+                       "Settings:\n%5")
+            .arg(programName())
+            .arg(ConnectSequence::expectedVersion.major_number)
+            .arg(ConnectSequence::expectedVersion.minor_number)
+            .arg(m_parts.log_path, m_parts.settings->path()));
+}
+
+void MainWindow::on_pushButton_ip_nfo_clicked()
+{
+    m_parts.prompt->inform(
+        QStringLiteral("IP Info"),
+        QStringLiteral("Standard addresses of the logger, from software version V1.58:\n\n"
+                       "LAN: 192.168.1.111\nWLAN: 192.168.200.1"));
+}
+
+void MainWindow::on_pushButton_cmd_window_clicked()
+{
+    if (!m_debugWindow)
+        return;
+    m_debugWindow->show();
+    m_debugWindow->raise();
+    m_debugWindow->activateWindow();
+}
+
+void MainWindow::hideAllInterfaceViews()
+{
+    m_ui->stackedWidget->setCurrentWidget(m_groupPage);
+}
+
+void MainWindow::tree_widget_selection_changed()
+{
+    hideAllInterfaceViews();
+    if (QWidget *page = m_pageOfItem.value(m_ui->treeWidget->selectedText()))
+        m_ui->stackedWidget->setCurrentWidget(page);
+}
+
+void MainWindow::onTranspModeSwitchClicked(bool clicked)
+{
+    if (clicked)
+        m_stateBeforeTransparent = appController()->appState();
+    if (m_parts.link->setTransparentMode(clicked)) {
+        setAppState(clicked ? APP_STA_CONN_TRANSPARENT : m_stateBeforeTransparent);
+        return;
+    }
+    m_ui->slideSwitch_transparent->setChecked(!clicked);
+    m_ui->statusbar->showMessage(
+        QStringLiteral("Transparent mode stays as it was: %1").arg(m_parts.link->lastError()),
+        noticeTime_ms);
+}
+
+void MainWindow::show_tcp_error(QString errror_txt)
+{
+    if (m_connecting)
+        m_tcpErrorMeanwhile = errror_txt;
+    else
+        m_parts.prompt->warn(QStringLiteral("Connection-Error"), errror_txt);
+}
+
+void MainWindow::show_warning_if_logger_is_connected(QString title, QString error_txt)
+{
+    // What fails while the sequence runs is told by the sequence.
+    if (m_parts.link->isConnected() && !m_connecting)
+        m_parts.prompt->warn(title, error_txt);
+}
+
+void MainWindow::waitForUpdate(int delay_s)
+{
+    setEnabled(false);
+    auto *dialog = new DialogDelayDialog(this, delay_s, QStringLiteral("Update sent!"),
+                                         QStringLiteral("Update sent, reconnecting in "));
+    connect(dialog, &DialogDelayDialog::signal_delay_expired, dialog, &QDialog::close);
+    connect(dialog, &DialogDelayDialog::signal_delay_expired, dialog, &QObject::deleteLater);
+    connect(dialog, &DialogDelayDialog::signal_delay_expired, this,
+            &MainWindow::softwareUpdAutoReconnect);
+    connect(dialog, &QDialog::rejected, dialog, &QObject::deleteLater);
+    connect(dialog, &QDialog::rejected, this, [this] { setEnabled(true); });
+    dialog->show();
+}
+
+void MainWindow::softwareUpdAutoReconnect()
+{
+    setEnabled(true);
+    on_pushButton_connect_disconnect_clicked();
+}
+
+void MainWindow::startConversion(ConversionGlobal::OutputFormat format)
+{
+    const QString name =
+        QLatin1String(QMetaEnum::fromType<ConversionGlobal::OutputFormat>().valueToKey(format));
+    const QStringList rawLogs = m_fileDialogs.getOpenFileNamesWithKey(
+        QStringLiteral("conversionStart"), {},
+        QStringLiteral("Load raw-logfile(s) for ") + name + QStringLiteral(" conversion."),
+        QStringLiteral("raw-logfile (*.rld)"));
+    if (rawLogs.isEmpty())
+        return;
+    const QString folder = m_fileDialogs.getExistingDirWithKey(
+        QStringLiteral("conversionFinish"), QStringLiteral("conversionStart"),
+        QStringLiteral("Choose ") + name + QStringLiteral("-Output Folder"));
+    if (folder.isEmpty())
+        return;
+    m_parts.convert(format, rawLogs, folder, this);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (m_parts.link->isConnected())
+        m_parts.link->disconnectLogger();
+    QMainWindow::closeEvent(event);
+}
