@@ -6,7 +6,8 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
+#include <new>
 
 namespace {
 
@@ -19,9 +20,24 @@ constexpr quint64 timeBytes = 8;
 class BlockPipeline::Maker
 {
 public:
+    // Never throws: a thread without anyone to tell would end the program.
     Block make(const Source &source, const Task &task, quint64 offset_us)
     {
         Block block;
+        try {
+            fill(block, source, task, offset_us);
+        } catch (const std::bad_alloc &) {
+            block.failure = QCoreApplication::translate("Conversion", "Temporary file %1: there is "
+                                                                      "not enough memory to read "
+                                                                      "it back")
+                                .arg(QDir::toNativeSeparators(source.path));
+        }
+        return block;
+    }
+
+private:
+    void fill(Block &block, const Source &source, const Task &task, quint64 offset_us)
+    {
         // Whole records around the block, and the one before them for its time.
         const quint64 record = source.recordSize;
         const quint64 firstInBlock = task.offset / record * record;
@@ -29,29 +45,31 @@ public:
         const quint64 taskEnd = task.offset + task.size;
         const quint64 end = std::min((taskEnd + record - 1) / record * record, source.size);
         if (!read(source.path, begin, end - begin, block.failure))
-            return block;
+            return;
         block.firstRecord = (task.offset + record - 1) / record;
         shiftTimes(source, task, begin, end, offset_us, block);
         block.data = compressBlock(m_deflater, m_bytes.data() + (task.offset - begin), task.size,
                                    source.recordSize);
         if (!block.data.ok())
             block.failure = QCoreApplication::translate("Conversion", "Compressing data failed");
-        return block;
     }
 
-private:
     bool read(const QString &path, quint64 begin, quint64 size, QString &failure)
     {
         m_bytes.resize(std::max<std::size_t>(m_bytes.size(), size));
         QFile file(path);
-        const bool ok =
-            file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) && file.seek(qint64(begin))
-            && file.read(reinterpret_cast<char *>(m_bytes.data()), qint64(size)) == qint64(size);
-        if (!ok) {
-            failure = QCoreApplication::translate("Conversion", "Temporary file %1: %2")
-                          .arg(QDir::toNativeSeparators(path), file.errorString());
-        }
-        return ok;
+        qint64 count = -1;
+        if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) && file.seek(qint64(begin)))
+            count = file.read(reinterpret_cast<char *>(m_bytes.data()), qint64(size));
+        if (count == qint64(size))
+            return true;
+        const QString cause =
+            count < 0 ? file.errorString()
+                      : QCoreApplication::translate("Conversion",
+                                                    "it is shorter than what was written into it");
+        failure = QCoreApplication::translate("Conversion", "Temporary file %1: %2")
+                      .arg(QDir::toNativeSeparators(path), cause);
+        return false;
     }
 
     // A record that reaches into two blocks is judged where it begins.
@@ -86,11 +104,12 @@ BlockPipeline::BlockPipeline(std::vector<Source> sources, quint64 offset_us, int
             m_tasks.push_back({i, offset, static_cast<quint32>(size)});
         }
     }
-    // Where the system has no thread to spare, the one that calls next() does the work.
+    // Where the system has no thread or no memory to spare, the one that calls next() does the work.
     try {
+        m_threads.reserve(std::size_t(std::max(threads - 1, 0)));
         for (int i = 1; i < threads; ++i)
-            m_threads.emplace_back([this] { work(); });
-    } catch (const std::system_error &) {
+            m_threads.emplace_back([this, maker = std::make_unique<Maker>()] { work(*maker); });
+    } catch (const std::exception &) {
     }
 }
 
@@ -126,9 +145,8 @@ void BlockPipeline::makeOne(std::unique_lock<std::mutex> &lock, Maker &maker)
     m_changed.notify_all();
 }
 
-void BlockPipeline::work()
+void BlockPipeline::work(Maker &maker)
 {
-    Maker maker;
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
         m_changed.wait(lock, [this] { return m_stop || canClaim(); });

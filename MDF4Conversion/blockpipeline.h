@@ -61,7 +61,7 @@ private:
     };
     class Maker;
 
-    void work();
+    void work(Maker &maker);
     [[nodiscard]] bool canClaim() const;
     Slot &slotOf(std::size_t task) { return m_slots[task % m_slots.size()]; }
     // Makes one block; the lock is held at entry and at exit.

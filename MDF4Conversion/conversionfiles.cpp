@@ -1,5 +1,9 @@
 #include "MDF4Conversion/conversionfiles.h"
 
+#include "MDF4Conversion/conversionjob.h"
+#include "MDF4Conversion/exclusivemove.h"
+#include "MDF4Conversion/outputnames.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -16,6 +20,9 @@ const QLatin1String temporaryLockName("conversion.lock");
 const QLatin1String temporaryDirPattern("tmp_*");
 const QLatin1String recordFilePattern("*.bin");
 
+// Tries to make a temporary folder before it is taken for impossible.
+constexpr int maxTemporaryDirs = 1000;
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("Conversion", text);
@@ -24,6 +31,22 @@ QString tr(const char *text)
 std::filesystem::path native(const QString &path)
 {
     return std::filesystem::path(path.toStdU16String());
+}
+
+QString noTemporaryDir(const QString &path, const std::error_code &error)
+{
+    return tr("The temporary folder %1 cannot be made: %2")
+        .arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(error.message().c_str()));
+}
+
+// A lock doesn't tell why it could not be made; a file of its name does.
+QString whyNotMade(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return file.errorString();
+    file.remove();
+    return tr("the file could not be locked");
 }
 
 // Held while the leftovers of a conversion are removed; taken only if its owner is no more.
@@ -77,10 +100,13 @@ void clearLeftovers(const QDir &folder)
 
 } // namespace
 
-ConversionFiles::ConversionFiles(const QString &outputFile, const QString &temporaryDir)
-    : m_outputFile(outputFile)
-    , m_temporaryDir(temporaryDir)
-    , m_growingFile(outputFile + growingSuffix)
+ConversionFiles::ConversionFiles(const ConversionJob &job)
+    : m_inputFile(job.inputFile)
+    , m_folder(job.outputFolder)
+    , m_names(job.names)
+    , m_outputFile(job.names ? QString() : job.outputFile)
+    , m_temporaryDir(job.names ? QString() : job.temporaryDir)
+    , m_growingFile(m_outputFile + growingSuffix)
 {}
 
 ConversionFiles::~ConversionFiles()
@@ -100,51 +126,121 @@ bool ConversionFiles::fail(const QString &text)
     return false;
 }
 
-bool ConversionFiles::lock(std::unique_ptr<QLockFile> &file, const QString &path)
+QLockFile::LockError ConversionFiles::lock(std::unique_ptr<QLockFile> &file, const QString &path)
 {
     auto created = std::make_unique<QLockFile>(path);
     created->setStaleLockTime(0);
-    if (created->tryLock(0)) {
-        file = std::move(created);
-        return true;
-    }
+    if (!created->tryLock(0))
+        return created->error();
+    file = std::move(created);
+    return QLockFile::NoError;
+}
+
+bool ConversionFiles::failToLock(QLockFile::LockError error, const QString &lockPath)
+{
     const QString name = QDir::toNativeSeparators(m_outputFile);
-    return fail(created->error() == QLockFile::LockFailedError
+    return fail(error == QLockFile::LockFailedError
                     ? tr("%1: another conversion is writing there").arg(name)
-                    : tr("%1: cannot be written").arg(name));
+                    : tr("%1: cannot be written: %2").arg(name, whyNotMade(lockPath)));
 }
 
 bool ConversionFiles::prepare()
 {
-    if (m_outputFile.isEmpty())
+    if (!m_names && m_outputFile.isEmpty())
         return true; // reported when the file is to be created
-    const QFileInfo output(m_outputFile);
-    const QDir folder = output.absoluteDir();
-    const QString folderName = QDir::toNativeSeparators(folder.path());
-    if (!folder.exists())
-        return fail(tr("The output folder %1 does not exist").arg(folderName));
+    const QDir folder = m_names ? QDir(m_folder) : QFileInfo(m_outputFile).absoluteDir();
+    if (!folder.exists()) {
+        return fail(tr("The output folder %1 does not exist")
+                        .arg(QDir::toNativeSeparators(folder.absolutePath())));
+    }
+    clearLeftovers(folder);
+    return m_names ? prepareFree() : prepareGiven();
+}
+
+bool ConversionFiles::prepareGiven()
+{
     // Taking the place of a device or a pipe would destroy it.
+    const QFileInfo output(m_outputFile);
     if (output.exists() && !output.isFile())
         return fail(tr("%1 is not a regular file").arg(QDir::toNativeSeparators(m_outputFile)));
-    clearLeftovers(folder);
-    if (!lock(m_outputLock, m_growingFile + lockSuffix))
-        return false;
+    const QString outputLock = m_growingFile + lockSuffix;
+    QLockFile::LockError error = lock(m_outputLock, outputLock);
+    if (error != QLockFile::NoError)
+        return failToLock(error, outputLock);
     if (!QFileInfo(m_temporaryDir).isDir()) {
-        m_madeTemporaryDir = QDir().mkdir(m_temporaryDir);
+        std::error_code cause;
+        m_madeTemporaryDir = std::filesystem::create_directory(native(m_temporaryDir), cause);
         if (!m_madeTemporaryDir)
-            return fail(tr("The temporary folder %1 cannot be made")
-                            .arg(QDir::toNativeSeparators(m_temporaryDir)));
+            return fail(noTemporaryDir(m_temporaryDir, cause));
     }
-    return lock(m_temporaryLock, QDir(m_temporaryDir).filePath(temporaryLockName));
+    const QString temporaryLock = QDir(m_temporaryDir).filePath(temporaryLockName);
+    error = lock(m_temporaryLock, temporaryLock);
+    return error == QLockFile::NoError || failToLock(error, temporaryLock);
+}
+
+bool ConversionFiles::prepareFree()
+{
+    return takeFreeOutput() && takeFreeTemporaryDir();
+}
+
+void ConversionFiles::nameOutput(const QString &path)
+{
+    m_outputFile = path;
+    m_growingFile = path + growingSuffix;
+}
+
+// Who holds the lock has the name; whoever had it before may have published in between.
+bool ConversionFiles::takeFreeOutput()
+{
+    for (;;) {
+        nameOutput(m_names->outputFile(m_inputFile, m_folder));
+        const QString lockPath = m_growingFile + lockSuffix;
+        const QLockFile::LockError error = lock(m_outputLock, lockPath);
+        if (error == QLockFile::NoError && !QFileInfo::exists(m_outputFile))
+            return true;
+        m_outputLock.reset();
+        if (error != QLockFile::NoError && error != QLockFile::LockFailedError)
+            return failToLock(error, lockPath);
+    }
+}
+
+// Who makes the folder has it. Another conversion that clears leftovers may still take it away
+// until it is locked.
+bool ConversionFiles::takeFreeTemporaryDir()
+{
+    std::error_code cause;
+    for (int attempt = 0; attempt < maxTemporaryDirs; ++attempt) {
+        m_temporaryDir = m_names->temporaryDir(m_folder);
+        if (!std::filesystem::create_directory(native(m_temporaryDir), cause))
+            continue;
+        const QString lockPath = QDir(m_temporaryDir).filePath(temporaryLockName);
+        m_madeTemporaryDir = lock(m_temporaryLock, lockPath) == QLockFile::NoError;
+        if (m_madeTemporaryDir)
+            return true;
+        QDir().rmdir(m_temporaryDir);
+    }
+    return fail(noTemporaryDir(m_temporaryDir, cause));
 }
 
 bool ConversionFiles::publish()
 {
     std::error_code error;
-    std::filesystem::rename(native(m_growingFile), native(m_outputFile), error);
+    if (m_names)
+        moveToFreeName(error);
+    else
+        std::filesystem::rename(native(m_growingFile), native(m_outputFile), error);
     if (error) {
         return fail(tr("%1: %2").arg(QDir::toNativeSeparators(m_outputFile),
                                      QString::fromLocal8Bit(error.message().c_str())));
     }
     return true;
+}
+
+void ConversionFiles::moveToFreeName(std::error_code &error)
+{
+    moveWithoutReplacing(native(m_growingFile), native(m_outputFile), error);
+    while (error == std::errc::file_exists) {
+        m_outputFile = m_names->outputFile(m_inputFile, m_folder);
+        moveWithoutReplacing(native(m_growingFile), native(m_outputFile), error);
+    }
 }

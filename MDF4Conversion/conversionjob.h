@@ -2,12 +2,18 @@
 
 #include <QString>
 
+class OutputNames;
+
 // What a conversion is asked to do.
 struct ConversionJob
 {
     QString inputFile;
+    // Either these two, and a file that has the name of the output is replaced:
     QString outputFile;
     QString temporaryDir; // made by the conversion and removed with it
+    // or the next free names in a folder, and no file is ever replaced.
+    QString outputFolder;
+    OutputNames *names = nullptr; // not owned; used on the thread of the conversion
     QString author;
     QString department;
     int threads = 1; // that compress; the file is the same whatever their number

@@ -31,6 +31,7 @@ struct ConversionSummary
     quint64 statusCount = 0;
     quint64 warningCount = 0;
     quint64 errorCount = 0;
+    QString outputFile;     // the name that it got, when it was written
     bool written = false;   // the output file exists and is whole
     bool cancelled = false; // on request
 };

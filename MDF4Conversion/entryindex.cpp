@@ -73,10 +73,18 @@ void EntryIndex::add(Slot &slot, const Taker &taker, const EntrySelection &selec
     if (slot.groups.empty() || slot.groups.back() != taker.group)
         slot.groups.push_back(taker.group);
     if (!selection.firstBytes.empty()) {
-        if (!slot.byFirstByte)
-            slot.byFirstByte = std::make_unique<std::array<Takers, 256>>();
-        for (const quint8 byte : selection.firstBytes)
-            (*slot.byFirstByte)[byte].push_back(taker);
+        if (!slot.firstBytePlaces) {
+            slot.firstBytePlaces = std::make_unique<std::array<quint16, 256>>();
+            slot.byFirstByte.resize(1);
+        }
+        for (const quint8 byte : selection.firstBytes) {
+            quint16 &place = (*slot.firstBytePlaces)[byte];
+            if (place == 0) {
+                place = static_cast<quint16>(slot.byFirstByte.size());
+                slot.byFirstByte.emplace_back();
+            }
+            slot.byFirstByte[place].push_back(taker);
+        }
         return;
     }
     if (!selection.multiplexor) {
@@ -110,8 +118,8 @@ const EntryIndex::Groups &EntryIndex::takers(const StdLogEntry &entry)
     const Slot &slot = *found;
     m_found.clear();
     collect(entry, slot.always);
-    if (slot.byFirstByte && !entry.data.empty())
-        collect(entry, (*slot.byFirstByte)[entry.data.front()]);
+    if (slot.firstBytePlaces && !entry.data.empty())
+        collect(entry, slot.byFirstByte[(*slot.firstBytePlaces)[entry.data.front()]]);
     for (const ByMultiplexor &by : slot.byMultiplexor) {
         const auto takers = by.byValue.find(by.field.valueIn(entry.data));
         if (takers != by.byValue.end())

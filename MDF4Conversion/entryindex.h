@@ -42,7 +42,9 @@ private:
         Groups groups; // all of them, as long as they need nothing else to be looked at
         bool isSimple = true;
         Takers always;
-        std::unique_ptr<std::array<Takers, 256>> byFirstByte;
+        // Place in byFirstByte, 0 for none: a log may have as many slots as groups.
+        std::unique_ptr<std::array<quint16, 256>> firstBytePlaces;
+        std::vector<Takers> byFirstByte; // the first one is empty
         std::vector<ByMultiplexor> byMultiplexor;
     };
 

@@ -29,16 +29,14 @@ public:
             this->context().messages->info(
                 Source::overflowText(this->name, Conversion::conversionName));
         }
-        if (m_source.value(entry, m_last))
-            this->store(m_last, record);
+        ExtractedValue value;
+        if (m_source.value(entry, value))
+            this->store(value, record);
         return true;
     }
 
-    [[nodiscard]] const ExtractedValue &lastValue() const { return m_last; }
-
 private:
     Source m_source;
-    ExtractedValue m_last;
 };
 
 // The status about a corrected timestamp, for all sources but XCP on ethernet.

@@ -5,12 +5,9 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <cassert>
 
-namespace {
-
-constexpr quint64 highStep = quint64(1) << 32;
-
-} // namespace
+using logtime::highStep;
 
 Interface_Data_CPU_Timestamps::Interface_Data_CPU_Timestamps(quint8 processor,
                                                              const MDF4_ConversionContext &handler)
@@ -24,10 +21,10 @@ bool Interface_Data_CPU_Timestamps::extractData(const StdLogEntry &entry, Record
 {
     if (entry.type != ReqType || entry.number != ReqNr)
         return false;
-    quint64 stamp = (timestamp() & ~quint64(0xFFFFFFFF)) | entry.timestamp;
+    quint64 stamp = logtime::withLowWord(timestamp(), entry.timestamp);
     const QString text = QStringLiteral("Cyclic Timestamp event - (timestamp & "
                                         "TS_32BIT_MSK_32_LOW_BITS): %1 - timestamp from log: %2")
-                             .arg(static_cast<quint32>(stamp))
+                             .arg(logtime::lowWord(stamp))
                              .arg(entry.timestamp);
     qDebug().noquote() << text;
     context().messages->info(text);
@@ -52,8 +49,9 @@ bool Interface_Data_CPU_Timestamps::extractData(const StdLogEntry &entry, Record
 
 void Interface_Data_CPU_Timestamps::compensateOffset()
 {
-    if (sampleCount() == 0)
-        m_offsetCompensation = true;
+    assert(sampleCount() == 0
+           && "Offset-Compensation ist not allowed if there is already a valid timestamp.");
+    m_offsetCompensation = true;
 }
 
 Interface_MDF4_CPU_Timestamps::Interface_MDF4_CPU_Timestamps(const MDF4_ConversionContext &handler)

@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/interface_extractdata.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
+#include "MDF4Conversion/rawlog/clocklimits.h"
 #include "MDF4Conversion/synctimeline.h"
 
 #include <memory>
@@ -12,8 +13,8 @@
 class Interface_Data_CPU_Timestamps : public virtual Interface_ExtractData
 {
 public:
-    // A processor shows a stamp at least this often, in us.
-    static constexpr quint64 maxInterval = 0x20000000; // 536.9 s
+    // A processor shows a stamp at least this often.
+    static constexpr quint64 longestCycle_us = rawlog::syncCycleLimit_us;
 
     Interface_Data_CPU_Timestamps(quint8 processor, const MDF4_ConversionContext &context);
 
@@ -21,15 +22,13 @@ public:
     bool extractData(const StdLogEntry &entry, RecordBuffer &record) override;
 
     // The first sample of the log lies behind an overflow that this processor hasn't shown yet:
-    // its first stamp gets a high word of 1. Without effect once there is a stamp.
+    // its first stamp gets a high word of 1. Not allowed once there is a stamp.
     void compensateOffset();
 
-    // No two stamps in a row lie further apart than maxInterval. True with fewer than two.
-    [[nodiscard]] bool isComplete() const { return sampleCount() < 2 || longest() <= maxInterval; }
+    // No two stamps in a row lie further apart than longestCycle_us. True with fewer than two.
+    [[nodiscard]] bool isComplete() const { return maxInterval() <= longestCycle_us; }
 
 private:
-    [[nodiscard]] quint64 longest() const { return Interface_ExtractData::maxInterval(); }
-
     bool m_offsetCompensation = false;
 };
 
@@ -44,7 +43,7 @@ public:
 
     [[nodiscard]] bool allComplete() const;
 
-    // Processors without a stamp, and those that come later, start behind the overflow, too.
+    // The processors start behind the overflow, too. None of them may have shown a stamp.
     void noteInitialAdjustment() override;
 
 private:

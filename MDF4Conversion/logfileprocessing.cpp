@@ -30,14 +30,22 @@ LogFileProcessing::~LogFileProcessing()
     qDebug("Destroying LogFileProcessing");
 }
 
-void LogFileProcessing::buildInterfaces(const TerminalStruct &configuration)
+bool LogFileProcessing::buildInterfaces(const TerminalStruct &configuration,
+                                        const std::atomic<bool> &cancelled)
 {
-    m_groups = Interface_MDF4_Factory::build(m_context, configuration);
+    ChannelGroupList list(cancelled);
+    Interface_MDF4_Factory::build(m_context, configuration, list);
+    if (!list.failure().isEmpty())
+        m_messages.error(list.failure());
+    if (list.isClosed())
+        return false;
+    m_groups = list.take();
     m_temporaryFiles.setExpectedFiles(int(m_groups.size()));
     EntryIndex::Groups groups;
     for (const auto &group : m_groups)
         groups.push_back(group.get());
     m_index = std::make_unique<EntryIndex>(groups);
+    return true;
 }
 
 // Sync stamps come first, so that they are known before any signal that follows them.
@@ -79,32 +87,26 @@ void LogFileProcessing::reportTimestampsAndDebugInfos()
                                 .arg(*processor.minTemperature)
                                 .arg(*processor.maxTemperature));
         }
-        if (processor.syncCounter >= 2) {
+        if (processor.restarts.value_or(0) >= rawlog::manyRestarts) {
             m_messages.warning(QStringLiteral("Dbg-Infos[%1]: "
                                               "Timestamp-Sync-Counter/LogController-Restart-"
                                               "Counter:%2")
                                    .arg(number)
-                                   .arg(processor.syncCounter));
+                                   .arg(*processor.restarts));
         }
-        if (processor.ringBufferCounter != 0) {
+        if (processor.ringBufferOverflows.value_or(0) != 0) {
             m_messages.error(
                 QStringLiteral("Dbg-Infos[%1]: Ringbuffer overflow protection counter:%2")
                     .arg(number)
-                    .arg(processor.ringBufferCounter));
+                    .arg(*processor.ringBufferOverflows));
         }
     }
 }
 
-void LogFileProcessing::reportDroppedRecords()
+void LogFileProcessing::reportLosses()
 {
-    for (const auto &group : m_groups) {
-        if (group->droppedRecords() != 0) {
-            m_messages.warning(QStringLiteral("%1 records of channel-group %2 were left out, they "
-                                              "lacked the data of some of its channels.")
-                                   .arg(group->droppedRecords())
-                                   .arg(group->sigGrpName));
-        }
-    }
+    for (const auto &group : m_groups)
+        group->reportLosses();
 }
 
 std::vector<MDF4_ChannelGroup *> LogFileProcessing::groupsWithSamples() const
@@ -147,7 +149,7 @@ LogFileProcessing::SignalCounts LogFileProcessing::signalCounts() const
     std::map<QString, std::map<QString, quint64>> counts;
     for (const auto &group : m_groups) {
         for (const auto &channel : group->channels())
-            counts[group->sigGrpName][channel->name] += channel->sampleCount();
+            counts[group->sigGrpName][channel->name] += group->recordCount();
     }
     SignalCounts texts;
     for (const auto &[group, channels] : counts) {

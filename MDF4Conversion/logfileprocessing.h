@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MDF4Conversion/Interface_MDF4_Factory/interface_metadataanddebuginfos.h"
+#include "MDF4Conversion/channelgrouplist.h"
 #include "MDF4Conversion/conversioncontext.h"
 #include "MDF4Conversion/conversionjob.h"
 #include "MDF4Conversion/conversionsummary.h"
@@ -27,12 +28,14 @@ public:
     LogFileProcessing(const ConversionJob &job, MDF4_Conversion_Msg_Interface &messages);
     ~LogFileProcessing();
 
-    void buildInterfaces(const TerminalStruct &configuration);
+    // False when the groups can't be had, which is told as an error, or when it was cancelled.
+    [[nodiscard]] bool buildInterfaces(const TerminalStruct &configuration,
+                                       const std::atomic<bool> &cancelled);
     void processEntry(const StdLogEntry &entry);
 
     // Statuses, warnings and errors about what the log tells of the logger, once it is parsed.
     void reportTimestampsAndDebugInfos();
-    void reportDroppedRecords();
+    void reportLosses();
 
     // Writes all groups with samples into `path`, under which the file grows. The texts name the
     // output file of the job. False when it failed or was cancelled; the file is gone then.
@@ -46,8 +49,6 @@ public:
     void fillSummary(ConversionSummary &summary) const;
 
 private:
-    using Groups = std::vector<std::unique_ptr<MDF4_ChannelGroup>>;
-
     void noteFirstTimestamp(const MDF4_ChannelGroup &group);
     [[nodiscard]] quint64 smallestTimestamp() const;
     [[nodiscard]] std::vector<MDF4_ChannelGroup *> groupsWithSamples() const;
@@ -58,6 +59,6 @@ private:
     MDF4_ConversionContext m_context;
     std::unique_ptr<Interface_MDF4_CPU_Timestamps> m_cpuTimestamps;
     std::unique_ptr<Interface_MetaDataAndDebugInfos> m_metaData;
-    Groups m_groups;
+    ChannelGroupList::Groups m_groups;
     std::unique_ptr<EntryIndex> m_index;
 };

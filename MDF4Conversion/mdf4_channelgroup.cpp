@@ -1,5 +1,7 @@
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
+#include "MDF4Conversion/mdf4_conversion_msg_interface.h"
+
 #include <cassert>
 
 MDF4_ChannelGroup::MDF4_ChannelGroup(const MDF4_ConversionContext &handler, const QString &name,
@@ -50,6 +52,15 @@ void MDF4_ChannelGroup::endRecord(quint64 timestamp_us)
         m_firstTime = timestamp_us;
     m_lastTime = timestamp_us;
     ++m_recordCount;
+}
+
+void MDF4_ChannelGroup::reportLosses() const
+{
+    if (m_droppedRecords == 0)
+        return;
+    m_context.messages->warning(QStringLiteral("%1 records of channel-group %2 were left out, they "
+                                               "lacked the data of some of its channels.")
+                                    .arg(QString::number(m_droppedRecords), sigGrpName));
 }
 
 void MDF4_ChannelGroup::startAnew()

@@ -46,6 +46,8 @@ public:
     [[nodiscard]] quint64 recordCount() const { return m_recordCount; }
     // Records that lacked the bytes of some channel and were left out.
     [[nodiscard]] quint64 droppedRecords() const { return m_droppedRecords; }
+    // Tells what was left out, once the log is parsed.
+    virtual void reportLosses() const;
     [[nodiscard]] TemporaryFile &records() { return m_records; }
 
     // The time of the entry that was taken last.

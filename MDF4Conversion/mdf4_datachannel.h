@@ -26,20 +26,8 @@ enum class MdfDataType : quint8 {
 class MDF4_DataChannel : public virtual Interface_ExtractData
 {
 public:
-    // What fits the table of the conversions; decides the CC block.
-    enum class Kind : quint8 {
-        Identity = 0,
-        Linear = 1,
-        Rational = 2,
-        Formula = 3,
-        InterpolatedTable = 4,
-        Table = 5,
-        TextTable = 7
-    };
-
     bool extractData(const StdLogEntry &entry, RecordBuffer &record) override = 0;
 
-    [[nodiscard]] virtual Kind kind() const = 0;
     // The CC block, not yet attached to a file. Null for a conversion that no reader could follow:
     // coefficients that are no numbers, an empty formula or table.
     [[nodiscard]] virtual std::unique_ptr<M4CCBlock> conversionBlock() const = 0;
@@ -69,7 +57,6 @@ class MDF4_DataChannel_Identity : public MDF4_DataChannel
 public:
     static constexpr const char *conversionName = "Identity";
 
-    [[nodiscard]] Kind kind() const final { return Kind::Identity; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
     void setPhysicalRange(double lower, double upper) final { setRange(lower, upper); }
 };
@@ -80,7 +67,6 @@ class MDF4_DataChannel_Linear : public MDF4_DataChannel
 public:
     static constexpr const char *conversionName = "Linear";
 
-    [[nodiscard]] Kind kind() const final { return Kind::Linear; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
     void setPhysicalRange(double lower, double upper) final;
 
@@ -94,7 +80,6 @@ class MDF4_DataChannel_Rational : public MDF4_DataChannel
 public:
     static constexpr const char *conversionName = "Rational";
 
-    [[nodiscard]] Kind kind() const final { return Kind::Rational; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
 
     std::array<double, 6> coefficients{};
@@ -107,7 +92,6 @@ class MDF4_DataChannel_Formula : public MDF4_DataChannel
 public:
     static constexpr const char *conversionName = "Formula";
 
-    [[nodiscard]] Kind kind() const final { return Kind::Formula; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
     void setPhysicalRange(double lower, double upper) final;
 
@@ -136,7 +120,6 @@ class MDF4_DataChannel_Val2Val_Table_Interpolated : public MDF4_DataChannel_Val2
 public:
     static constexpr const char *conversionName = "Val2Val_Table_Interpolated";
 
-    [[nodiscard]] Kind kind() const final { return Kind::InterpolatedTable; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
 };
 
@@ -145,7 +128,6 @@ class MDF4_DataChannel_Val2Val_Table_nonInterpolated : public MDF4_DataChannel_V
 public:
     static constexpr const char *conversionName = "Val2Val_Table_nonInterpolated";
 
-    [[nodiscard]] Kind kind() const final { return Kind::Table; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
 };
 
@@ -154,7 +136,6 @@ class MDF4_DataChannel_Val2Txt_Table : public MDF4_DataChannel
 public:
     static constexpr const char *conversionName = "Val2Txt_Table";
 
-    [[nodiscard]] Kind kind() const final { return Kind::TextTable; }
     [[nodiscard]] std::unique_ptr<M4CCBlock> conversionBlock() const final;
 
     // Of equal keys the first one counts.

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr quint64 recordId = 1;
-constexpr quint32 listCapacity = 5;
 constexpr int shortestFileName = 4;
 
 QString a2lFile(const QString &port, int number, const QString &name)
@@ -104,7 +103,7 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
         source.size = group->recordCount() * group->recordSize();
         assert(quint64(group->records().size()) == source.size
                && "Extracted data-size have to match a channel-grp record-sample in size.");
-        source.blockSize = quint32(qMin<quint64>(source.size, M4_MAX_BLOCK_SIZE));
+        source.blockSize = quint32(m4BlockSize(group->recordSize(), group->recordCount()));
         m_totalBytes += source.size;
         sources.push_back(source);
     }
@@ -126,7 +125,7 @@ bool Mdf4FileWriter::writeGroup(MDF4_ChannelGroup &group, const BlockPipeline::S
     if (!cg)
         return m_file.failed() ? failFile() : false;
     m_file.noteCycleCount(*cg);
-    m4DZStreamEx stream(m_file, dg, source.blockSize, source.recordSize, listCapacity);
+    m4DZStreamEx stream(m_file, dg, source.blockSize, source.recordSize);
     for (quint64 i = BlockPipeline::blockCount(source); i > 0; --i) {
         if (m_cancelled)
             return false;
@@ -152,7 +151,7 @@ M4CGBlock *Mdf4FileWriter::addGroup(const MDF4_ChannelGroup &group, M4DGBlock *d
         return nullptr;
     quint32 byteOffset = MDF4_ChannelGroup::timeBytes;
     for (const auto &channel : group.channels()) {
-        if (!addChannel(*cg, *channel, byteOffset))
+        if (m_cancelled || !addChannel(*cg, *channel, byteOffset))
             return nullptr;
         byteOffset += channel->size;
     }
@@ -166,7 +165,7 @@ bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, 
     M4CNBlock *cn =
         cg.addCN(name.toStdString(), fixedLengthChannel, static_cast<quint8>(channel.dataType),
                  byteOffset, channel.size, channel.rangeMin, channel.rangeMax);
-    if (!cn)
+    if (!cn || !cn->setUnit(channel.unit.toStdString()))
         return false;
     const std::unique_ptr<M4CCBlock> conversion = channel.conversionBlock();
     if (conversion && conversion->fits()) {
@@ -178,7 +177,7 @@ bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, 
                                              "coefficients or its table can't be written.")
                                .arg(name));
     }
-    return cn->setUnit(channel.unit.toStdString());
+    return true;
 }
 
 void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,

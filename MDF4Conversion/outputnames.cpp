@@ -14,7 +14,7 @@ QString OutputNames::take(const QString &path)
     return path;
 }
 
-OutputNames::Mdf4Names OutputNames::mdf4Names(const QString &inputFile, const QString &folder)
+QString OutputNames::outputFile(const QString &inputFile, const QString &folder)
 {
     const QString baseName = QFileInfo(inputFile).completeBaseName();
     const QString outputPattern = QStringLiteral("%1/%2.mf4");
@@ -24,10 +24,15 @@ OutputNames::Mdf4Names OutputNames::mdf4Names(const QString &inputFile, const QS
                                    baseName + QLatin1Char('_') + QString::number(m_outputNumber));
         ++m_outputNumber;
     }
+    return take(output);
+}
+
+QString OutputNames::temporaryDir(const QString &folder)
+{
     QString temporary;
     do {
         temporary = QStringLiteral("%1/tmp_%2").arg(folder, QString::number(m_temporaryNumber));
         ++m_temporaryNumber;
     } while (!isFree(temporary));
-    return {take(output), take(temporary)};
+    return take(temporary);
 }

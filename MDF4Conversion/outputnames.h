@@ -4,19 +4,16 @@
 #include <QString>
 
 // Free names for the outputs of one batch of conversions. A name is never given twice, though none
-// of the files exists yet.
+// of the files exists yet. Another process may take a name right after it was found free: who gets
+// it asks for the next one then. Used by one thread at a time.
 class OutputNames
 {
 public:
-    struct Mdf4Names
-    {
-        QString outputFile;
-        QString temporaryDir;
-    };
-
-    // The names for converting `inputFile` into `folder`: its base name with ".mf4", numbered when
-    // that is taken, and a temporary folder "tmp_" with a number.
-    [[nodiscard]] Mdf4Names mdf4Names(const QString &inputFile, const QString &folder);
+    // The next name for what `inputFile` becomes in `folder`: its base name with ".mf4", numbered
+    // when that is taken.
+    [[nodiscard]] QString outputFile(const QString &inputFile, const QString &folder);
+    // The next temporary folder in `folder`: "tmp_" with a number.
+    [[nodiscard]] QString temporaryDir(const QString &folder);
 
 private:
     [[nodiscard]] bool isFree(const QString &path) const;

@@ -2,15 +2,10 @@
 
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
 
+using logtime::highStep;
+using logtime::lowWord;
+
 namespace {
-
-constexpr quint64 highStep = quint64(1) << 32;
-constexpr quint64 highMask = ~quint64(0xFFFFFFFF);
-
-quint32 lowWord(quint64 timestamp)
-{
-    return static_cast<quint32>(timestamp);
-}
 
 quint64 distance(quint64 a, quint64 b)
 {
@@ -23,9 +18,9 @@ quint64 raisedToSyncStamps(quint64 from, const MDF4_ConversionContext &context)
 {
     quint64 timestamp = from;
     const quint64 fastest = context.cpuTimestamps->fastest();
-    const quint64 fastestHigh = fastest & highMask;
+    const quint64 fastestHigh = logtime::highPart(fastest);
     if (timestamp < fastestHigh)
-        timestamp = fastestHigh | lowWord(timestamp);
+        timestamp = logtime::withLowWord(fastestHigh, lowWord(timestamp));
     if (timestamp >= fastestHigh && timestamp < fastest)
         timestamp += highStep;
     context.messages->info(
@@ -49,7 +44,7 @@ bool SampleClock::correct(quint32 now, const MDF4_ConversionContext &context, qu
                           quint8 number)
 {
     SyncTimeline &stamps = *context.cpuTimestamps;
-    quint64 timestamp = (m_timestamp & highMask) | now;
+    quint64 timestamp = logtime::withLowWord(m_timestamp, now);
     bool adjusted = false;
     if (now < lowWord(m_timestamp)) {
         timestamp += highStep;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MDF4Conversion/conversioncontext.h"
+#include "MDF4Conversion/logtime.h"
 #include "MDF4Conversion/synctimeline.h"
 
 #include <QtGlobal>
@@ -25,7 +26,7 @@ public:
     // Runs for every entry of a log.
     [[nodiscard]] bool noteUncorrected(quint32 now, const SyncTimeline &stamps)
     {
-        const quint64 time = (m_timestamp & ~quint64(0xFFFFFFFF)) | now;
+        const quint64 time = logtime::withLowWord(m_timestamp, now);
         const bool plausible = stamps.hasSources()
                                    ? !stamps.isImplausible(time)
                                    : m_count != 0 || stamps.firstTimestamps().empty();

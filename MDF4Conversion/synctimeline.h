@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MDF4Conversion/rawlog/clocklimits.h"
+
 #include <QtGlobal>
 
 #include <vector>
@@ -11,8 +13,9 @@ class SyncTimeline
 public:
     // A signal further behind the slowest or ahead of the fastest processor than this missed an
     // overflow of the clock.
-    static constexpr quint64 backLimit = 0x30000000;    // 805.3 s
-    static constexpr quint64 forwardLimit = 0x50000000; // 1342.2 s, also for the start of a log
+    static constexpr quint64 backLimit = rawlog::clockBackLimit_us;
+    static constexpr quint64 forwardLimit =
+        rawlog::clockForwardLimit_us; // also for the start of a log
 
     SyncTimeline() = default;
     SyncTimeline(const SyncTimeline &) = delete;

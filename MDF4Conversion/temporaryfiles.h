@@ -18,15 +18,16 @@ class TemporaryFilePool
 {
 public:
     static constexpr int maxOpenFiles = 48;
-    static constexpr int totalBufferSize = 24 * 1024 * 1024;
-    static constexpr int minBufferSize = 4 * 1024;
+    // All buffers together, as long as a record fits each one's share.
+    static constexpr int totalBufferSize = 48 * 1024 * 1024;
+    static constexpr int minBufferSize = 512;
     static constexpr int maxBufferSize = 256 * 1024;
 
     explicit TemporaryFilePool(const QString &folder)
         : m_folder(folder)
     {}
 
-    // How many files will share the buffers; more than that only use more memory.
+    // How many files will share the buffers: as many as a conversion may have groups.
     void setExpectedFiles(int count);
     [[nodiscard]] int bufferSize() const { return m_bufferSize; }
     [[nodiscard]] const QString &folder() const { return m_folder; }

@@ -5,8 +5,11 @@
 #include "MDF4Conversion/rawlog/logfilereader.h"
 #include "config/terminalstruct.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
+
+#include <new>
 
 WorkerConvertMDF4::WorkerConvertMDF4(const ConversionJob &job, QObject *parent)
     : QObject(parent)
@@ -44,7 +47,12 @@ void WorkerConvertMDF4::process()
     m_summary = ConversionSummary();
     qDebug("MDF4 conversion starts..");
     info(QStringLiteral("logfile-conversion started..."));
-    m_summary.written = convert();
+    try {
+        m_summary.written = convert();
+    } catch (const std::bad_alloc &) {
+        error(QCoreApplication::translate("Conversion",
+                                          "There is not enough memory for the conversion"));
+    }
     if (m_summary.written)
         info(QStringLiteral("Logfile-conversion completed."));
     else
@@ -54,7 +62,7 @@ void WorkerConvertMDF4::process()
 
 bool WorkerConvertMDF4::convert()
 {
-    ConversionFiles files(m_job.outputFile, m_job.temporaryDir);
+    ConversionFiles files(m_job);
     LogFileReader reader(m_job.inputFile);
     progress(0, 0);
     if (!isConvertible(reader))
@@ -63,9 +71,15 @@ bool WorkerConvertMDF4::convert()
         error(files.failure());
         return false;
     }
-    LogFileProcessing processing(m_job, *this);
+    ConversionJob job = m_job;
+    job.outputFile = files.outputFile();
+    job.temporaryDir = files.temporaryDir();
+    LogFileProcessing processing(job, *this);
     info(QStringLiteral("grouping signal-channels..."));
-    processing.buildInterfaces(*reader.configuration());
+    if (!processing.buildInterfaces(*reader.configuration(), m_cancelled)) {
+        cancelRequested();
+        return false;
+    }
     emit sig_updateSignals(processing.signalCounts(), false);
     const bool parsed = parse(reader, processing);
     qDebug("MDF4 Converter Deleting LOG..");
@@ -73,7 +87,7 @@ bool WorkerConvertMDF4::convert()
     if (!parsed)
         return false;
     processing.reportTimestampsAndDebugInfos();
-    processing.reportDroppedRecords();
+    processing.reportLosses();
     info(QStringLiteral("updating signallist..."));
     emit sig_updateSignals(processing.signalCounts(), true);
     processing.fillSummary(m_summary);
@@ -89,6 +103,7 @@ bool WorkerConvertMDF4::convert()
         error(files.failure());
         return false;
     }
+    m_summary.outputFile = files.outputFile();
     info(QStringLiteral("Writing MDF4 done."));
     progress(100, 100);
     return true;

@@ -59,13 +59,11 @@ ExitCode BatchConversion::run(const QStringList &files)
 
 BatchConversion::Result BatchConversion::convert(const QString &file)
 {
-    const QString folder =
-        m_options.outputFolder.isEmpty() ? QFileInfo(file).path() : m_options.outputFolder;
-    const OutputNames::Mdf4Names names = m_names.mdf4Names(file, folder);
     ConversionJob job;
     job.inputFile = file;
-    job.outputFile = names.outputFile;
-    job.temporaryDir = names.temporaryDir;
+    job.outputFolder =
+        m_options.outputFolder.isEmpty() ? QFileInfo(file).path() : m_options.outputFolder;
+    job.names = &m_names;
     job.author = environmentUser();
     job.department = QSysInfo::machineHostName();
     job.threads = m_options.threads;
@@ -106,7 +104,7 @@ BatchConversion::Result BatchConversion::convert(const QString &file)
     thread.quit();
     thread.wait();
     m_console.clearProgress();
-    return {worker.summary(), names.outputFile, double(clock.elapsed()) / 1000.0};
+    return {worker.summary(), double(clock.elapsed()) / 1000.0};
 }
 
 void BatchConversion::report(const QString &file, const Result &result)
@@ -116,10 +114,11 @@ void BatchConversion::report(const QString &file, const Result &result)
         quint64 samples = 0;
         for (const ConversionSummary::Group &group : summary.groups)
             samples += group.samples;
-        m_console.status(QStringLiteral("%1 -> %2: %3 groups, %4 records, %5 s")
-                             .arg(displayName(file), displayName(result.outputFile),
-                                  QString::number(summary.groups.size()), QString::number(samples),
+        m_console.status(QStringLiteral("%1 -> %2: %3, %4, %5 s")
+                             .arg(displayName(file), displayName(summary.outputFile),
+                                  counted(quint64(summary.groups.size()), "1 group", "%1 groups"),
+                                  counted(samples, "1 record", "%1 records"),
                                   QString::number(result.seconds, 'f', 2)));
     }
-    m_summaries.append(conversionJson(file, result.outputFile, summary, result.seconds));
+    m_summaries.append(conversionJson(file, summary, result.seconds));
 }

@@ -36,7 +36,6 @@ private:
     struct Result
     {
         ConversionSummary summary;
-        QString outputFile;
         double seconds = 0;
     };
 

@@ -4,13 +4,13 @@
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
 #include "config/terminalstruct.h"
+#include "config/valuenames.h"
+
+using namespace valuenames;
 
 namespace {
 
 constexpr double canClock_kHz = 120000;
-
-constexpr const char *canModes[] = {"CAN", "CAN-FD", "CAN-FD, fast data"};
-constexpr const char *filterTypes[] = {"Range", "Dual", "Classic", "Range T2"};
 
 QString channelName(std::size_t channel)
 {
@@ -91,10 +91,15 @@ QString filtersText(const TerminalStruct &configuration)
     TextTable table({"Channel", "Type", "On match", ">Bits", ">ID 1", ">ID 2"});
     for (std::size_t i = 0; i < configuration.can.size(); ++i) {
         for (const CanIdFilterElement *filter : configuration.can[i].filters)
-            table.addRow({channelName(i), nameOf(filterTypes, filter->filter_type),
-                          filter->reject != 0 ? QStringLiteral("reject") : QStringLiteral("accept"),
-                          filter->extended != 0 ? QStringLiteral("29") : QStringLiteral("11"),
-                          hexText(filter->id1), hexText(filter->id2)});
+            table.addRow([&] {
+                return QStringList{
+                    channelName(i),
+                    nameOf(canFilterTypes, filter->filter_type),
+                    filter->reject != 0 ? QStringLiteral("reject") : QStringLiteral("accept"),
+                    filter->extended != 0 ? QStringLiteral("29") : QStringLiteral("11"),
+                    hexText(filter->id1),
+                    hexText(filter->id2)};
+            });
     }
     return section(QStringLiteral("CAN filters"), table);
 }
@@ -128,13 +133,23 @@ QString signalsText(const TerminalStruct &configuration)
                      "Use"});
     for (std::size_t i = 0; i < configuration.can.size(); ++i) {
         for (const StreamingClass_DBC_Signal *signal : configuration.can[i].dbc_signals)
-            table.addRow({channelName(i), identifierText(signal->msg_id, signal->extended_id != 0),
-                          QString::number(signal->dlc), signal->name,
-                          QString::number(signal->start_bit), QString::number(signal->bit_length),
-                          orderText(signal->little_endian == 0), signText(signal->is_signed != 0),
-                          realText(signal->factor), realText(signal->offset),
-                          realText(signal->minimum), realText(signal->maximum), signal->unit,
-                          multiplexText(*signal), useText(*signal)});
+            table.addRow([&] {
+                return QStringList{channelName(i),
+                                   identifierText(signal->msg_id, signal->extended_id != 0),
+                                   QString::number(signal->dlc),
+                                   signal->name,
+                                   QString::number(signal->start_bit),
+                                   QString::number(signal->bit_length),
+                                   orderText(signal->little_endian == 0),
+                                   signText(signal->is_signed != 0),
+                                   realText(signal->factor),
+                                   realText(signal->offset),
+                                   realText(signal->minimum),
+                                   realText(signal->maximum),
+                                   signal->unit,
+                                   multiplexText(*signal),
+                                   useText(*signal)};
+            });
     }
     return section(QStringLiteral("DBC signals"), table);
 }
@@ -145,12 +160,19 @@ QString aimText(const TerminalStruct &configuration)
                      ">Sample bytes", ">Gap bytes", "Order", "Sign", "Unit"});
     for (std::size_t i = 0; i < configuration.can.size(); ++i) {
         for (const AimMsgMeta *module : configuration.can[i].aim_modules)
-            table.addRow(
-                {channelName(i), hexText(module->MsgId), module->name,
-                 QString::number(module->msgLength), QString::number(module->channelsInMsg),
-                 QString::number(module->samplesInMsg), QString::number(module->sampleSizeInBytes),
-                 QString::number(module->gapBetweenChannelsInBytes), orderText(module->isMsbFirst),
-                 signText(module->isSigned), module->unit});
+            table.addRow([&] {
+                return QStringList{channelName(i),
+                                   hexText(module->MsgId),
+                                   module->name,
+                                   QString::number(module->msgLength),
+                                   QString::number(module->channelsInMsg),
+                                   QString::number(module->samplesInMsg),
+                                   QString::number(module->sampleSizeInBytes),
+                                   QString::number(module->gapBetweenChannelsInBytes),
+                                   orderText(module->isMsbFirst),
+                                   signText(module->isSigned),
+                                   module->unit};
+            });
     }
     return section(QStringLiteral("AIM modules"), table);
 }

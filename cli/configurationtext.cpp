@@ -5,17 +5,11 @@
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
 #include "config/terminalstruct.h"
+#include "config/valuenames.h"
+
+using namespace valuenames;
 
 namespace {
-
-constexpr const char *auxModes[] = {"always on", "terminal 15 controlled",
-                                    "CAN 0 traffic controlled"};
-constexpr const char *agmRates[] = {"1000 Hz", "250 Hz", "125 Hz", "31.25 Hz"};
-constexpr const char *accScales[] = {"2 g", "4 g", "8 g"};
-constexpr const char *gyroScales[] = {"32 °/s",  "64 °/s",   "128 °/s",  "256 °/s",
-                                      "512 °/s", "1024 °/s", "2048 °/s", "4096 °/s"};
-constexpr const char *d4modModes[] = {"high speed", "frame", "refresh bus voltage", "ZDS speed"};
-constexpr const char *d4modRates[] = {"20 kHz", "10 kHz", "5 kHz", "1 kHz"};
 
 QString triggerText(const LogTriggerCfg &trigger)
 {
@@ -77,12 +71,19 @@ TextTable etherCatSignalTable(const TerminalEtherCatCfg &master)
         if (slave->slave_signals.isEmpty())
             table.addRow({QString::number(slave->slave_number), slave->name});
         for (const EtherCatSignal *signal : slave->slave_signals)
-            table.addRow(
-                {QString::number(slave->slave_number), slave->name, signal->name,
-                 QString::number(signal->start_bit), QString::number(signal->bit_length),
-                 QString::number(signal->data_type), realText(signal->multiplier),
-                 realText(signal->offset), signal->unit,
-                 (signal->mdf4_flags & 1) != 0 ? QStringLiteral("yes") : QStringLiteral("no")});
+            table.addRow([&] {
+                return QStringList{QString::number(slave->slave_number),
+                                   slave->name,
+                                   signal->name,
+                                   QString::number(signal->start_bit),
+                                   QString::number(signal->bit_length),
+                                   QString::number(signal->data_type),
+                                   realText(signal->multiplier),
+                                   realText(signal->offset),
+                                   signal->unit,
+                                   (signal->mdf4_flags & 1) != 0 ? QStringLiteral("yes")
+                                                                 : QStringLiteral("no")};
+            });
     }
     return table;
 }
@@ -107,8 +108,10 @@ TextTable tunnelingFilterTable(const EthTunnelingCfg &tunneling)
 {
     TextTable table({">Channel", ">From ID", ">To ID"});
     for (const TunnelingFilter *filter : tunneling.filters)
-        table.addRow(
-            {QString::number(filter->channel), hexText(filter->from_id), hexText(filter->to_id)});
+        table.addRow([&] {
+            return QStringList{QString::number(filter->channel), hexText(filter->from_id),
+                               hexText(filter->to_id)};
+        });
     return table;
 }
 

@@ -1,5 +1,6 @@
 #include "cli/console.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QLoggingCategory>
 #include <QTextCodec>
@@ -9,6 +10,7 @@
 
 #ifdef Q_OS_WIN
 #include <io.h>
+#include <windows.h>
 #else
 #include <unistd.h>
 #endif
@@ -24,8 +26,35 @@ bool isTerminal(std::FILE *stream)
 #endif
 }
 
+#ifdef Q_OS_WIN
+// A console shows UTF-16 as it is; bytes it would read in its code page. False when the stream is a
+// file or a pipe.
+bool writeToConsole(std::FILE *stream, const QString &text)
+{
+    constexpr int maxCharacters = 8192; // older consoles have a buffer of 64 KB
+    const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    DWORD mode = 0;
+    if (GetConsoleMode(console, &mode) == 0)
+        return false;
+    for (int start = 0; start < text.size();) {
+        int size = qMin(maxCharacters, text.size() - start);
+        if (size > 1 && text.at(start + size - 1).isHighSurrogate())
+            --size; // its other half follows
+        DWORD written = 0;
+        if (WriteConsoleW(console, text.utf16() + start, DWORD(size), &written, nullptr) == 0)
+            break; // the window has gone
+        start += size;
+    }
+    return true;
+}
+#endif
+
 void write(std::FILE *stream, const QString &text)
 {
+#ifdef Q_OS_WIN
+    if (writeToConsole(stream, text))
+        return;
+#endif
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
     std::fflush(stream);
@@ -50,6 +79,16 @@ bool Console::openLog(const QString &path, QString &failure)
     return false;
 }
 
+QStringList Console::writeFailures() const
+{
+    QStringList failures;
+    if (std::ferror(stdout) != 0)
+        failures.append(QStringLiteral("The output could not be written."));
+    if (!m_logFailure.isEmpty())
+        failures.append(QStringLiteral("%1: %2").arg(displayName(m_log.fileName()), m_logFailure));
+    return failures;
+}
+
 void Console::print(const QString &text)
 {
     clearProgress();
@@ -60,8 +99,9 @@ void Console::message(const QString &kind, const QString &text, bool onlyLog)
 {
     const QString line = kind + plainMessage(text) + QLatin1Char('\n');
     if (m_log.isOpen()) {
-        m_log.write(line.toUtf8());
-        m_log.flush();
+        const QByteArray bytes = line.toUtf8();
+        if ((m_log.write(bytes) != bytes.size() || !m_log.flush()) && m_logFailure.isEmpty())
+            m_logFailure = m_log.errorString();
     }
     if (onlyLog)
         return;
@@ -126,4 +166,15 @@ QString durationText(double seconds)
     if (whole >= 3600)
         return QStringLiteral("%1:%2").arg(whole / 3600).arg(minutesAndSeconds);
     return whole >= 600 ? minutesAndSeconds : minutesAndSeconds.mid(1);
+}
+
+QString utcText(quint64 utc_us)
+{
+    const auto utc_ms = static_cast<qint64>(utc_us / 1000);
+    return QDateTime::fromMSecsSinceEpoch(utc_ms, Qt::UTC).toString(Qt::ISODateWithMs);
+}
+
+QString counted(quint64 count, const char *one, const char *many)
+{
+    return count == 1 ? QString::fromLatin1(one) : QString::fromLatin1(many).arg(count);
 }

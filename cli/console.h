@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 // Standard output and standard error of a command line program, in UTF-8, with a progress line that
 // makes way for messages. Used by one thread at a time.
@@ -14,6 +15,8 @@ public:
 
     // Messages go into this file, too. False when it can't be written; `failure` tells why.
     bool openLog(const QString &path, QString &failure);
+    // Texts about output that got lost, on standard output or in the log file.
+    [[nodiscard]] QStringList writeFailures() const;
     void setQuiet(bool quiet) { m_quiet = quiet; }
 
     // A line on standard output.
@@ -32,6 +35,7 @@ private:
 
     bool m_quiet = false;
     QFile m_log;
+    QString m_logFailure; // of the first message that could not be written
     int m_progressWidth = 0;
 };
 
@@ -45,3 +49,7 @@ private:
 [[nodiscard]] QString sizeText(double bytes);
 // 0:07, 12:30, 1:02:03.
 [[nodiscard]] QString durationText(double seconds);
+// UTC in us since 1970 as ISO 8601 with milliseconds.
+[[nodiscard]] QString utcText(quint64 utc_us);
+// A number with what it counts, in which %1 stands for it: "1 byte is", "%1 bytes are".
+[[nodiscard]] QString counted(quint64 count, const char *one, const char *many);

@@ -1,6 +1,7 @@
 #include "cli/conversionjson.h"
 
-#include <QDateTime>
+#include "cli/console.h"
+
 #include <QJsonArray>
 
 namespace {
@@ -25,18 +26,9 @@ QJsonObject groupJson(const ConversionSummary::Group &group, quint64 start_us)
             {QStringLiteral("channels"), channels}};
 }
 
-QJsonValue utcText(quint64 utc_us)
-{
-    if (utc_us == 0)
-        return QJsonValue::Null;
-    const auto utc_ms = static_cast<qint64>(utc_us / 1000);
-    return QDateTime::fromMSecsSinceEpoch(utc_ms, Qt::UTC).toString(Qt::ISODateWithMs);
-}
-
 } // namespace
 
-QJsonObject conversionJson(const QString &input, const QString &output,
-                           const ConversionSummary &summary, double seconds)
+QJsonObject conversionJson(const QString &input, const ConversionSummary &summary, double seconds)
 {
     QJsonArray groups;
     double channels = 0;
@@ -49,9 +41,11 @@ QJsonObject conversionJson(const QString &input, const QString &output,
     const QJsonObject messages{{QStringLiteral("status"), double(summary.statusCount)},
                                {QStringLiteral("warning"), double(summary.warningCount)},
                                {QStringLiteral("error"), double(summary.errorCount)}};
+    const QJsonValue utcStart =
+        summary.utcStart_us == 0 ? QJsonValue() : QJsonValue(utcText(summary.utcStart_us));
     return {
         {QStringLiteral("input"), input},
-        {QStringLiteral("output"), summary.written ? QJsonValue(output) : QJsonValue()},
+        {QStringLiteral("output"), summary.written ? QJsonValue(summary.outputFile) : QJsonValue()},
         {QStringLiteral("cancelled"), summary.cancelled},
         {QStringLiteral("groups"), groups},
         {QStringLiteral("group_count"), groups.size()},
@@ -61,7 +55,7 @@ QJsonObject conversionJson(const QString &input, const QString &output,
         {QStringLiteral("first_time"), 0.0},
         {QStringLiteral("last_time"), secondsSince(summary.startOffset_us, summary.lastTime_us)},
         {QStringLiteral("start_offset_us"), double(summary.startOffset_us)},
-        {QStringLiteral("utc_start"), utcText(summary.utcStart_us)},
+        {QStringLiteral("utc_start"), utcStart},
         {QStringLiteral("skipped_bytes"), double(summary.skippedBytes)},
         {QStringLiteral("dropped_records"), double(summary.droppedRecords)},
         {QStringLiteral("messages"), messages},

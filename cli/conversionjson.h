@@ -7,5 +7,5 @@
 
 // A conversion as JSON. Times are seconds: first_time and last_time since the start of the file,
 // utc_start an ISO 8601 text. "output" is null when there is none.
-[[nodiscard]] QJsonObject conversionJson(const QString &input, const QString &output,
-                                         const ConversionSummary &summary, double seconds);
+[[nodiscard]] QJsonObject conversionJson(const QString &input, const ConversionSummary &summary,
+                                         double seconds);

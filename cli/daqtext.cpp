@@ -4,19 +4,15 @@
 #include "a2l/records/streamingclass_a2l_module.h"
 #include "cli/portsinuse.h"
 #include "cli/textsections.h"
+#include "config/valuenames.h"
 
 #include <cmath>
+
+using namespace valuenames;
 
 namespace {
 
 constexpr quint32 extendedFlag = 0x80000000;
-
-constexpr const char *interfaces[] = {"none", "CCP or XCP on CAN", "XCP on UDP", "XCP on TCP"};
-constexpr const char *dataTypes[] = {"UBYTE",        "SBYTE",       "UWORD",    "SWORD",
-                                     "ULONG",        "SLONG",       "A_UINT64", "A_INT64",
-                                     "FLOAT32_IEEE", "FLOAT64_IEEE"};
-constexpr const char *conversionTypes[] = {"IDENTICAL", "FORM",       "LINEAR",  "RAT_FUNC",
-                                           "TAB_INTP",  "TAB_NOINTP", "TAB_VERB"};
 
 QString canIdText(quint32 id)
 {
@@ -30,7 +26,8 @@ QString parametersText(const QString &port, const StreamingClass_A2L_Module &mod
     TextTable table;
     table.addRow({QStringLiteral("A2L file"), module.a2l_file_name});
     table.addRow({QStringLiteral("State"), onOff(module.config.enabled != 0)});
-    table.addRow({QStringLiteral("Interface"), nameOf(interfaces, module.config.active_interface)});
+    table.addRow(
+        {QStringLiteral("Interface"), nameOf(a2lInterfaces, module.config.active_interface)});
     if (module.config.active_interface == ACTIVE_A2L_IF_CCP_XCP_O_CAN)
         table.addRow({QStringLiteral("Identifiers"),
                       QStringLiteral("send %1, receive %2, %3 bit/s")
@@ -50,8 +47,11 @@ TextTable eventTable(const StreamingClass_A2L_CFG &cfg)
 {
     TextTable table({">Channel", "Event", "Short name", ">Unit code", ">Period"});
     for (const StreamingClass_A2L_RASTER_EVENT *event : cfg.rasters)
-        table.addRow({QString::number(event->channel_no), event->name, event->short_name,
-                      QString::number(event->period_cse), QString::number(event->period_rate)});
+        table.addRow([&] {
+            return QStringList{QString::number(event->channel_no), event->name, event->short_name,
+                               QString::number(event->period_cse),
+                               QString::number(event->period_rate)};
+        });
     return table;
 }
 
@@ -80,13 +80,16 @@ TextTable daqTable(const StreamingClass_A2L_CFG &cfg)
     TextTable table({">No.", "DAQ list", ">Event", ">Identifier", ">First PID", ">ODTs", ">of",
                      ">ODT bytes", ">Elements", ">Bytes", ">Measurements"});
     for (const StreamingClass_A2L_DAQ *daq : cfg.daq_lists) {
-        const DaqContent content = contentOf(*daq);
-        table.addRow({QString::number(daq->daq_number), daq->name,
-                      QString::number(daq->event_channel), canIdText(daq->can_id),
-                      QString::number(daq->first_pid), QString::number(daq->odts.size()),
-                      QString::number(daq->max_odt), QString::number(daq->odt_capacity),
-                      QString::number(content.elements), QString::number(content.bytes),
-                      QString::number(content.names)});
+        table.addRow([&] {
+            const DaqContent content = contentOf(*daq);
+            return QStringList{
+                QString::number(daq->daq_number),    daq->name,
+                QString::number(daq->event_channel), canIdText(daq->can_id),
+                QString::number(daq->first_pid),     QString::number(daq->odts.size()),
+                QString::number(daq->max_odt),       QString::number(daq->odt_capacity),
+                QString::number(content.elements),   QString::number(content.bytes),
+                QString::number(content.names)};
+        });
     }
     return table;
 }
@@ -96,10 +99,15 @@ TextTable measurementTable(const StreamingClass_A2L_Module &module)
     TextTable table({"Measurement", "Type", ">Address", "Conversion", ">Lower limit",
                      ">Upper limit", "Description"});
     for (const A2lMeasurement *measurement : module.measurements)
-        table.addRow({measurement->name, nameOf(dataTypes, measurement->data_type),
-                      hexText(measurement->ecu_address), measurement->conversion,
-                      realText(measurement->lower_limit), realText(measurement->upper_limit),
-                      measurement->long_identifier});
+        table.addRow([&] {
+            return QStringList{measurement->name,
+                               nameOf(a2lDataTypes, measurement->data_type),
+                               hexText(measurement->ecu_address),
+                               measurement->conversion,
+                               realText(measurement->lower_limit),
+                               realText(measurement->upper_limit),
+                               measurement->long_identifier};
+        });
     return table;
 }
 
@@ -140,8 +148,10 @@ TextTable methodTable(const StreamingClass_A2L_Module &module)
 {
     TextTable table({"Conversion", "Kind", "Unit", "Content"});
     for (const A2lCompuMethod *method : module.compu_methods)
-        table.addRow({method->name, nameOf(conversionTypes, method->conversion_type), method->unit,
-                      contentText(*method)});
+        table.addRow([&] {
+            return QStringList{method->name, nameOf(a2lConversionTypes, method->conversion_type),
+                               method->unit, contentText(*method)};
+        });
     return table;
 }
 

@@ -1,6 +1,5 @@
 #include "cli/fileinspection.h"
 
-#include "MDF4Conversion/rawlog/logconfiguration.h"
 #include "MDF4Conversion/rawlog/logfilereader.h"
 #include "cli/logfindings.h"
 #include "config/configfile.h"
@@ -26,13 +25,6 @@ void readConfigurationFile(FileInspection &inspection)
         inspection.failure = withoutPath(failure, inspection.file);
 }
 
-void readLogConfiguration(FileInspection &inspection)
-{
-    const rawlog::ConfigurationBlock block = rawlog::readConfigurationBlock(inspection.file);
-    inspection.configuration = rawlog::decodeConfiguration(block.bytes);
-    inspection.failure = block.failure;
-}
-
 // What lies behind the last entry, from the first byte that is none.
 void takeRest(LogStatistics &statistics, const LogFileReader &reader)
 {
@@ -40,13 +32,9 @@ void takeRest(LogStatistics &statistics, const LogFileReader &reader)
     statistics.takeSkipped(start, quint64(qMax<qint64>(reader.fileSize() - start, 0)));
 }
 
-void readEntries(FileInspection &inspection, const InspectionProgress &progress)
+void readEntries(FileInspection &inspection, LogFileReader &reader,
+                 const InspectionProgress &progress)
 {
-    LogFileReader reader(inspection.file);
-    if (!reader.isOpen()) {
-        inspection.failure = reader.failure();
-        return;
-    }
     reader.setContinueCheck([&] {
         inspection.cancelled = !progress(reader.position(), reader.fileSize());
         return !inspection.cancelled;
@@ -69,6 +57,15 @@ void readEntries(FileInspection &inspection, const InspectionProgress &progress)
     inspection.log = std::move(statistics);
 }
 
+void readLog(FileInspection &inspection, InspectionScope scope, const InspectionProgress &progress)
+{
+    LogFileReader reader(inspection.file);
+    inspection.failure = reader.failure();
+    inspection.configuration = reader.takeConfiguration();
+    if (reader.isOpen() && scope == InspectionScope::Everything)
+        readEntries(inspection, reader, progress);
+}
+
 QString whyUnknown(const QString &path)
 {
     const QFileInfo info(path);
@@ -87,10 +84,10 @@ QString whyUnknown(const QString &path)
 void judgeConfiguration(FileInspection &inspection)
 {
     if (!inspection.configurationIsWhole)
-        inspection.errors.append(QStringLiteral("the configuration is damaged; what could not be "
-                                                "read shows its default"));
+        inspection.errors.prepend(QStringLiteral("the configuration is damaged; what could not be "
+                                                 "read shows as zero"));
     else if (inspection.configuration->version > TerminalStruct::streamVersion)
-        inspection.warnings.append(
+        inspection.warnings.prepend(
             QStringLiteral("the configuration has version %1 and is read as version %2")
                 .arg(inspection.configuration->version)
                 .arg(TerminalStruct::streamVersion));
@@ -112,16 +109,13 @@ FileInspection inspectFile(const QString &path, InspectionScope scope,
         readConfigurationFile(inspection);
         break;
     case FileHead::Kind::RawLog:
-        readLogConfiguration(inspection);
+        readLog(inspection, scope, progress);
         break;
     case FileHead::Kind::Unknown:
         inspection.failure = whyUnknown(path);
         break;
     }
-    if (!inspection.configuration)
-        return inspection;
-    judgeConfiguration(inspection);
-    if (head.kind == FileHead::Kind::RawLog && scope == InspectionScope::Everything)
-        readEntries(inspection, progress);
+    if (inspection.configuration)
+        judgeConfiguration(inspection);
     return inspection;
 }

@@ -17,7 +17,7 @@ struct FileInspection
     qint64 size = 0;
     FileHead::Kind kind = FileHead::Kind::Unknown;
     std::unique_ptr<TerminalStruct> configuration; // null when the file could not be read
-    bool configurationIsWhole = false;             // else parts have their defaults
+    bool configurationIsWhole = false;             // else parts may read as zero
     std::unique_ptr<LogStatistics> log;            // of a raw log whose entries were read
     qint64 firstEntryPosition = 0;
     QString failure;      // why the file could not be read, or not to its end

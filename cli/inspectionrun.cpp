@@ -61,10 +61,20 @@ bool InspectionRun::save(const FileInspection &inspection, QString &failure) con
         failure = QStringLiteral("a damaged configuration is not saved");
         return false;
     }
-    // A slip of the command line must not cost a recording.
-    if (readFileHead(m_saveAs).kind == FileHead::Kind::RawLog) {
+    // A slip of the command line must not cost a recording, or anything else.
+    const FileHead target = readFileHead(m_saveAs);
+    if (target.kind == FileHead::Kind::RawLog) {
         failure =
             QStringLiteral("%1 is a raw log and is not overwritten").arg(displayName(m_saveAs));
+        return false;
+    }
+    const QFileInfo info(m_saveAs);
+    const bool isNamedSo = info.suffix().compare(QLatin1String("zdc"), Qt::CaseInsensitive) == 0;
+    const bool isConfiguration =
+        target.kind == FileHead::Kind::Configuration && (target.framesAreWhole || isNamedSo);
+    if (info.exists() && !isConfiguration) {
+        failure = QStringLiteral("%1 is no configuration and is not overwritten")
+                      .arg(displayName(m_saveAs));
         return false;
     }
     return configfile::save(*inspection.configuration, m_saveAs, &failure);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MDF4Conversion/rawlog/clocklimits.h"
+
 #include <QtGlobal>
 
 #include <optional>
@@ -16,7 +18,7 @@ class LogClock
 public:
     // How far an entry may lie behind the newest one of the log, in us (805.3 s), as for channels
     // and the sync stamps of the processors.
-    static constexpr quint32 lag = 0x30000000;
+    static constexpr quint32 lag = rawlog::clockBackLimit_us;
     // How far it may lie behind the newest one of its own bus, in us.
     static constexpr qint64 lagOnBus = 10000000;
 

@@ -1,20 +1,8 @@
 #include "cli/logstatistics.h"
 
-#include <QtEndian>
-
 using namespace rawlog;
 
 namespace {
-
-// Payload of RLD_DBG_COUNTERS: 32-bit overflows, 16-bit syncs or restarts.
-constexpr std::size_t restartsAt = 4;
-constexpr std::size_t countersSize = 6;
-
-template <class T>
-void raise(std::optional<T> &largest, T value)
-{
-    largest = qMax(largest.value_or(value), value);
-}
 
 bool hasTimestamp(quint8 type)
 {
@@ -60,13 +48,15 @@ void LogStatistics::take(const StdLogEntry &entry)
     StreamStatistics &statistics = stream(entry.type, entry.number);
     ++statistics.entries;
     statistics.bytes += entry.length + lengthOverhead;
+    noteHealth(entry, m_processors);
+    if (const auto utc_us = rawlog::utcStart_us(entry))
+        takeUtcStart(*utc_us);
     if (!entry.isComplete()) {
         ++statistics.incomplete;
         return;
     }
     if (hasTimestamp(entry.type))
         takeTime(entry, statistics);
-    takeContent(entry);
 }
 
 void LogStatistics::takeTime(const StdLogEntry &entry, StreamStatistics &statistics)
@@ -107,39 +97,9 @@ void LogStatistics::placeSyncStamp(const OpenLeap &entry)
     processor.longestSyncInterval = qMax(processor.longestSyncInterval, interval);
 }
 
-void LogStatistics::takeContent(const StdLogEntry &entry)
+void LogStatistics::takeUtcStart(quint64 utc_us)
 {
-    switch (entry.type) {
-    case RLD_DBG_COUNTERS:
-        takeCounters(entry);
-        break;
-    case RLD_AGM:
-        takeTemperature(entry);
-        break;
-    case RLD_UTC_START:
-        if (entry.data.size() >= sizeof(quint64))
-            m_utcStart = qFromLittleEndian<quint64>(entry.data.data());
-        break;
-    default:
-        break;
-    }
-}
-
-void LogStatistics::takeCounters(const StdLogEntry &entry)
-{
-    if (entry.data.size() < countersSize)
-        return;
-    ProcessorStatistics &processor = m_processors[entry.number];
-    raise(processor.ringBufferOverflows, qFromLittleEndian<quint32>(entry.data.data()));
-    raise(processor.restarts, qFromLittleEndian<quint16>(entry.data.data() + restartsAt));
-}
-
-void LogStatistics::takeTemperature(const StdLogEntry &entry)
-{
-    ProcessorStatistics &processor = m_processors[entry.number];
-    const auto temperature = static_cast<qint8>(entry.info);
-    processor.minTemperature = qMin(processor.minTemperature.value_or(temperature), temperature);
-    raise(processor.maxTemperature, temperature);
+    (utc_us <= maxUtc_us ? m_utcStart : m_implausibleUtcStart) = utc_us;
 }
 
 void LogStatistics::takeSkipped(qint64 position, quint64 length)

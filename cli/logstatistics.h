@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MDF4Conversion/rawlog/clocklimits.h"
+#include "MDF4Conversion/rawlog/processorhealth.h"
 #include "MDF4Conversion/rawlog/stdlogentry.h"
 #include "cli/logclock.h"
 
@@ -32,12 +34,8 @@ struct StreamStatistics
 };
 
 // What the logger tells of one of its processors.
-struct ProcessorStatistics
+struct ProcessorStatistics : rawlog::ProcessorHealth
 {
-    std::optional<quint32> ringBufferOverflows; // the largest counter seen
-    std::optional<quint16> restarts;            // timestamp syncs or restarts, the largest seen
-    std::optional<qint8> minTemperature;        // °C
-    std::optional<qint8> maxTemperature;
     quint64 equalSyncStamps = 0;    // same time as the stamp before
     qint64 longestSyncInterval = 0; // us
 };
@@ -56,7 +54,7 @@ public:
     // A longer silence of a bus counts as a gap. Sources that speak once a second have none.
     static constexpr qint64 gapLimit_us = 1500000;
     // The processors write a sync stamp at least this often.
-    static constexpr qint64 syncLimit_us = 0x20000000;
+    static constexpr qint64 syncLimit_us = rawlog::syncCycleLimit_us;
     // No more stretches are listed, only counted.
     static constexpr int maxListedStretches = 1000;
 
@@ -92,6 +90,11 @@ public:
 
     // UTC at the start of the log in us since the Unix epoch.
     [[nodiscard]] std::optional<quint64> utcStart_us() const { return m_utcStart; }
+    // One beyond rawlog::maxUtc_us, which was not taken.
+    [[nodiscard]] std::optional<quint64> implausibleUtcStart_us() const
+    {
+        return m_implausibleUtcStart;
+    }
 
     // The first ones, and the sum of all.
     [[nodiscard]] const QVector<SkippedStretch> &skippedStretches() const { return m_stretches; }
@@ -112,9 +115,7 @@ private:
     void takeTime(const StdLogEntry &entry, StreamStatistics &stream);
     void place(const OpenLeap &entry);
     void placeSyncStamp(const OpenLeap &entry);
-    void takeContent(const StdLogEntry &entry);
-    void takeCounters(const StdLogEntry &entry);
-    void takeTemperature(const StdLogEntry &entry);
+    void takeUtcStart(quint64 utc_us);
 
     std::array<std::unique_ptr<Row>, 256> m_rows;
     std::map<quint8, ProcessorStatistics> m_processors;
@@ -125,6 +126,7 @@ private:
     quint64 m_damaged = 0;
     quint64 m_implausibleTimes = 0;
     std::optional<quint64> m_utcStart;
+    std::optional<quint64> m_implausibleUtcStart;
     QVector<SkippedStretch> m_stretches;
     quint64 m_stretchCount = 0;
     quint64 m_skippedBytes = 0;

@@ -1,5 +1,6 @@
 #include "cli/logtext.h"
 
+#include "cli/console.h"
 #include "cli/logtexts.h"
 #include "cli/textsections.h"
 
@@ -33,7 +34,7 @@ QString summaryText(const LogStatistics &log)
     const StreamStatistics total = log.total();
     TextTable table;
     table.addRow({QStringLiteral("Entries"),
-                  QStringLiteral("%1, %2 bytes").arg(total.entries).arg(total.bytes)});
+                  QString::number(total.entries) + counted(total.bytes, ", 1 byte", ", %1 bytes")});
     if (log.utcStart_us())
         table.addRow({QStringLiteral("Start"), utcText(log.utcStart_us())});
     if (log.first_us()) {
@@ -107,10 +108,10 @@ QString skippedText(const LogStatistics &log)
     TextTable table({">Position", ">Bytes"});
     for (const SkippedStretch &stretch : log.skippedStretches().mid(0, listedStretches))
         table.addRow({QString::number(stretch.position), QString::number(stretch.length)});
-    QString text = section(QStringLiteral("Skipped, %1 bytes in %2 stretches")
-                               .arg(log.skippedBytes())
-                               .arg(log.skippedStretchCount()),
-                           table);
+    QString text =
+        section(counted(log.skippedBytes(), "Skipped, 1 byte", "Skipped, %1 bytes")
+                    + counted(log.skippedStretchCount(), " in 1 stretch", " in %1 stretches"),
+                table);
     if (log.skippedStretchCount() > quint64(listedStretches))
         text += QStringLiteral("%1... and %2 more\n")
                     .arg(sectionIndent)

@@ -1,6 +1,6 @@
 #include "cli/logtexts.h"
 
-#include <QDateTime>
+#include "cli/console.h"
 
 using namespace rawlog;
 
@@ -60,8 +60,5 @@ double perSecond(quint64 entries, const LogStatistics &log)
 
 QString utcText(std::optional<quint64> utc_us)
 {
-    if (!utc_us)
-        return {};
-    const auto utc_ms = static_cast<qint64>(*utc_us / 1000);
-    return QDateTime::fromMSecsSinceEpoch(utc_ms, Qt::UTC).toString(Qt::ISODateWithMs);
+    return utc_us ? utcText(*utc_us) : QString();
 }

@@ -18,13 +18,6 @@ const QString sectionIndent = QStringLiteral("  ");
 // A real number as short as it can be said.
 [[nodiscard]] QString realText(double value);
 
-// The name of a value in a table of names that begins with 0; the number beyond its end.
-template <std::size_t N>
-[[nodiscard]] QString nameOf(const char *const (&names)[N], std::size_t value)
-{
-    return value < N ? QString::fromUtf8(names[value]) : QString::number(value);
-}
-
 [[nodiscard]] inline QString onOff(bool on)
 {
     return on ? QStringLiteral("on") : QStringLiteral("off");

@@ -8,7 +8,10 @@ QString shown(const QString &text, int maxLength)
 {
     if (text.size() <= maxLength)
         return printable(text);
-    return printable(text.left(maxLength - 1)) + QChar(0x2026); // ellipsis
+    int end = maxLength - 1;
+    if (text.at(end).isLowSurrogate() && text.at(end - 1).isHighSurrogate())
+        --end;                                        // half a character is none
+    return printable(text.left(end)) + QChar(0x2026); // ellipsis
 }
 
 } // namespace

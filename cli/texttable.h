@@ -21,6 +21,15 @@ public:
     explicit TextTable(std::initializer_list<const char *> titles = {}); // UTF-8
 
     void addRow(const QStringList &cells);
+    // The same for tables of any length: cells() is called for rows that are shown only.
+    template <class Cells>
+    auto addRow(const Cells &cells) -> decltype(QStringList(cells()), void())
+    {
+        if (m_rows.size() < maxRows)
+            addRow(QStringList(cells()));
+        else
+            ++m_hiddenRows;
+    }
     [[nodiscard]] bool isEmpty() const { return m_rows.isEmpty(); }
 
     // Lines that end with a line feed, each behind `indentation`.

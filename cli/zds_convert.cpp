@@ -1,6 +1,7 @@
 #include "MDF4Conversion/rawlog/demolog.h"
 #include "MDF4Conversion/workerconvertmdf4.h"
 #include "cli/batchconversion.h"
+#include "cli/commandline.h"
 #include "cli/console.h"
 #include "cli/exitcodes.h"
 #include "cli/inputfiles.h"
@@ -8,10 +9,11 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QDir>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QThread>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -64,13 +66,6 @@ std::optional<int> numberIn(const QString &text, int low, int high)
     return ok && value >= low && value <= high ? std::optional<int>(value) : std::nullopt;
 }
 
-ExitCode usageError(Console &console, const QString &text)
-{
-    console.error(text);
-    console.error(QStringLiteral("Try zds-convert --help."));
-    return UsageError;
-}
-
 ExitCode makeDemo(Console &console, const QString &folder, int seconds)
 {
     const demolog::Result result = demolog::makeAll(folder, seconds, [&](int percent) {
@@ -88,10 +83,21 @@ ExitCode makeDemo(Console &console, const QString &folder, int seconds)
     return SomeFileFailed;
 }
 
-ExitCode convert(Console &console, const QCommandLineParser &parser, const Options &options,
-                 const BatchConversion::Options &batchOptions)
+// Whether writing into `path` would cost a raw log.
+bool isRawLog(const QString &path, const QStringList &inputs)
 {
-    const InputFiles inputs = inputFiles(parser.positionalArguments(), {rldPattern});
+    if (path.endsWith(QLatin1String(".rld"), Qt::CaseInsensitive))
+        return true;
+    const QString canonical = QFileInfo(path).canonicalFilePath(); // empty when there is none yet
+    return !canonical.isEmpty()
+           && std::any_of(inputs.begin(), inputs.end(), [&canonical](const QString &input) {
+                  return QFileInfo(input).canonicalFilePath() == canonical;
+              });
+}
+
+ExitCode convert(Console &console, const QCommandLineParser &parser, const Options &options,
+                 const BatchConversion::Options &batchOptions, const InputFiles &inputs)
+{
     for (const QString &failure : inputs.failures)
         console.error(failure);
     BatchConversion batch(console, batchOptions);
@@ -108,57 +114,60 @@ ExitCode run(Console &console, const QStringList &arguments)
     QCommandLineParser parser;
     const Options options;
     parser.setApplicationDescription(QStringLiteral("Converts raw logs (.rld) to ASAM MDF4."));
-    parser.addHelpOption();
-    parser.addVersionOption();
+    commandline::addStandardOptions(parser);
     options.addTo(parser);
     parser.addPositionalArgument(QStringLiteral("FILE.rld"),
                                  QStringLiteral("Raw logs, shell patterns or folders."),
                                  QStringLiteral("FILE.rld..."));
     if (!parser.parse(arguments))
-        return usageError(console, parser.errorText());
-    if (parser.isSet(QStringLiteral("help"))) {
-        console.print(parser.helpText().trimmed());
+        return commandline::usageError(console, parser.errorText());
+    if (commandline::showHelpOrVersion(console, parser))
         return AllDone;
-    }
-    if (parser.isSet(QStringLiteral("version"))) {
-        console.print(QStringLiteral("zds-convert %1").arg(QCoreApplication::applicationVersion()));
-        return AllDone;
-    }
     console.setQuiet(parser.isSet(options.quiet));
     if (parser.value(options.format).compare(QLatin1String("mdf4"), Qt::CaseInsensitive) != 0)
-        return usageError(
+        return commandline::usageError(
             console,
             QStringLiteral("Unknown format %1; there is mdf4.").arg(parser.value(options.format)));
     const auto seconds = numberIn(parser.value(options.seconds), 1, maxDemoSeconds);
     if (!seconds)
-        return usageError(console, QStringLiteral("--seconds takes 1 to %1.").arg(maxDemoSeconds));
+        return commandline::usageError(
+            console, QStringLiteral("--seconds takes 1 to %1.").arg(maxDemoSeconds));
     BatchConversion::Options batchOptions;
     batchOptions.outputFolder = parser.value(options.outputFolder);
     batchOptions.threads = qBound(1, QThread::idealThreadCount(), maxThreads);
     if (parser.isSet(options.jobs)) {
         const auto jobs = numberIn(parser.value(options.jobs), 1, maxThreads);
         if (!jobs)
-            return usageError(console, QStringLiteral("--jobs takes 1 to %1.").arg(maxThreads));
+            return commandline::usageError(console,
+                                           QStringLiteral("--jobs takes 1 to %1.").arg(maxThreads));
         batchOptions.threads = *jobs;
     }
     if (parser.isSet(options.makeDemo) != parser.positionalArguments().isEmpty()) {
-        return usageError(console, parser.isSet(options.makeDemo)
-                                       ? QStringLiteral("--make-demo takes no files.")
-                                       : QStringLiteral("No file was given."));
+        return commandline::usageError(console, parser.isSet(options.makeDemo)
+                                                    ? QStringLiteral("--make-demo takes no files.")
+                                                    : QStringLiteral("No file was given."));
     }
+    if (parser.isSet(options.seconds) && !parser.isSet(options.makeDemo))
+        return commandline::usageError(console, QStringLiteral("--seconds needs --make-demo."));
+    for (const QCommandLineOption *option :
+         {&options.outputFolder, &options.log, &options.makeDemo}) {
+        if (isNotUtf8(parser.value(*option)))
+            return commandline::usageError(console, notUtf8Text(parser.value(*option)));
+    }
+    const InputFiles inputs = inputFiles(parser.positionalArguments(), {rldPattern});
     const QString log = parser.value(options.log);
-    if (log.endsWith(QLatin1String(".rld"), Qt::CaseInsensitive))
-        return usageError(
+    if (isRawLog(log, inputs.files))
+        return commandline::usageError(
             console, QStringLiteral("--log would replace the raw log %1.").arg(displayName(log)));
     QString failure;
-    if (parser.isSet(options.log) && !console.openLog(parser.value(options.log), failure)) {
+    if (parser.isSet(options.log) && !console.openLog(log, failure)) {
         console.error(failure);
         return SomeFileFailed;
     }
     interruption::watch();
     if (parser.isSet(options.makeDemo))
         return makeDemo(console, parser.value(options.makeDemo), *seconds);
-    return convert(console, parser, options, batchOptions);
+    return convert(console, parser, options, batchOptions, inputs);
 }
 
 } // namespace
@@ -172,5 +181,5 @@ int main(int argc, char *argv[])
                                                 .arg(WorkerConvertMDF4::versionMajor)
                                                 .arg(WorkerConvertMDF4::versionMinor));
     Console console;
-    return run(console, QCoreApplication::arguments());
+    return commandline::finalCode(console, run(console, QCoreApplication::arguments()));
 }

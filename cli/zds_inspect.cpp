@@ -1,3 +1,4 @@
+#include "cli/commandline.h"
 #include "cli/console.h"
 #include "cli/exitcodes.h"
 #include "cli/inputfiles.h"
@@ -8,8 +9,6 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
-
-#include <cstdio>
 
 namespace {
 
@@ -25,13 +24,6 @@ struct Options
 
     void addTo(QCommandLineParser &parser) const { parser.addOptions({json, saveAs}); }
 };
-
-ExitCode usageError(Console &console, const QString &text)
-{
-    console.error(text);
-    console.error(QStringLiteral("Try zds-inspect --help."));
-    return UsageError;
-}
 
 // One array on standard output, with an object for each file.
 ExitCode runAsJson(InspectionRun &run, const QStringList &files)
@@ -52,9 +44,13 @@ ExitCode inspect(Console &console, const QCommandLineParser &parser, const Optio
                                          {QStringLiteral("*.zdc"), QStringLiteral("*.rld")});
     const bool saves = parser.isSet(options.saveAs);
     if (saves && parser.value(options.saveAs).isEmpty())
-        return usageError(console, QStringLiteral("--save-as takes the name of a file."));
+        return commandline::usageError(console,
+                                       QStringLiteral("--save-as takes the name of a file."));
+    if (isNotUtf8(parser.value(options.saveAs)))
+        return commandline::usageError(console, notUtf8Text(parser.value(options.saveAs)));
     if (saves && inputs.files.size() + inputs.failures.size() != 1)
-        return usageError(console, QStringLiteral("--save-as takes exactly one file."));
+        return commandline::usageError(console,
+                                       QStringLiteral("--save-as takes exactly one file."));
     for (const QString &failure : inputs.failures)
         console.error(failure);
     InspectionRun run(console);
@@ -71,25 +67,18 @@ ExitCode run(Console &console, const QStringList &arguments)
     const Options options;
     parser.setApplicationDescription(
         QStringLiteral("Shows what is in configurations (.zdc) and raw logs (.rld)."));
-    parser.addHelpOption();
-    parser.addVersionOption();
+    commandline::addStandardOptions(parser);
     options.addTo(parser);
     parser.addPositionalArgument(
         QStringLiteral("FILE"),
         QStringLiteral("Configurations and raw logs, shell patterns or folders."),
         QStringLiteral("FILE..."));
     if (!parser.parse(arguments))
-        return usageError(console, parser.errorText());
-    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
-        console.print(parser.helpText().trimmed());
+        return commandline::usageError(console, parser.errorText());
+    if (commandline::showHelpOrVersion(console, parser))
         return AllDone;
-    }
-    if (parser.isSet(QStringLiteral("version"))) {
-        console.print(QStringLiteral("zds-inspect %1").arg(QCoreApplication::applicationVersion()));
-        return AllDone;
-    }
     if (parser.positionalArguments().isEmpty())
-        return usageError(console, QStringLiteral("No file was given."));
+        return commandline::usageError(console, QStringLiteral("No file was given."));
     interruption::watch();
     return inspect(console, parser, options);
 }
@@ -104,9 +93,5 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(
         QStringLiteral("%1.%2").arg(ZDS_VERSION_MAJOR).arg(ZDS_VERSION_MINOR));
     Console console;
-    const ExitCode code = run(console, QCoreApplication::arguments());
-    if (std::ferror(stdout) == 0)
-        return code;
-    console.error(QStringLiteral("The output could not be written."));
-    return SomeFileFailed;
+    return commandline::finalCode(console, run(console, QCoreApplication::arguments()));
 }

@@ -8,7 +8,7 @@
 struct AuxSupplyCfg
 {
     QString event_name;  // added to the log file
-    quint8 aux_mode = 0; // 0: always on, 1: by terminal 15, 2: by traffic on CAN 0
+    quint8 aux_mode = 0; // of valuenames::auxModes
 
     static constexpr qint32 streamVersion = 2;
     static constexpr auto fields()

@@ -6,7 +6,7 @@
 struct CanIdFilterElement
 {
     quint8 extended = 0;    // 0: 11-bit, else 29-bit
-    quint8 filter_type = 0; // 0: range, 1: dual, 2: classic, 3: range T2
+    quint8 filter_type = 0; // of valuenames::canFilterTypes
     quint8 reject = 0;      // 0: accept on match, 1: reject on match
     quint32 id1 = 0;
     quint32 id2 = 0; // second identifier, or the mask

@@ -5,6 +5,9 @@
 
 #include <QDebug>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 template <class R>

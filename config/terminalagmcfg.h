@@ -18,9 +18,9 @@ struct TerminalAgmCfg
     qint16 mag_skew_3 = 0;
     qint16 mag_skew_4 = 0;
     qint16 mag_skew_5 = 0;
-    quint16 acc_scale = 0;  // 0: 2 g, 1: 4 g, 2: 8 g
+    quint16 acc_scale = 0;  // of valuenames::accScales
     quint16 gyro_scale = 3; // 32 degrees per second times 2 to this power
-    quint8 rate = 3;        // 0: 1000 Hz, 1: 250 Hz, 2: 125 Hz, 3: 31.25 Hz
+    quint8 rate = 3;        // of valuenames::agmRates
     quint8 acc_lp = 0;      // low-pass
     quint8 acc_hp = 0;      // high-pass
     quint8 gyro_lp = 1;

@@ -6,8 +6,8 @@
 struct TerminalD4ModCfg
 {
     quint8 enabled = 0;
-    quint8 mode = 0;
-    quint8 rate = 0;
+    quint8 mode = 0; // of valuenames::d4modModes
+    quint8 rate = 0; // of valuenames::d4modRates
     qint32 mode_value = 1000;
 
     static constexpr qint32 streamVersion = 1;

@@ -94,9 +94,12 @@ CCP_XCP_Signal::CCP_XCP_Signal(Link link, quint8 number, quint32 canId,
 
 void CCP_XCP_Signal::addPart(const Part &part, bool splitted, bool splitKnown)
 {
-    m_parts.push_back(part);
     m_splitted = m_splitted || splitted;
     m_splitKnown = m_splitKnown && splitKnown;
+    // Of the pieces of a longer value at the same address.
+    if (splitted && part.valuePosition >= m_size)
+        return;
+    m_parts.push_back(part);
 }
 
 CCP_XCP_Signal CCP_XCP_Signal::withFirstPartOnly() const

@@ -39,6 +39,7 @@ public:
     // Throws std::out_of_range like bitOrderOfByteOrder().
     CCP_XCP_Signal(Link link, quint8 number, quint32 canId, const A2lMeasurement &measurement);
 
+    // A piece that lies behind the value is none of it: values of one address share their elements.
     // `splitKnown` is false for a part out of a log whose records don't tell whether it is one of
     // several.
     void addPart(const Part &part, bool splitted, bool splitKnown);

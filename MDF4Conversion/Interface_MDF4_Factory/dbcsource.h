@@ -16,6 +16,15 @@ struct BitField
     ExtractedValue::Kind kind = ExtractedValue::Unsigned;
     quint8 storedBytes = 0;
 
+    // Bytes that a frame needs to hold all bits.
+    [[nodiscard]] quint32 frameBytes() const
+    {
+        if (order != can::BitOrder::Motorola)
+            return (startBit + bitLength + 7) / 8;
+        const quint32 bitsAhead = 7 - startBit % 8; // of the first byte
+        return startBit / 8 + (bitsAhead + bitLength + 7) / 8;
+    }
+
     [[nodiscard]] quint64 bitsIn(can::Bytes frame) const
     {
         const quint64 bits = can::extractBits(frame, startBit, bitLength, order);

@@ -41,6 +41,15 @@ quint32 AimLayout::storedBytes() const
     return bytes;
 }
 
+quint32 AimLayout::channelsInFrame() const
+{
+    const quint32 channelBytes = samples * sampleBytes;
+    quint32 inFrame = 0;
+    while (inFrame < channels && inFrame * (channelBytes + gapBytes) + channelBytes <= frameBytes)
+        ++inFrame;
+    return inFrame;
+}
+
 quint64 AimLayout::sampleAt(const StdLogEntry &entry, quint32 channel, quint32 sample) const
 {
     const quint32 bits = sampleBytes * 8;
@@ -73,16 +82,22 @@ Interface_MDF4_CAN_AIM::Interface_MDF4_CAN_AIM(const MDF4_ConversionContext &han
     : MDF4_ChannelGroup(handler, groupName, rawlog::RLD_CAN)
     , m_canNumber(canNumber)
     , m_layout(layout)
+    , m_clock(handler, rawlog::RLD_CAN, canNumber)
 {
-    m_clock.setContext(&handler);
-    m_clock.ReqType = rawlog::RLD_CAN;
-    m_clock.ReqNr = canNumber;
     for (quint32 i = 0; i < layout.channels; ++i) {
         auto channel = std::make_unique<MDF4_DataChannel_Linear_CAN_AIM>(layout, i);
         channel->name = QStringLiteral("CAN_%1_AIM_%2_AIM_CH_%3")
                             .arg(QString::number(canNumber), meta.name, QString::number(i + 1));
         channel->unit = meta.unit;
         addChannel(std::move(channel));
+    }
+    const quint32 inFrame = layout.channelsInFrame();
+    if (inFrame < layout.channels) {
+        handler.messages->warning(
+            QStringLiteral("AIM module %1 on CAN-%2: from %3 on its channels reach beyond its "
+                           "message of %4 bytes, what is missing reads as 0.")
+                .arg(meta.name, QString::number(canNumber), channels()[inFrame]->name,
+                     QString::number(layout.frameBytes)));
     }
 }
 
@@ -92,7 +107,9 @@ bool Interface_MDF4_CAN_AIM::takeEntry(const StdLogEntry &entry)
         || rawlog::canIdentifier(entry.id) != m_layout.canId)
         return false;
     if (entry.info != m_layout.frameBytes) {
-        qWarning("Wrong datalength - add this as warning!");
+        // Any number of them may come: how many is told at the end.
+        if (m_wrongLengths++ == 0)
+            qWarning("Wrong datalength - add this as warning!");
         return false;
     }
     const bool isFirst = m_clock.sampleCount() == 0;
@@ -104,7 +121,7 @@ bool Interface_MDF4_CAN_AIM::takeEntry(const StdLogEntry &entry)
         return true;
     }
     quint64 interval = m_clock.timestamp() - last;
-    if (static_cast<quint32>(m_clock.timestamp()) < static_cast<quint32>(last)) {
+    if (logtime::lowWord(m_clock.timestamp()) < logtime::lowWord(last)) {
         --interval;
         qDebug() << "TsDiff with overflow:" << interval;
     }
@@ -126,6 +143,18 @@ void Interface_MDF4_CAN_AIM::takeSamples(const StdLogEntry &entry, quint64 begin
         }
         endRecord(time);
     }
+}
+
+void Interface_MDF4_CAN_AIM::reportLosses() const
+{
+    MDF4_ChannelGroup::reportLosses();
+    if (m_wrongLengths == 0)
+        return;
+    context().messages->info(
+        QStringLiteral(
+            "%1 messages of channel-group %2 were left out, they don't have its %3 bytes.")
+            .arg(QString::number(m_wrongLengths), sigGrpName,
+                 QString::number(m_layout.frameBytes)));
 }
 
 // The message is known by its number, whether sent with 11 or 29 bits.

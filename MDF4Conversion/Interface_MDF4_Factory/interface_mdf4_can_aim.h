@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MDF4Conversion/interface_extractdata.h"
+#include "MDF4Conversion/entryclock.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
 #include <memory>
@@ -22,6 +22,8 @@ struct AimLayout
     // Empty for a description that no CAN frame can follow.
     [[nodiscard]] static std::optional<AimLayout> of(const AimMsgMeta &meta);
     [[nodiscard]] quint64 sampleAt(const StdLogEntry &entry, quint32 channel, quint32 sample) const;
+    // Channels that lie in the frame as a whole; what others lack reads as 0.
+    [[nodiscard]] quint32 channelsInFrame() const;
     // Bytes in the record: the smallest of 1, 2, 4 and 8 that holds a sample.
     [[nodiscard]] quint32 storedBytes() const;
 };
@@ -50,19 +52,15 @@ public:
                            quint8 canNumber, const AimLayout &layout, const AimMsgMeta &meta);
 
     bool takeEntry(const StdLogEntry &entry) override;
+    void reportLosses() const override;
     [[nodiscard]] std::vector<EntrySelection> selections() const override;
     [[nodiscard]] quint64 newestTimestamp() const override { return m_clock.timestamp(); }
 
 private:
-    // Times of the messages.
-    class Clock : public Interface_ExtractData
-    {
-        bool extractData(const StdLogEntry &, RecordBuffer &) override { return false; }
-    };
-
     void takeSamples(const StdLogEntry &entry, quint64 begin_us, quint64 interval_us);
 
     const quint8 m_canNumber;
     const AimLayout m_layout;
-    Clock m_clock;
+    quint64 m_wrongLengths = 0; // entries
+    EntryClock m_clock;         // of the messages
 };

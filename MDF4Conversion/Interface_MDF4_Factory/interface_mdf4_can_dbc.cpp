@@ -1,18 +1,18 @@
 #include "MDF4Conversion/Interface_MDF4_Factory/interface_mdf4_can_dbc.h"
 
+#include "MDF4Conversion/Interface_MDF4_Factory/namelist.h"
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
 #include "config/streamingclass_dbc_signal.h"
 #include "config/terminalcancfg.h"
 
 #include <algorithm>
 #include <cassert>
+#include <iterator>
 #include <map>
-#include <set>
 
 namespace {
 
 using Signal = StreamingClass_DBC_Signal;
-using Groups = std::vector<std::unique_ptr<MDF4_ChannelGroup>>;
 
 // The signals of one message, in list order.
 struct Message
@@ -124,22 +124,24 @@ class GroupBuilder
 {
 public:
     GroupBuilder(const MDF4_ConversionContext &handler, const TerminalCanCfg &configuration,
-                 quint8 number)
+                 quint8 number, ChannelGroupList &groups)
         : m_context(handler)
         , m_number(number)
         , m_port(canPortName(configuration, number))
+        , m_groups(groups)
     {}
 
     void addMessage(const MessageKey &key, const Message &message)
     {
-        warnAboutMultiplexors(key.first, message);
         if (message.recorded.empty())
             return;
+        warnAboutMultiplexors(key.first, message);
         EntrySelection frames;
         frames.type = rawlog::RLD_CAN;
         frames.number = m_number;
         frames.canId =
             (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
+        warnAboutFrames(key.first, message, frames);
         if (!message.hasMultiplexed())
             addGroup(QStringLiteral("DBC"), frames, message.recorded);
         else if (message.multiplexors.empty())
@@ -148,9 +150,9 @@ public:
             addMultiplexedGroups(frames, message);
     }
 
-    Groups groups;
-
 private:
+    using Places = std::vector<std::size_t>; // in the list of recorded signals, ascending
+
     void warnAboutMultiplexors(quint32 id, const Message &message)
     {
         if (message.multiplexors.size() > 1) {
@@ -167,23 +169,47 @@ private:
         }
     }
 
+    void warnAboutFrames(quint32 id, const Message &message, const EntrySelection &frames)
+    {
+        QStringList beyond;
+        const auto judge = [&](const Signal &signal) {
+            if (sourceOf(signal, frames).field(0).frameBytes() > signal.dlc)
+                beyond.append(signal.name);
+        };
+        if (message.hasMultiplexed() && !message.multiplexors.empty())
+            judge(*message.multiplexors.front());
+        for (const Signal *signal : message.recorded)
+            judge(*signal);
+        if (beyond.isEmpty())
+            return;
+        m_context.messages->warning(
+            QStringLiteral("CAN-DBC Signals that reach beyond their frame, what is missing reads "
+                           "as 0: CAN-%1 msgID:%2: %3")
+                .arg(QString::number(m_number), QString::number(id), nameList(beyond)));
+    }
+
     // Each value of the multiplexor has a group of its own, with the plain signals, too.
     void addMultiplexedGroups(EntrySelection frames, const Message &message)
     {
-        std::set<qint32> values;
-        for (const Signal *signal : message.recorded) {
-            if (signal->mux_kind == MultiplexedSignal)
-                values.insert(signal->mux_value);
+        Places plain;
+        std::map<qint32, Places> byValue;
+        for (std::size_t place = 0; place < message.recorded.size(); ++place) {
+            const Signal &signal = *message.recorded[place];
+            Places &places =
+                signal.mux_kind == MultiplexedSignal ? byValue[signal.mux_value] : plain;
+            places.push_back(place);
         }
         frames.multiplexor = fieldOf(*message.multiplexors.front());
-        for (const qint32 value : values) {
+        for (const auto &[value, own] : byValue) {
+            if (m_groups.isClosed())
+                return;
             frames.multiplexorValue = static_cast<quint32>(value);
+            Places places;
+            std::merge(plain.begin(), plain.end(), own.begin(), own.end(),
+                       std::back_inserter(places));
             std::vector<const Signal *> members;
-            std::copy_if(message.recorded.begin(), message.recorded.end(),
-                         std::back_inserter(members), [value](const Signal *signal) {
-                             return signal->mux_kind != MultiplexedSignal
-                                    || signal->mux_value == value;
-                         });
+            for (const std::size_t place : places)
+                members.push_back(message.recorded[place]);
             addGroup(QStringLiteral("DBCMUX"), frames, members);
         }
     }
@@ -191,16 +217,19 @@ private:
     void addGroup(const QString &kind, const EntrySelection &frames,
                   const std::vector<const Signal *> &members)
     {
+        if (!m_groups.reserve(members.size()))
+            return;
         auto group = std::make_unique<Interface_MDF4_CAN_DBC>(
             m_context, groupnames::groupName(m_port, kind), frames);
         for (const Signal *signal : members)
             group->addSignal(*signal);
-        groups.push_back(std::move(group));
+        m_groups.add(std::move(group));
     }
 
     const MDF4_ConversionContext &m_context;
     const quint8 m_number;
     const groupnames::PortName m_port;
+    ChannelGroupList &m_groups;
 };
 
 } // namespace
@@ -228,13 +257,14 @@ void Interface_MDF4_CAN_DBC::addSignal(const StreamingClass_DBC_Signal &signal)
     channel->offset = signal.offset;
     setStorage(*channel, source.kind, source.bitLength);
     channel->setPhysicalRange(signal.minimum, signal.maximum);
-    channel->shareClock(m_clock);
     if (channels().empty())
         m_firstSource = source;
-    m_sameFrames = m_sameFrames && source.dlc == m_firstSource.dlc;
     m_fields.push_back(source.field(channel->size));
+    if (m_sameFrames)
+        channel->shareClock(m_clock);
     addChannel(std::move(channel));
-    if (!m_sameFrames) {
+    if (m_sameFrames && source.dlc != m_firstSource.dlc) {
+        m_sameFrames = false;
         for (const auto &member : channels())
             member->useOwnClock();
     }
@@ -270,11 +300,14 @@ void Interface_MDF4_CAN_DBC::noteTime(quint32 now)
     }
 }
 
-Groups Interface_MDF4_CAN_DBC::build(const MDF4_ConversionContext &handler,
-                                     const TerminalCanCfg &configuration, quint8 number)
+void Interface_MDF4_CAN_DBC::build(const MDF4_ConversionContext &handler,
+                                   const TerminalCanCfg &configuration, quint8 number,
+                                   ChannelGroupList &groups)
 {
-    GroupBuilder builder(handler, configuration, number);
-    for (const auto &[key, message] : messagesOf(configuration))
+    GroupBuilder builder(handler, configuration, number, groups);
+    for (const auto &[key, message] : messagesOf(configuration)) {
+        if (groups.isClosed())
+            return;
         builder.addMessage(key, message);
-    return std::move(builder.groups);
+    }
 }

@@ -2,9 +2,9 @@
 
 #include "MDF4Conversion/Interface_MDF4_Factory/dbcsource.h"
 #include "MDF4Conversion/Interface_MDF4_Factory/groupnames.h"
+#include "MDF4Conversion/channelgrouplist.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
-#include <memory>
 #include <vector>
 
 struct StreamingClass_DBC_Signal;
@@ -25,9 +25,8 @@ public:
 
     // The groups of all messages of a channel: by identifier, standard before extended of the same
     // number, multiplexor values ascending.
-    [[nodiscard]] static std::vector<std::unique_ptr<MDF4_ChannelGroup>>
-    build(const MDF4_ConversionContext &context, const TerminalCanCfg &configuration,
-          quint8 number);
+    static void build(const MDF4_ConversionContext &context, const TerminalCanCfg &configuration,
+                      quint8 number, ChannelGroupList &groups);
 
 private:
     void noteTime(quint32 now);

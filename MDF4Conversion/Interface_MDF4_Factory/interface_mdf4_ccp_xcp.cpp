@@ -3,7 +3,9 @@
 #include "MDF4Conversion/Interface_MDF4_Factory/daqsignals.h"
 #include "MDF4Conversion/Interface_MDF4_Factory/interface_mdf4_can_dbc.h"
 #include "MDF4Conversion/Interface_MDF4_Factory/measurementchannel.h"
+#include "MDF4Conversion/Interface_MDF4_Factory/namelist.h"
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
+#include "a2l/records/a2lmeasurement.h"
 #include "config/streamingclass_cfg_ethernet.h"
 #include "config/terminalcancfg.h"
 
@@ -14,7 +16,6 @@
 
 namespace {
 
-using Groups = std::vector<std::unique_ptr<MDF4_ChannelGroup>>;
 using Signals = std::vector<CCP_XCP_Signal>;
 
 // What tells CAN and ethernet apart when the groups of a module are built.
@@ -32,17 +33,20 @@ class GroupBuilder
 {
 public:
     GroupBuilder(const MDF4_ConversionContext &handler, const StreamingClass_A2L_Module &module,
-                 Port port)
+                 Port port, ChannelGroupList &groups)
         : m_context(handler)
         , m_port(std::move(port))
         , m_channels(module, *handler.messages)
         , m_daqSignals(module, m_port.link, m_port.number, *handler.messages)
+        , m_groups(groups)
     {}
 
-    Groups build()
+    void build()
     {
         Signals leftBehind;
         for (const StreamingClass_A2L_DAQ *daq : m_daqSignals.daqLists()) {
+            if (m_groups.isClosed())
+                return;
             Signals complete;
             for (CCP_XCP_Signal &signal : m_daqSignals.signalsOf(*daq)) {
                 Signals &target = signal.isComplete() ? complete : leftBehind;
@@ -51,7 +55,10 @@ public:
             addGroupsByOdt(complete);
         }
         addLeftBehind(leftBehind);
-        return std::move(m_groups);
+        warnOfLeftOut(QStringLiteral("the module doesn't describe them"),
+                      m_daqSignals.unknownNames());
+        warnOfLeftOut(QStringLiteral("they lie beyond the end of their DTO"),
+                      m_daqSignals.namesBeyondDto());
     }
 
 private:
@@ -79,14 +86,33 @@ private:
         m_context.messages->info(QStringLiteral(
             "Possibly converting an old log without Splitted / Not Splitted Flag.."));
         qDebug() << m_port.leftBehindText << leftBehind.size();
+        QStringList lost;
         for (const CCP_XCP_Signal &signal : leftBehind) {
+            if (m_groups.isClosed())
+                return;
             if (!signal.isSplitted() && signal.parts().front().Len == signal.valueSize())
                 addGroup({signal.withFirstPartOnly()});
+            else
+                lost.append(signal.measurement().name);
         }
+        lost.removeDuplicates(); // of several lists
+        warnOfLeftOut(QStringLiteral("their parts in the DAQ lists don't make up the whole value"),
+                      lost);
+    }
+
+    void warnOfLeftOut(const QString &reason, const QStringList &names)
+    {
+        if (names.isEmpty())
+            return;
+        m_context.messages->warning(
+            QStringLiteral("Measurements of %1-%2 are left out, %3: %4")
+                .arg(m_port.name.label, QString::number(m_port.number), reason, nameList(names)));
     }
 
     void addGroup(const Signals &members)
     {
+        if (!m_groups.reserve(members.size()))
+            return;
         EntrySelection dtos;
         dtos.type = members.front().entryType();
         dtos.number = m_port.number;
@@ -99,14 +125,14 @@ private:
                                              groupnames::groupName(m_port.name, m_port.kind), dtos);
         for (const CCP_XCP_Signal &signal : members)
             group->addChannel(m_channels.channelOf(signal, m_port.link));
-        m_groups.push_back(std::move(group));
+        m_groups.add(std::move(group));
     }
 
     const MDF4_ConversionContext &m_context;
     const Port m_port;
     MeasurementChannels m_channels;
     DaqSignals m_daqSignals;
-    Groups m_groups;
+    ChannelGroupList &m_groups;
 };
 
 } // namespace
@@ -117,18 +143,19 @@ Interface_MDF4_CCP_XCP::Interface_MDF4_CCP_XCP(const MDF4_ConversionContext &han
     , m_dtos(dtos)
 {}
 
-Groups Interface_MDF4_CAN_CCP_XCP::build(const MDF4_ConversionContext &handler,
-                                         const TerminalCanCfg &configuration, quint8 number)
+void Interface_MDF4_CAN_CCP_XCP::build(const MDF4_ConversionContext &handler,
+                                       const TerminalCanCfg &configuration, quint8 number,
+                                       ChannelGroupList &groups)
 {
     Port port{CCP_XCP_Signal::Can, number, canPortName(configuration, number),
               QStringLiteral("CCP_XCP"), "Incomplete and/or Left Behind Signals: "};
-    return GroupBuilder<Interface_MDF4_CAN_CCP_XCP>(handler, configuration.a2l, std::move(port))
+    GroupBuilder<Interface_MDF4_CAN_CCP_XCP>(handler, configuration.a2l, std::move(port), groups)
         .build();
 }
 
-Groups Interface_MDF4_ETH_XCP::build(const MDF4_ConversionContext &handler,
-                                     const StreamingClass_Cfg_Ethernet &configuration,
-                                     quint8 number)
+void Interface_MDF4_ETH_XCP::build(const MDF4_ConversionContext &handler,
+                                   const StreamingClass_Cfg_Ethernet &configuration, quint8 number,
+                                   ChannelGroupList &groups)
 {
     Port port{
         CCP_XCP_Signal::Ethernet,
@@ -136,6 +163,6 @@ Groups Interface_MDF4_ETH_XCP::build(const MDF4_ConversionContext &handler,
         {QStringLiteral("ETH"), number, configuration.further_byte, configuration.custom_name},
         QStringLiteral("XCP"),
         "Incomplete and/or Left Behind Signals Eth XCP: "};
-    return GroupBuilder<Interface_MDF4_ETH_XCP>(handler, configuration.xcp.module, std::move(port))
+    GroupBuilder<Interface_MDF4_ETH_XCP>(handler, configuration.xcp.module, std::move(port), groups)
         .build();
 }

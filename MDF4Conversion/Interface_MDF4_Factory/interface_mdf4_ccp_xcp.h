@@ -2,9 +2,9 @@
 
 #include "MDF4Conversion/Interface_MDF4_Factory/ccp_xcp_signal.h"
 #include "MDF4Conversion/Interface_MDF4_Factory/groupnames.h"
+#include "MDF4Conversion/channelgrouplist.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
-#include <memory>
 #include <vector>
 
 struct StreamingClass_A2L_Module;
@@ -32,9 +32,8 @@ public:
     using Interface_MDF4_CCP_XCP::Interface_MDF4_CCP_XCP;
 
     // The groups of all DAQ lists of a CAN channel, in their order.
-    [[nodiscard]] static std::vector<std::unique_ptr<MDF4_ChannelGroup>>
-    build(const MDF4_ConversionContext &context, const TerminalCanCfg &configuration,
-          quint8 number);
+    static void build(const MDF4_ConversionContext &context, const TerminalCanCfg &configuration,
+                      quint8 number, ChannelGroupList &groups);
 };
 
 // XCP on ethernet.
@@ -43,7 +42,7 @@ class Interface_MDF4_ETH_XCP : public Interface_MDF4_CCP_XCP
 public:
     using Interface_MDF4_CCP_XCP::Interface_MDF4_CCP_XCP;
 
-    [[nodiscard]] static std::vector<std::unique_ptr<MDF4_ChannelGroup>>
-    build(const MDF4_ConversionContext &context, const StreamingClass_Cfg_Ethernet &configuration,
-          quint8 port);
+    static void build(const MDF4_ConversionContext &context,
+                      const StreamingClass_Cfg_Ethernet &configuration, quint8 port,
+                      ChannelGroupList &groups);
 };

@@ -51,11 +51,8 @@ void MDF4_DataChannel_Linear_D4MOD::applyTed(const QString &tedText)
 Interface_MDF4_D4MOD::Interface_MDF4_D4MOD(const MDF4_ConversionContext &handler, quint8 port)
     : MDF4_ChannelGroup(handler, QStringLiteral("RS485-%1-D4MOD").arg(port), 0)
     , m_port(port)
-{
-    m_clock.setContext(&handler);
-    m_clock.ReqType = rawlog::RLD_D4MOD;
-    m_clock.ReqNr = port;
-}
+    , m_clock(handler, rawlog::RLD_D4MOD, port)
+{}
 
 bool Interface_MDF4_D4MOD::takeEntry(const StdLogEntry &entry)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MDF4Conversion/interface_extractdata.h"
+#include "MDF4Conversion/entryclock.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
 // One strain-gauge channel of an RS485 port: a raw ADC value of 16 bits at its own place in the
@@ -33,16 +33,10 @@ public:
     [[nodiscard]] quint64 newestTimestamp() const override { return m_clock.timestamp(); }
 
 private:
-    // Times of the entries, which all channels share.
-    class Clock : public Interface_ExtractData
-    {
-        bool extractData(const StdLogEntry &, RecordBuffer &) override { return false; }
-    };
-
     void takeTed(const StdLogEntry &entry);
     bool takeSamples(const StdLogEntry &entry);
     void makeChannels(int count);
 
     const quint8 m_port;
-    Clock m_clock;
+    EntryClock m_clock; // all channels share it
 };

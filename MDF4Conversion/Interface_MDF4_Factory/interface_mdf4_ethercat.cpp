@@ -29,6 +29,18 @@ constexpr TypeRow wholeTypes[] = {
     {ECT_REAL64, {realType, 8, ExtractedValue::Double, false}},
 };
 
+std::vector<const EtherCatSignal *> selectedVariables(const TerminalEtherCatCfg &configuration)
+{
+    std::vector<const EtherCatSignal *> selected;
+    for (const EtherCatSlave *slave : configuration.slaves) {
+        for (const EtherCatSignal *variable : slave->slave_signals) {
+            if (variable->mdf4_flags & intoMdf4Flag)
+                selected.push_back(variable);
+        }
+    }
+    return selected;
+}
+
 } // namespace
 
 std::optional<EtherCatTypeForm> etherCatTypeForm(quint8 code, quint16 bitLength)
@@ -74,12 +86,20 @@ Interface_MDF4_Ethercat::Interface_MDF4_Ethercat(const MDF4_ConversionContext &h
     : MDF4_ChannelGroup(handler, QStringLiteral("Ethercat-%1").arg(bus), rawlog::RLD_ETHERCAT)
     , m_bus(bus)
 {
-    for (const EtherCatSlave *slave : configuration.slaves) {
-        for (const EtherCatSignal *variable : slave->slave_signals) {
-            if (variable->mdf4_flags & intoMdf4Flag)
-                addVariable(*variable);
-        }
-    }
+    for (const EtherCatSignal *variable : selectedVariables(configuration))
+        addVariable(*variable);
+}
+
+void Interface_MDF4_Ethercat::build(const MDF4_ConversionContext &handler, quint8 bus,
+                                    const TerminalEtherCatCfg &configuration,
+                                    ChannelGroupList &groups)
+{
+    const std::size_t selected = selectedVariables(configuration).size();
+    if (selected == 0 || !groups.reserve(selected))
+        return;
+    auto group = std::make_unique<Interface_MDF4_Ethercat>(handler, bus, configuration);
+    if (!group->channels().empty())
+        groups.add(std::move(group));
 }
 
 void Interface_MDF4_Ethercat::addVariable(const EtherCatSignal &variable)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MDF4Conversion/Interface_MDF4_Factory/timestampedsource.h"
+#include "MDF4Conversion/channelgrouplist.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
 
 #include <optional>
@@ -69,6 +70,10 @@ public:
                             const TerminalEtherCatCfg &configuration);
 
     [[nodiscard]] std::vector<EntrySelection> selections() const override;
+
+    // The group of a bus, if any variable of it is selected.
+    static void build(const MDF4_ConversionContext &context, quint8 bus,
+                      const TerminalEtherCatCfg &configuration, ChannelGroupList &groups);
 
 private:
     void addVariable(const EtherCatSignal &variable);

@@ -57,10 +57,22 @@ MeasurementChannels::MeasurementChannels(const StreamingClass_A2L_Module &module
 {
     for (const A2lCompuMethod *method : module.compu_methods)
         m_methods.insert(method->name, method);
-    for (const A2lCompuTab *table : module.compu_tabs)
-        m_tables.insert(table->name, table);
-    for (const A2lCompuVTab *table : module.compu_vtabs)
-        m_textTables.insert(table->name, table);
+    for (const A2lCompuTab *table : module.compu_tabs) {
+        auto &pairs = m_tables[table->name];
+        pairs.clear();
+        if (table->pairs.size() > maxValuePairs)
+            continue;
+        for (const A2lCompuTabPair *pair : table->pairs)
+            pairs.append({pair->x, pair->y});
+    }
+    for (const A2lCompuVTab *table : module.compu_vtabs) {
+        auto &texts = m_textTables[table->name];
+        texts.clear();
+        if (table->pairs.size() > maxTexts)
+            continue;
+        for (const A2lCompuVTabPair *pair : table->pairs)
+            texts.append({double(pair->value), pair->text});
+    }
 }
 
 std::unique_ptr<MDF4_DataChannel> MeasurementChannels::channelOf(const CCP_XCP_Signal &signal,
@@ -117,12 +129,11 @@ template <class Conversion, class Source>
 std::unique_ptr<MDF4_DataChannel> MeasurementChannels::makeTable(const CCP_XCP_Signal &signal,
                                                                  const A2lCompuMethod &method) const
 {
-    const A2lCompuTab *table = m_tables.value(method.table_name);
-    if (!table || table->pairs.isEmpty() || table->pairs.size() > maxValuePairs)
+    const auto pairs = m_tables.value(method.table_name);
+    if (pairs.isEmpty())
         return withoutTable<Source>(signal, method);
     auto channel = makeChannel<Conversion, Source>(signal, method.unit);
-    for (const A2lCompuTabPair *pair : table->pairs)
-        channel->pairs.append({pair->x, pair->y});
+    channel->pairs = pairs;
     return channel;
 }
 
@@ -130,12 +141,11 @@ template <class Source>
 std::unique_ptr<MDF4_DataChannel> MeasurementChannels::makeText(const CCP_XCP_Signal &signal,
                                                                 const A2lCompuMethod &method) const
 {
-    const A2lCompuVTab *table = m_textTables.value(method.table_name);
-    if (!table || table->pairs.isEmpty() || table->pairs.size() > maxTexts)
+    const auto texts = m_textTables.value(method.table_name);
+    if (texts.isEmpty())
         return withoutTable<Source>(signal, method);
     auto channel = makeChannel<MDF4_DataChannel_Val2Txt_Table, Source>(signal, method.unit);
-    for (const A2lCompuVTabPair *pair : table->pairs)
-        channel->texts.append({double(pair->value), pair->text});
+    channel->texts = texts;
     return channel;
 }
 

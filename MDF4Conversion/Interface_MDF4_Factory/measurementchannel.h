@@ -4,13 +4,13 @@
 #include "MDF4Conversion/mdf4_datachannel.h"
 
 #include <QHash>
+#include <QVector>
 
 #include <memory>
+#include <utility>
 
 class MDF4_Conversion_Msg_Interface;
 struct A2lCompuMethod;
-struct A2lCompuTab;
-struct A2lCompuVTab;
 struct StreamingClass_A2L_Module;
 
 // Makes the channels of measurements by their computation methods. The module belongs to the caller
@@ -44,8 +44,9 @@ private:
 
     MDF4_Conversion_Msg_Interface &m_messages;
     QHash<QString, const A2lCompuMethod *> m_methods;
-    QHash<QString, const A2lCompuTab *> m_tables;
-    QHash<QString, const A2lCompuVTab *> m_textTables;
+    // Taken over once, the channels share them; empty where they are too long.
+    QHash<QString, QVector<std::pair<double, double>>> m_tables;
+    QHash<QString, QVector<std::pair<double, QString>>> m_textTables;
 };
 
 // A formula of an A2L with its input written as X.

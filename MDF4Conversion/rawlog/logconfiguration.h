@@ -23,7 +23,8 @@ struct ConfigurationBlock
 // Reads the block of the raw log at `path`.
 [[nodiscard]] ConfigurationBlock readConfigurationBlock(const QString &path);
 
-// The record in a block; null for an empty one. Missing parts have their defaults.
+// The record in a block; null for an empty one. Items that the block is too short for read
+// as zero or null.
 [[nodiscard]] std::unique_ptr<TerminalStruct> decodeConfiguration(const QByteArray &block);
 
 // The block that holds `configuration`, with the record at its current version.

@@ -30,8 +30,12 @@ public:
     [[nodiscard]] bool isOpen() const { return m_open; }
     [[nodiscard]] const QString &failure() const { return m_failure; }
 
-    // Null when the reader isn't open.
+    // Null when the reader isn't open, or when it was taken.
     [[nodiscard]] const TerminalStruct *configuration() const { return m_configuration.get(); }
+    [[nodiscard]] std::unique_ptr<TerminalStruct> takeConfiguration()
+    {
+        return std::move(m_configuration);
+    }
     [[nodiscard]] const QString &fileName() const { return m_fileName; }
     [[nodiscard]] quint32 firstEntryPosition() const { return m_firstEntryPosition; }
     [[nodiscard]] qint64 fileSize() const { return m_fileSize; }

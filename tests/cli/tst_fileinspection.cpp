@@ -1,5 +1,6 @@
 #include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "cli/fileinspection.h"
+#include "cli/logtexts.h"
 #include "config/configfile.h"
 #include "temporaryfiles.h"
 
@@ -51,6 +52,7 @@ private slots:
     void restartsAreAWarning();
     void missingSyncStampsAreAWarning();
     void unknownTypesAreAWarning();
+    void aWallClockOfNoDriveIsAWarningAndNotTaken();
     void aNewerConfigurationIsAWarning();
     void aConfigurationWithABrokenFrameIsAnError();
     void aRefusalToGoOnCancels();
@@ -145,7 +147,9 @@ void tst_FileInspection::theTruncatedLastEntryIsSkipped()
     QCOMPARE(inspection.log->skippedStretches().first().position,
              inspection.firstEntryPosition + 24);
     QCOMPARE(inspection.log->skippedBytes(), quint64(23));
-    QCOMPARE(inspection.errors.size(), 1);
+    QCOMPARE(inspection.errors,
+             QStringList{QStringLiteral("23 bytes are no entries: 1 stretch, at %1")
+                             .arg(inspection.firstEntryPosition + 24)});
 }
 
 void tst_FileInspection::fewBytesBehindTheLastEntryAreSkipped()
@@ -163,7 +167,7 @@ void tst_FileInspection::anEntryTooShortForItsHeadIsDamaged()
     QCOMPARE(inspection.log->damagedEntries(), quint64(1));
     QCOMPARE(inspection.log->skippedBytes(), quint64(0));
     QCOMPARE(inspection.errors,
-             QStringList{QStringLiteral("1 entries are shorter than the head of an entry")});
+             QStringList{QStringLiteral("1 entry is shorter than the head of an entry")});
 }
 
 void tst_FileInspection::ringBufferOverflowsAreAnError()
@@ -178,7 +182,7 @@ void tst_FileInspection::ringBufferOverflowsAreAnError()
 void tst_FileInspection::equalSyncStampsAreAnError()
 {
     const FileInspection inspection = inspectLog(syncStampEntry(5, 1) + syncStampEntry(5, 1));
-    QCOMPARE(inspection.errors, QStringList{QStringLiteral("processor 1: 1 sync stamps repeat")});
+    QCOMPARE(inspection.errors, QStringList{QStringLiteral("processor 1: 1 sync stamp repeats")});
 }
 
 void tst_FileInspection::restartsAreAWarning()
@@ -206,7 +210,19 @@ void tst_FileInspection::unknownTypesAreAWarning()
         "StdLogEntry::rebuild( uint8_t * data, size_t maxLen ) Landed in Default...");
     const FileInspection inspection = inspectLog(entryBytes({99, 0, 0, 0}, {}));
     QVERIFY(inspection.errors.isEmpty());
-    QCOMPARE(inspection.warnings, QStringList{QStringLiteral("1 entries are of unknown types")});
+    QCOMPARE(inspection.warnings, QStringList{QStringLiteral("1 entry is of an unknown type")});
+}
+
+void tst_FileInspection::aWallClockOfNoDriveIsAWarningAndNotTaken()
+{
+    const FileInspection last = inspectLog(utcStartEntry(~quint64(0) / 1000));
+    QVERIFY(last.warnings.isEmpty());
+    QCOMPARE(utcText(last.log->utcStart_us()), QStringLiteral("2554-07-21T23:34:33.709Z"));
+    const FileInspection beyond = inspectLog(utcStartEntry(~quint64(0)));
+    QVERIFY(!beyond.log->utcStart_us());
+    QCOMPARE(beyond.warnings, QStringList{QStringLiteral(
+                                  "the wall clock at the start, 18446744073709551615 us since "
+                                  "1970, lies behind the year 2554 and is ignored")});
 }
 
 void tst_FileInspection::aNewerConfigurationIsAWarning()
@@ -226,7 +242,7 @@ void tst_FileInspection::aConfigurationWithABrokenFrameIsAnError()
     const FileInspection inspection = inspect(m_files->write("a.rld", log));
     QCOMPARE(inspection.errors,
              QStringList{QStringLiteral("the configuration is damaged; what could not be read "
-                                        "shows its default")});
+                                        "shows as zero")});
 }
 
 void tst_FileInspection::aRefusalToGoOnCancels()

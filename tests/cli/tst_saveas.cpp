@@ -22,6 +22,9 @@ private slots:
     void aNewerVersionIsSavedWithWhatIsKnown();
     void aFileMayBeSavedOverItself();
     void aRawLogIsNotOverwritten();
+    void whatIsNoConfigurationIsNotOverwritten_data();
+    void whatIsNoConfigurationIsNotOverwritten();
+    void aConfigurationOfAnyNameIsOverwritten();
     void aMissingFolderIsAFailure();
     void aDamagedConfigurationIsNotSaved();
     void aFailureLeavesTheTargetAsItWas();
@@ -125,6 +128,37 @@ void tst_SaveAs::aRawLogIsNotOverwritten()
     QCOMPARE(save(first, first), SomeFileFailed);
     QCOMPARE(TemporaryFiles::contentOf(first), log);
     QCOMPARE(TemporaryFiles::contentOf(second), log);
+}
+
+void tst_SaveAs::whatIsNoConfigurationIsNotOverwritten_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("text") << QByteArray("These are my notes.");
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("begins with a length that fits") << QByteArray("\0\0\0\x18"
+                                                                  "ftypisom",
+                                                                  12)
+                                                           + QByteArray(20, '\0');
+}
+
+void tst_SaveAs::whatIsNoConfigurationIsNotOverwritten()
+{
+    QFETCH(QByteArray, bytes);
+    const QString input = m_files->write("a.zdc", configurationFileOf(configurationImage({}, {})));
+    const QString target = m_files->write("notes.txt", bytes);
+    QCOMPARE(save(input, target), SomeFileFailed);
+    QCOMPARE(TemporaryFiles::contentOf(target), bytes);
+}
+
+void tst_SaveAs::aConfigurationOfAnyNameIsOverwritten()
+{
+    RecordVersions old;
+    old.terminal = 4;
+    const QString input = m_files->write("a.zdc", configurationFileOf(configurationImage({}, {})));
+    const QString target =
+        m_files->write("settings", configurationFileOf(configurationImage(old, old)));
+    QCOMPARE(save(input, target), AllDone);
+    QCOMPARE(TemporaryFiles::contentOf(target), TemporaryFiles::contentOf(input));
 }
 
 void tst_SaveAs::aMissingFolderIsAFailure()

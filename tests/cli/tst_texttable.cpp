@@ -13,7 +13,9 @@ private slots:
     void controlCharactersAreReplaced();
     void charactersBeyondTheFirstPlaneStay();
     void longTextsAreCut();
+    void noCharacterIsCutInTwo();
     void rowsBeyondTheLimitAreCounted();
+    void rowsBeyondTheLimitAreNotMade();
 };
 
 void tst_TextTable::columnsLineUp()
@@ -61,6 +63,25 @@ void tst_TextTable::longTextsAreCut()
     const QStringList lines = table.text({}).split(QLatin1Char('\n'));
     QCOMPARE(lines.at(1), QString(TextTable::maxCellLength, QLatin1Char('x')));
     QCOMPARE(lines.at(2), QString(TextTable::maxCellLength - 1, QLatin1Char('y')) + QChar(0x2026));
+}
+
+void tst_TextTable::noCharacterIsCutInTwo()
+{
+    TextTable table({"Text"});
+    const QString car = QString::fromUtf8("\xF0\x9F\x9A\x97");
+    const QString start(TextTable::maxCellLength - 2, QLatin1Char('x'));
+    table.addRow(QStringList{start + car + QStringLiteral("y")});
+    QCOMPARE(table.text({}).split(QLatin1Char('\n')).at(1), start + QChar(0x2026));
+}
+
+void tst_TextTable::rowsBeyondTheLimitAreNotMade()
+{
+    TextTable table({"Number"});
+    int made = 0;
+    for (int i = 0; i < TextTable::maxRows + 2; ++i)
+        table.addRow([&made] { return QStringList{QString::number(++made)}; });
+    QCOMPARE(made, int(TextTable::maxRows));
+    QVERIFY(table.text({}).endsWith(QStringLiteral("\n... and 2 more\n")));
 }
 
 void tst_TextTable::rowsBeyondTheLimitAreCounted()

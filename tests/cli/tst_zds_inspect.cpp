@@ -56,6 +56,7 @@ private slots:
     void saveAsIsSilent();
     void saveAsWithJsonReadsTheConfigurationOnly();
     void namesInAnyScriptAreFoundAndShown();
+    void namesThatAreNoUtf8AreTold();
     void standardOutputStaysEmptyOnErrors();
     void outputThatCanNotBeWrittenEndsWith2();
 
@@ -92,7 +93,7 @@ void tst_zds_inspect::errorsInAFileEndWith1()
     QVERIFY(result.errors.startsWith(QStringLiteral("Error: ") + m_damagedLog
                                      + QStringLiteral(": 5 bytes are no entries")));
     QCOMPARE(result.errors.count(QLatin1Char('\n')), 1);
-    QVERIFY(result.output.contains(QStringLiteral("Skipped, 5 bytes in 1 stretches")));
+    QVERIFY(result.output.contains(QStringLiteral("Skipped, 5 bytes in 1 stretch")));
 }
 
 void tst_zds_inspect::anUnreadableFileEndsWith2AndTheOthersAreShown()
@@ -122,6 +123,7 @@ void tst_zds_inspect::wrongUsageEndsWith64_data()
     QTest::newRow("no file") << QStringList();
     QTest::newRow("unknown option")
         << QStringList{QStringLiteral("--colour"), QStringLiteral("a.zdc")};
+    QTest::newRow("help of windows") << QStringList{QStringLiteral("--help-all")};
     QTest::newRow("--save-as without a name") << QStringList{QStringLiteral("a.zdc"), saveAs};
     QTest::newRow("--save-as with an empty name")
         << QStringList{saveAs, QString(), QStringLiteral("a.zdc")};
@@ -237,6 +239,30 @@ void tst_zds_inspect::namesInAnyScriptAreFoundAndShown()
     const Result result = inspect({file});
     QCOMPARE(result.exitCode, int(AllDone));
     QVERIFY(result.output.startsWith(file + QStringLiteral(": raw log")));
+}
+
+void tst_zds_inspect::namesThatAreNoUtf8AreTold()
+{
+#ifdef Q_OS_UNIX
+    const auto inspectAs = [this](const char *arguments) {
+        QProcess shell;
+        shell.setWorkingDirectory(m_files->folder());
+        shell.start(QStringLiteral("sh"),
+                    {QStringLiteral("-c"), QLatin1String(arguments), QStringLiteral(ZDS_INSPECT)});
+        return shell.waitForFinished()
+                   ? Result{shell.exitCode(), {}, QString::fromUtf8(shell.readAllStandardError())}
+                   : Result();
+    };
+    const QString told = QString::fromUtf8("\xEF\xBF\xBD.zdc: its name is not valid UTF-8\n");
+    const Result missing = inspectAs("exec \"$0\" \"$(printf '\\344.zdc')\"");
+    QCOMPARE(missing.exitCode, int(SomeFileFailed));
+    QCOMPARE(missing.errors, QStringLiteral("Error: ") + told);
+    const Result target = inspectAs("exec \"$0\" --save-as \"$(printf '\\344.zdc')\" b.rld");
+    QCOMPARE(target.exitCode, int(UsageError));
+    QVERIFY(target.errors.contains(told));
+#else
+    QSKIP("Names are Unicode here.");
+#endif
 }
 
 void tst_zds_inspect::standardOutputStaysEmptyOnErrors()

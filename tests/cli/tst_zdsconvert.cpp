@@ -1,72 +1,31 @@
 #include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "tests/support/conversionharness.h"
+#include "tests/support/convertprogram.h"
 #include "tests/support/logconfigurations.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
 
-#ifdef Q_OS_UNIX
-#include <csignal>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
+using namespace convertprogram;
 
 namespace {
 
-constexpr int timeout_ms = 60000;
-constexpr quint32 messageId = 0x123;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-struct Run
-{
-    int exitCode = -1; // -1 for a crash or no end in time
-    QString out;
-    QString err;
-
-    [[nodiscard]] QJsonArray json() const { return QJsonDocument::fromJson(out.toUtf8()).array(); }
-};
-
-// What a running program has written to standard error once it holds `part`.
-QByteArray errorsUntil(QProcess &process, const char *part)
-{
-    process.setReadChannel(QProcess::StandardError);
-    QByteArray err;
-    while (!err.contains(part) && process.waitForReadyRead(timeout_ms))
-        err += process.readAllStandardError();
-    return err;
-}
-
-QByteArray configurationAndFrames(int count)
-{
-    ConversionHarness log;
-    log.configuration.event.event_name = text("Drive");
-    StreamingClass_DBC_Signal &signal =
-        testlog::addSignal(log.configuration.can[0], text("Speed"), messageId, 0, 16);
-    signal.unit = text("km/h");
-    for (int i = 0; i < count; ++i)
-        log.add(testlog::can(quint32(i) * 1000U, 0, messageId, "0102030405060708"));
-    return log.log();
-}
+const QString fullDevice = QStringLiteral("/dev/full");
 
 } // namespace
 
-class tst_ZdsConvert : public QObject
+// What the program says and ends with.
+class tst_ZdsConvert : public QObject, private ConvertProgram
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { beginAnew(); }
 
     void aLogIsConvertedBesideItself();
     void helpAndVersionArePrinted_data();
@@ -80,98 +39,14 @@ private slots:
     void quietShowsWarningsAndErrorsOnly();
     void theLogHoldsAllMessages();
     void aLogThatCantBeWrittenIs2();
+    void messagesThatGetLostOnTheWayToTheLogAre2();
+    void aSummaryThatCanNotBeWrittenIs2();
     void noProgressIsWrittenIntoAPipe();
-
     void jsonSummarisesEachFile();
     void jsonTellsOfAFileThatIsNotConverted();
-
-    void patternsStandForTheFilesThatMatch();
-    void patternsWorkInEveryPartOfAPath();
-    void aFolderWithPatternCharactersIsTakenAsItIs();
-    void aLogFileDoesNotReplaceARawLog();
     void makingADemonstrationTakesNoFiles();
-    void aPatternThatMatchesNothingIs2();
-    void aFolderStandsForItsLogs();
-    void aFolderWithoutLogsIs2();
-    void aFileWithPatternCharactersIsTakenAsItIs();
-    void aFileIsConvertedOnce();
-    void namesAreUtf8WhateverTheLocale();
-
-    void outputsGoIntoTheFolderThatIsAskedFor();
-    void aMissingOutputFolderIs2AndStaysMissing();
-    void anExistingOutputStaysAndTheNewOneIsNumbered();
-    void logsOfOneNameGetNumberedOutputs();
-
-    void badInputsAre2AndNamed_data();
-    void badInputsAre2AndNamed();
-    void aPipeIsRefusedWithoutWaiting();
-    void anUnreadableFileIs2();
-    void aLogCutAnywhereIsConvertedOrRefused();
-    void randomBytesBehindTheConfigurationAreSkipped();
-    void randomBytesAsLogsAreRefused();
-
-    void aRequestToEndIs130AndLeavesNothing_data();
-    void aRequestToEndIs130AndLeavesNothing();
-    void aReaderOfTheMessagesMayGoAway();
-    void leftoversOfAKilledConversionAreCleared();
     void makeDemoMakesLogsThatConvert();
-
-private:
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-    QString path(const char *name) const { return path(text(name)); }
-    QString make(const QString &name, const QByteArray &bytes) const;
-    QString makeLog(const char *name, int frames = 10) const
-    {
-        return make(text(name), configurationAndFrames(frames));
-    }
-    QString left(const QString &folder = QString()) const;
-    void start(QProcess &process, const QStringList &arguments) const;
-    Run run(const QStringList &arguments) const;
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
-
-QString tst_ZdsConvert::make(const QString &name, const QByteArray &bytes) const
-{
-    QFile file(path(name));
-    if (!QDir().mkpath(QFileInfo(file).path()) || !file.open(QIODevice::WriteOnly)
-        || file.write(bytes) != bytes.size())
-        qFatal("A file of the test can't be written.");
-    return file.fileName();
-}
-
-// All that stands in a folder, hidden things too.
-QString tst_ZdsConvert::left(const QString &folder) const
-{
-    return QDir(folder.isEmpty() ? m_folder->path() : folder)
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                   QDir::Name)
-        .join(QLatin1Char(' '));
-}
-
-void tst_ZdsConvert::start(QProcess &process, const QStringList &arguments) const
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"LANG", "LC_ALL"})
-        environment.insert(text(name), text("C"));
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(m_folder->path());
-    process.start(text(ZDS_CONVERT), arguments);
-}
-
-Run tst_ZdsConvert::run(const QStringList &arguments) const
-{
-    QProcess process;
-    start(process, arguments);
-    Run result;
-    if (!process.waitForFinished(timeout_ms))
-        process.kill();
-    else if (process.exitStatus() == QProcess::NormalExit)
-        result.exitCode = process.exitCode();
-    result.out = QString::fromUtf8(process.readAllStandardOutput());
-    result.err = QString::fromUtf8(process.readAllStandardError());
-    return result;
-}
 
 void tst_ZdsConvert::aLogIsConvertedBesideItself()
 {
@@ -217,6 +92,9 @@ void tst_ZdsConvert::wrongUsageIs64AndSaysWhy_data()
     row("jobs in words", {text("--jobs"), text("two"), text("a.rld")}, "--jobs");
     row("no seconds", {text("--make-demo"), text("demo"), text("--seconds"), text("0")},
         "--seconds");
+    row("seconds of no demonstration", {text("--seconds"), text("5"), text("a.rld")},
+        "--make-demo");
+    row("help of windows", {text("--help-all")}, "help-all");
 }
 
 void tst_ZdsConvert::wrongUsageIs64AndSaysWhy()
@@ -262,6 +140,7 @@ void tst_ZdsConvert::messagesAreLinesOfTheirKind()
     const QStringList lines = err.split(QLatin1Char('\n'));
     QCOMPARE(lines.first(), text("Status: logfile-conversion started..."));
     QVERIFY(lines.contains(text("Status: Logfile-conversion completed.")));
+    QVERIFY2(lines.last().contains(text("a.mf4: 1 group, 10 records, ")), qPrintable(lines.last()));
     for (const QString &line : lines)
         QVERIFY2(line.startsWith(text("Status: ")), qPrintable(line));
 }
@@ -306,6 +185,31 @@ void tst_ZdsConvert::aLogThatCantBeWrittenIs2()
     QCOMPARE(result.exitCode, 2);
     QVERIFY(result.err.contains(QDir::toNativeSeparators(text("missing/log.txt"))));
     QCOMPARE(left(), text("a.rld"));
+}
+
+void tst_ZdsConvert::messagesThatGetLostOnTheWayToTheLogAre2()
+{
+    if (!QFileInfo::exists(fullDevice))
+        QSKIP("There is no device that is always full here.");
+    makeLog("a.rld");
+    const Run result = run({text("--log"), fullDevice, text("a.rld")});
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.err.count(text("Error: /dev/full: ")), 1);
+    QCOMPARE(left(), text("a.mf4 a.rld"));
+}
+
+void tst_ZdsConvert::aSummaryThatCanNotBeWrittenIs2()
+{
+    if (!QFileInfo::exists(fullDevice))
+        QSKIP("There is no device that is always full here.");
+    makeLog("a.rld");
+    QProcess process;
+    process.setStandardOutputFile(fullDevice);
+    start(process, {text("--quiet"), text("--json"), text("a.rld")});
+    QVERIFY(process.waitForFinished(timeout_ms));
+    QCOMPARE(process.exitCode(), 2);
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("Error: The output could not be written.\n"));
 }
 
 void tst_ZdsConvert::noProgressIsWrittenIntoAPipe()
@@ -357,309 +261,11 @@ void tst_ZdsConvert::jsonTellsOfAFileThatIsNotConverted()
     QVERIFY(files[0].toObject()[text("messages")].toObject()[text("error")].toInt() > 0);
 }
 
-void tst_ZdsConvert::patternsStandForTheFilesThatMatch()
-{
-    for (const char *name : {"drive1.rld", "drive2.rld", "other.rld"})
-        makeLog(name);
-    QCOMPARE(run({text("drive?.rld")}).exitCode, 0);
-    QCOMPARE(left(), text("drive1.mf4 drive1.rld drive2.mf4 drive2.rld other.rld"));
-}
-
-void tst_ZdsConvert::patternsWorkInEveryPartOfAPath()
-{
-    for (const char *name : {"day1/a.rld", "day2/a.rld", "night/a.rld"})
-        makeLog(name);
-    QCOMPARE(run({path("day*/[ab].rld")}).exitCode, 0);
-    QCOMPARE(left(path("day2")), text("a.mf4 a.rld"));
-    QCOMPARE(left(path("night")), text("a.rld"));
-}
-
-void tst_ZdsConvert::aFolderWithPatternCharactersIsTakenAsItIs()
-{
-    makeLog("logs[1]/a.rld");
-    QCOMPARE(run({path("logs[1]/*.rld")}).exitCode, 0);
-    QCOMPARE(left(path("logs[1]")), text("a.mf4 a.rld"));
-}
-
-void tst_ZdsConvert::aLogFileDoesNotReplaceARawLog()
-{
-    makeLog("a.rld");
-    makeLog("keep.rld");
-    const qint64 size = QFileInfo(path("keep.rld")).size();
-    QCOMPARE(run({text("--log"), path("keep.rld"), text("a.rld")}).exitCode, 64);
-    QCOMPARE(QFileInfo(path("keep.rld")).size(), size);
-}
-
 void tst_ZdsConvert::makingADemonstrationTakesNoFiles()
 {
     makeLog("a.rld");
     QCOMPARE(run({text("--make-demo"), path("demo"), text("a.rld")}).exitCode, 64);
     QVERIFY(!QFileInfo::exists(path("demo")));
-}
-
-void tst_ZdsConvert::aPatternThatMatchesNothingIs2()
-{
-    makeLog("a.rld");
-    const Run result = run({text("b*.rld"), text("a.rld")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.err.contains(text("Error: b*.rld: ")));
-    QCOMPARE(left(), text("a.mf4 a.rld"));
-}
-
-void tst_ZdsConvert::aFolderStandsForItsLogs()
-{
-    makeLog("logs/a.rld");
-    makeLog("logs/b.rld");
-    make(text("logs/notes.txt"), "notes");
-    QCOMPARE(run({text("logs")}).exitCode, 0);
-    QCOMPARE(left(path("logs")), text("a.mf4 a.rld b.mf4 b.rld notes.txt"));
-}
-
-void tst_ZdsConvert::aFolderWithoutLogsIs2()
-{
-    QVERIFY(QDir(m_folder->path()).mkdir(text("logs")));
-    const Run result = run({text("logs")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.err.startsWith(text("Error: logs: ")));
-}
-
-void tst_ZdsConvert::aFileWithPatternCharactersIsTakenAsItIs()
-{
-#ifdef Q_OS_UNIX
-    makeLog("a[1]*?.rld");
-    makeLog("a1xy.rld");
-    QCOMPARE(run({text("a[1]*?.rld")}).exitCode, 0);
-    QCOMPARE(left(), text("a1xy.rld a[1]*?.mf4 a[1]*?.rld"));
-#else
-    QSKIP("names can't hold pattern characters");
-#endif
-}
-
-void tst_ZdsConvert::aFileIsConvertedOnce()
-{
-    makeLog("a.rld");
-    QCOMPARE(run({text("--json"), text("a.rld"), text("a.rld"), text("*.rld")}).json().size(), 1);
-    QCOMPARE(left(), text("a.mf4 a.rld"));
-}
-
-void tst_ZdsConvert::namesAreUtf8WhateverTheLocale()
-{
-    makeLog("Prüfstand/測定 ñ.rld");
-    const Run result = run({text("--json"), text("Prüfstand/測定 ñ.rld")});
-    QCOMPARE(result.exitCode, 0);
-    QCOMPARE(left(path("Prüfstand")), text("測定 ñ.mf4 測定 ñ.rld"));
-    QVERIFY(result.err.contains(text("測定 ñ.mf4")));
-    QCOMPARE(result.json().at(0).toObject()[text("input")].toString(),
-             text("Prüfstand/測定 ñ.rld"));
-}
-
-void tst_ZdsConvert::outputsGoIntoTheFolderThatIsAskedFor()
-{
-    makeLog("logs/a.rld");
-    QVERIFY(QDir(m_folder->path()).mkdir(text("out")));
-    QCOMPARE(run({text("-o"), text("out"), text("logs")}).exitCode, 0);
-    QCOMPARE(left(path("logs")), text("a.rld"));
-    QCOMPARE(left(path("out")), text("a.mf4"));
-}
-
-void tst_ZdsConvert::aMissingOutputFolderIs2AndStaysMissing()
-{
-    makeLog("a.rld");
-    const Run result = run({text("-o"), text("missing"), text("a.rld")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.err.contains(path("missing")));
-    QCOMPARE(left(), text("a.rld"));
-}
-
-void tst_ZdsConvert::anExistingOutputStaysAndTheNewOneIsNumbered()
-{
-    makeLog("a.rld");
-    make(text("a.mf4"), "old");
-    QCOMPARE(run({text("a.rld")}).exitCode, 0);
-    QCOMPARE(left(), text("a.mf4 a.rld a_1.mf4"));
-    QCOMPARE(QFileInfo(path("a.mf4")).size(), qint64(3));
-}
-
-void tst_ZdsConvert::logsOfOneNameGetNumberedOutputs()
-{
-    makeLog("x/a.rld");
-    makeLog("y/a.rld");
-    QVERIFY(QDir(m_folder->path()).mkdir(text("out")));
-    QCOMPARE(run({text("-o"), text("out"), text("x"), text("y")}).exitCode, 0);
-    QCOMPARE(left(path("out")), text("a.mf4 a_1.mf4"));
-}
-
-void tst_ZdsConvert::badInputsAre2AndNamed_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("a configuration of 0 bytes") << QByteArray(4, 0);
-    QTest::newRow("text") << QByteArray("This is no log, but a text of some length.");
-    QTest::newRow("a configuration of 4 GiB") << QByteArray(1000, char(0xFF));
-}
-
-void tst_ZdsConvert::badInputsAre2AndNamed()
-{
-    QFETCH(QByteArray, bytes);
-    make(text("bad.rld"), bytes);
-    const Run result = run({text("bad.rld")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.err.contains(
-        text("Error: File-error, unable to load log-configuration.\nError: bad.rld: ")));
-    QCOMPARE(left(), text("bad.rld"));
-}
-
-void tst_ZdsConvert::aPipeIsRefusedWithoutWaiting()
-{
-#ifdef Q_OS_UNIX
-    QCOMPARE(mkfifo(QFile::encodeName(path("pipe.rld")).constData(), 0600), 0);
-    const Run result = run({text("pipe.rld")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.err.contains(text("pipe.rld")));
-    QCOMPARE(left(), text("pipe.rld"));
-#else
-    QSKIP("there are no named pipes in folders");
-#endif
-}
-
-void tst_ZdsConvert::anUnreadableFileIs2()
-{
-#ifdef Q_OS_UNIX
-    if (geteuid() == 0)
-        QSKIP("root may read everything");
-    const QString log = makeLog("a.rld");
-    QVERIFY(QFile::setPermissions(log, QFile::Permissions()));
-    const Run result = run({text("a.rld")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.err.contains(text("Error: a.rld: ")));
-#else
-    QSKIP("files can't be closed");
-#endif
-}
-
-void tst_ZdsConvert::aLogCutAnywhereIsConvertedOrRefused()
-{
-    constexpr int cuts = 200;
-    const QByteArray log = configurationAndFrames(20);
-    const int configurationEnd = configurationAndFrames(0).size();
-    QVector<int> sizes;
-    for (int i = 0; i < cuts; ++i) {
-        // A third of the cuts lies in the entries.
-        const int size = i < cuts / 3 ? log.size() - 1 - i * 7 : configurationEnd - i * 11;
-        sizes.append(qMax(size, 0));
-        make(QStringLiteral("logs/%1.rld").arg(i, 3, 10, QLatin1Char('0')), log.left(sizes[i]));
-    }
-    QVERIFY(QDir(m_folder->path()).mkdir(text("out")));
-    const Run result =
-        run({text("--json"), text("--quiet"), text("-o"), text("out"), text("logs")});
-    QCOMPARE(result.exitCode, 2);
-    const QJsonArray files = result.json();
-    QCOMPARE(files.size(), cuts);
-    int written = 0;
-    for (int i = 0; i < cuts; ++i) {
-        const QJsonValue output = files[i].toObject()[text("output")];
-        QCOMPARE(!output.isNull(), sizes[i] >= configurationEnd);
-        if (output.isNull())
-            continue;
-        ++written;
-        mdf4reader::Reader reader;
-        QVERIFY(reader.open(path(output.toString()).toStdU16String()));
-    }
-    QVERIFY(written > 20);
-    QCOMPARE(left(path("out")).split(QLatin1Char(' ')).size(), written);
-}
-
-void tst_ZdsConvert::randomBytesBehindTheConfigurationAreSkipped()
-{
-    QRandomGenerator random(1);
-    QByteArray log = configurationAndFrames(0);
-    for (int i = 0; i < 100000; ++i)
-        log += char(random.bounded(256));
-    make(text("a.rld"), log + testlog::can(1, 0, messageId, "0102030405060708"));
-    const Run result = run({text("--quiet"), text("a.rld")});
-    QVERIFY(result.exitCode == 0 || result.exitCode == 1);
-    QCOMPARE(left(), text("a.mf4 a.rld"));
-}
-
-void tst_ZdsConvert::randomBytesAsLogsAreRefused()
-{
-    QRandomGenerator random(2);
-    for (int i = 0; i < 20; ++i) {
-        QByteArray bytes;
-        for (int size = random.bounded(5000); size > 0; --size)
-            bytes += char(random.bounded(256));
-        make(QStringLiteral("logs/%1.rld").arg(i), bytes);
-    }
-    const Run result = run({text("--quiet"), text("logs")});
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY(!left(path("logs")).contains(text("tmp")));
-}
-
-void tst_ZdsConvert::aRequestToEndIs130AndLeavesNothing_data()
-{
-#ifdef Q_OS_UNIX
-    QTest::addColumn<int>("signal");
-    QTest::newRow("Ctrl-C") << SIGINT;
-    QTest::newRow("request to end") << SIGTERM;
-    QTest::newRow("closed terminal") << SIGHUP;
-#endif
-}
-
-void tst_ZdsConvert::aRequestToEndIs130AndLeavesNothing()
-{
-#ifdef Q_OS_UNIX
-    QFETCH(int, signal);
-    const QByteArray frame = testlog::can(1, 0, messageId, "0102030405060708");
-    make(text("long.rld"), configurationAndFrames(0) + frame.repeated(2000000));
-    makeLog("next.rld");
-    QProcess process;
-    start(process, {text("--json"), text("long.rld"), text("next.rld")});
-    QByteArray err = errorsUntil(process, "First Extracted");
-    QCOMPARE(::kill(pid_t(process.processId()), signal), 0);
-    QVERIFY(process.waitForFinished(timeout_ms));
-    err += process.readAllStandardError();
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 130);
-    QVERIFY(err.contains("Error: cancel conversion requested by user\n"));
-    QCOMPARE(left(), text("long.rld next.rld"));
-    const QJsonArray files = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
-    QCOMPARE(files.size(), 1);
-    QVERIFY(files[0].toObject()[text("cancelled")].toBool());
-#else
-    QSKIP("there is no signal to send");
-#endif
-}
-
-void tst_ZdsConvert::aReaderOfTheMessagesMayGoAway()
-{
-#ifdef Q_OS_UNIX
-    const QByteArray frame = testlog::can(1, 0, messageId, "0102030405060708");
-    make(text("long.rld"), configurationAndFrames(0) + frame.repeated(100000));
-    QProcess shell;
-    shell.setWorkingDirectory(m_folder->path());
-    shell.start(text("sh"),
-                {text("-c"), text("\"$0\" long.rld 2>&1 | head -n 1"), text(ZDS_CONVERT)});
-    QVERIFY(shell.waitForFinished(timeout_ms));
-    QCOMPARE(left(), text("long.mf4 long.rld"));
-#else
-    QSKIP("there are no shell pipelines");
-#endif
-}
-
-void tst_ZdsConvert::leftoversOfAKilledConversionAreCleared()
-{
-    const QByteArray frame = testlog::can(1, 0, messageId, "0102030405060708");
-    make(text("long.rld"), configurationAndFrames(0) + frame.repeated(2000000));
-    makeLog("next.rld");
-    QProcess process;
-    start(process, {text("long.rld")});
-    QVERIFY(errorsUntil(process, "First Extracted").contains("First Extracted"));
-    process.kill();
-    QVERIFY(process.waitForFinished(timeout_ms));
-    QVERIFY(left().contains(text("tmp_1")));
-    QVERIFY(!left().split(QLatin1Char(' ')).contains(text("long.mf4")));
-    QCOMPARE(run({text("next.rld")}).exitCode, 0);
-    QCOMPARE(left(), text("long.rld next.mf4 next.rld"));
 }
 
 void tst_ZdsConvert::makeDemoMakesLogsThatConvert()

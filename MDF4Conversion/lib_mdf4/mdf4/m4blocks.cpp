@@ -3,6 +3,7 @@
 #include "MDF4Conversion/lib_mdf4/mdf4/m4conversions.h"
 #include "MDF4Conversion/lib_mdf4/mdf4/m4text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -45,10 +46,9 @@ bool M4CNBlock::setConversion(M4CCBlock &cc)
 
 void M4CNBlock::setRange(double min, double max)
 {
-    const bool given =
-        std::isfinite(min) && std::isfinite(max) && min <= max && (min != 0 || max != 0);
-    cn_val_range_min = given ? min : 0;
-    cn_val_range_max = given ? max : 0;
+    const bool given = std::isfinite(min) && std::isfinite(max) && (min != 0 || max != 0);
+    cn_val_range_min = given ? std::min(min, max) : 0;
+    cn_val_range_max = given ? std::max(min, max) : 0;
     cn_flags = given ? cn_flags | CN_F_VAL_RANGE_OK : cn_flags & ~std::uint32_t{CN_F_VAL_RANGE_OK};
 }
 

@@ -52,7 +52,8 @@ public:
     // False, with nothing written, when the conversion has more values than its block can count, or
     // (see the file's failed()) when writing fails.
     [[nodiscard]] bool setConversion(M4CCBlock &cc);
-    // Range of the raw values; without effect unless both are finite, in order and not both zero.
+    // Range of the raw values, its bounds in any order; without effect unless both are finite and
+    // not both zero.
     void setRange(double min, double max);
 };
 

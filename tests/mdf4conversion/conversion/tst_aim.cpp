@@ -1,37 +1,15 @@
 #include "MDF4Conversion/rawlog/entrybuilder.h"
-#include "tests/support/conversionharness.h"
+#include "tests/support/aimlog.h"
 #include "tests/support/logconfigurations.h"
 
 #include <QTest>
 
 namespace {
 
-constexpr quint8 bus = 1;
-constexpr quint32 messageId = 0x200;
+using Log = AimLog;
 
-class Log : public ConversionHarness
-{
-public:
-    // Two channels of two unsigned Intel words in a message of eight bytes.
-    AimMsgMeta &addModule()
-    {
-        AimMsgMeta &meta = configuration.can[bus].aim_modules.add();
-        meta.MsgId = messageId;
-        meta.msgLength = 8;
-        meta.channelsInMsg = 2;
-        meta.samplesInMsg = 2;
-        meta.sampleSizeInBytes = 2;
-        meta.name = QStringLiteral("Module");
-        meta.unit = QStringLiteral("V");
-        return meta;
-    }
-
-    void addMessage(quint32 timestamp_us, const char *hex)
-    {
-        add(testlog::can(timestamp_us, bus, messageId, hex));
-    }
-};
-
+constexpr quint8 bus = AimLog::bus;
+constexpr quint32 messageId = AimLog::messageId;
 constexpr char channel1[] = "CAN_1_AIM_Module_AIM_CH_1";
 constexpr char channel2[] = "CAN_1_AIM_Module_AIM_CH_2";
 

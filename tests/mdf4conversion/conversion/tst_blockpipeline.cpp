@@ -1,6 +1,8 @@
 #include "MDF4Conversion/blockpipeline.h"
 #include "MDF4Conversion/lib_mdf4/mdf4/deflate.h"
+#include "tests/support/allocationlimit.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -58,7 +60,9 @@ private slots:
     void disorderAcrossBlocksIsToldOnce_data();
     void disorderAcrossBlocksIsToldOnce();
     void aMissingFileIsAFailureThatNamesIt();
-    void aFileThatIsTooShortIsAFailure();
+    void aFileThatIsTooShortIsAFailureThatSaysSo();
+    void memoryThatRunsOutIsAFailure_data();
+    void memoryThatRunsOutIsAFailure();
     void aPipelineMayEndBeforeItsBlocksAreTaken();
     void noSourcesMakeNoBlocks();
 
@@ -207,13 +211,38 @@ void tst_BlockPipeline::aMissingFileIsAFailureThatNamesIt()
     QVERIFY(pipeline.next().failure.contains(missing.path));
 }
 
-void tst_BlockPipeline::aFileThatIsTooShortIsAFailure()
+void tst_BlockPipeline::aFileThatIsTooShortIsAFailureThatSaysSo()
 {
     BlockPipeline::Source cut = source(record(1, 1) + record(2, 2), 12);
     QVERIFY(QFile::resize(cut.path, 23));
     BlockPipeline pipeline({cut}, 0, 1);
     QCOMPARE(pipeline.next().failure, QString());
-    QVERIFY(!pipeline.next().failure.isEmpty());
+    QCOMPARE(pipeline.next().failure,
+             QStringLiteral("Temporary file %1: it is shorter than what was written into it")
+                 .arg(QDir::toNativeSeparators(cut.path)));
+}
+
+void tst_BlockPipeline::memoryThatRunsOutIsAFailure_data()
+{
+    QTest::addColumn<int>("threads");
+    QTest::newRow("on the thread of the caller") << 1;
+    QTest::newRow("on any thread") << 3;
+}
+
+void tst_BlockPipeline::memoryThatRunsOutIsAFailure()
+{
+    QFETCH(int, threads);
+    constexpr quint32 blockSize = recordSize * 100000;
+    const auto records = source(QByteArray(int(blockSize) * 5, 0), blockSize);
+    const AllocationLimit limit(blockSize / 2);
+    BlockPipeline pipeline({records}, 0, threads);
+    QStringList failures;
+    for (int i = 0; i < 5; ++i)
+        failures.append(pipeline.next().failure);
+    const QString told = QStringLiteral("Temporary file %1: there is not enough memory to read it "
+                                        "back")
+                             .arg(QDir::toNativeSeparators(records.path));
+    QCOMPARE(failures, (QStringList{told, told, told, told, told}));
 }
 
 void tst_BlockPipeline::aPipelineMayEndBeforeItsBlocksAreTaken()

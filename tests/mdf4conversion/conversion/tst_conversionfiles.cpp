@@ -1,4 +1,6 @@
 #include "MDF4Conversion/conversionfiles.h"
+#include "MDF4Conversion/conversionjob.h"
+#include "MDF4Conversion/outputnames.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -37,12 +39,20 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+ConversionJob givenNames(const QString &outputFile, const QString &temporaryDir)
+{
+    ConversionJob job;
+    job.outputFile = outputFile;
+    job.temporaryDir = temporaryDir;
+    return job;
+}
+
 // A conversion into `folder` that has begun and isn't done.
 std::unique_ptr<ConversionFiles> begunConversion(const QString &folder)
 {
     const QDir dir(folder);
-    auto files = std::make_unique<ConversionFiles>(dir.filePath(text("other.mf4")),
-                                                   dir.filePath(text("tmp_9")));
+    auto files = std::make_unique<ConversionFiles>(
+        givenNames(dir.filePath(text("other.mf4")), dir.filePath(text("tmp_9"))));
     if (!files->prepare())
         qFatal("%s", qPrintable(files->failure()));
     make(files->growingFile(), "half");
@@ -72,13 +82,31 @@ private slots:
     void theFilesOfALiveProcessStay();
     void foreignFilesStay();
 
+    void conversionsWithFreeNamesGetOneEach();
+    void aFileThatAppearsMeanwhileIsNotReplaced();
+    void freeNamesInAMissingFolderFail();
+
     void aMissingFolderFailsAndIsNamed();
     void aFolderInPlaceOfTheOutputFails();
     void aTemporaryFolderThatCantBeMadeFails();
+    void aNameWithoutRoomForItsEndingsFailsWithItsCause();
     void aFolderWithoutWriteAccessFails();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(text(name)); }
+    ConversionJob given(const char *outputFile, const char *temporaryDir) const
+    {
+        return givenNames(path(outputFile), path(temporaryDir));
+    }
+    // Of a process that begins, as all do, with the name of its input and tmp_1.
+    ConversionJob freeNames(OutputNames &names) const
+    {
+        ConversionJob job;
+        job.inputFile = text("a.rld");
+        job.outputFolder = m_folder->path();
+        job.names = &names;
+        return job;
+    }
     QString left() const
     {
         return QDir(m_folder->path())
@@ -100,7 +128,7 @@ void tst_ConversionFiles::startHolding(QProcess &process) const
 
 void tst_ConversionFiles::theOutputGrowsUnderAnotherName()
 {
-    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    ConversionFiles files(given("a.mf4", "tmp_1"));
     QVERIFY(files.prepare());
     QCOMPARE(files.growingFile(), path("a.mf4.part"));
     QVERIFY(QDir(path("tmp_1")).exists());
@@ -110,7 +138,7 @@ void tst_ConversionFiles::theOutputGrowsUnderAnotherName()
 void tst_ConversionFiles::publishGivesTheOutputItsName()
 {
     {
-        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(files.prepare());
         make(files.growingFile(), "whole");
         QVERIFY(files.publish());
@@ -122,7 +150,7 @@ void tst_ConversionFiles::publishGivesTheOutputItsName()
 void tst_ConversionFiles::publishReplacesAnExistingOutput()
 {
     make(path("a.mf4"), "old");
-    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    ConversionFiles files(given("a.mf4", "tmp_1"));
     QVERIFY(files.prepare());
     QCOMPARE(contentOf(path("a.mf4")), QByteArray("old"));
     make(files.growingFile(), "new");
@@ -132,7 +160,7 @@ void tst_ConversionFiles::publishReplacesAnExistingOutput()
 
 void tst_ConversionFiles::publishFailsWithoutAGrowingFile()
 {
-    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    ConversionFiles files(given("a.mf4", "tmp_1"));
     QVERIFY(files.prepare());
     QVERIFY(!files.publish());
     QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("a.mf4"))));
@@ -141,7 +169,7 @@ void tst_ConversionFiles::publishFailsWithoutAGrowingFile()
 void tst_ConversionFiles::whatIsNotPublishedLeavesNothing()
 {
     {
-        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(files.prepare());
         make(files.growingFile(), "half");
     }
@@ -152,7 +180,7 @@ void tst_ConversionFiles::anExistingTemporaryFolderIsUsedAndStays()
 {
     QVERIFY(QDir().mkdir(path("tmp_1")));
     {
-        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(files.prepare());
     }
     QCOMPARE(left(), text("tmp_1"));
@@ -160,11 +188,11 @@ void tst_ConversionFiles::anExistingTemporaryFolderIsUsedAndStays()
 
 void tst_ConversionFiles::twoConversionsIntoOneOutputAreRefused()
 {
-    ConversionFiles first(path("a.mf4"), path("tmp_1"));
+    ConversionFiles first(given("a.mf4", "tmp_1"));
     QVERIFY(first.prepare());
     make(first.growingFile(), "half");
     {
-        ConversionFiles second(path("a.mf4"), path("tmp_2"));
+        ConversionFiles second(given("a.mf4", "tmp_2"));
         QVERIFY(!second.prepare());
         QVERIFY(second.failure().contains(text("another conversion")));
     }
@@ -175,7 +203,7 @@ void tst_ConversionFiles::twoConversionsIntoOneOutputAreRefused()
 void tst_ConversionFiles::twoConversionsIntoOneFolderGetAlong()
 {
     const auto first = begunConversion(m_folder->path());
-    ConversionFiles second(path("a.mf4"), path("tmp_1"));
+    ConversionFiles second(given("a.mf4", "tmp_1"));
     QVERIFY(second.prepare());
     QCOMPARE(contentOf(path("other.mf4.part")), QByteArray("half"));
     QCOMPARE(contentOf(path("tmp_9/_1.bin")), QByteArray("records"));
@@ -189,7 +217,7 @@ void tst_ConversionFiles::leftoversOfADeadProcessAreCleared()
     QVERIFY(process.waitForFinished(timeout_ms));
     QVERIFY(QFile::exists(path("other.mf4.part")));
     {
-        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(files.prepare());
         QVERIFY(!QFile::exists(path("other.mf4.part")));
         QVERIFY(!QDir(path("tmp_9")).exists());
@@ -202,7 +230,7 @@ void tst_ConversionFiles::theFilesOfALiveProcessStay()
     QProcess process;
     startHolding(process);
     {
-        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(files.prepare());
     }
     QCOMPARE(contentOf(path("other.mf4.part")), QByteArray("half"));
@@ -217,16 +245,66 @@ void tst_ConversionFiles::foreignFilesStay()
     make(path("log.bin"), "not in a temporary folder");
     QVERIFY(QDir().mkdir(path("tmp_pictures")));
     make(path("tmp_pictures/a.bin"), "no lock beside it");
-    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    ConversionFiles files(given("a.mf4", "tmp_1"));
     QVERIFY(files.prepare());
     QVERIFY(QFile::exists(path("notes.mf4.part")));
     QVERIFY(QFile::exists(path("log.bin")));
     QVERIFY(QFile::exists(path("tmp_pictures/a.bin")));
 }
 
+void tst_ConversionFiles::conversionsWithFreeNamesGetOneEach()
+{
+    {
+        OutputNames firstNames;
+        ConversionFiles first(freeNames(firstNames));
+        QVERIFY(first.prepare());
+        OutputNames secondNames;
+        ConversionFiles second(freeNames(secondNames));
+        QVERIFY2(second.prepare(), qPrintable(second.failure()));
+        QVERIFY(first.temporaryDir() != second.temporaryDir());
+        make(first.growingFile(), "first");
+        make(second.growingFile(), "second");
+        QVERIFY(second.publish());
+        QVERIFY(first.publish());
+        QCOMPARE(first.outputFile(), path("a.mf4"));
+        QCOMPARE(second.outputFile(), path("a_1.mf4"));
+    }
+    QCOMPARE(contentOf(path("a.mf4")), QByteArray("first"));
+    QCOMPARE(contentOf(path("a_1.mf4")), QByteArray("second"));
+    QCOMPARE(left(), text("a.mf4 a_1.mf4"));
+}
+
+void tst_ConversionFiles::aFileThatAppearsMeanwhileIsNotReplaced()
+{
+    {
+        OutputNames names;
+        ConversionFiles files(freeNames(names));
+        QVERIFY(files.prepare());
+        make(files.growingFile(), "new");
+        make(path("a.mf4"), "of somebody else");
+        make(path("a_1.mf4"), "too");
+        QVERIFY2(files.publish(), qPrintable(files.failure()));
+        QCOMPARE(files.outputFile(), path("a_2.mf4"));
+    }
+    QCOMPARE(contentOf(path("a.mf4")), QByteArray("of somebody else"));
+    QCOMPARE(contentOf(path("a_2.mf4")), QByteArray("new"));
+    QCOMPARE(left(), text("a.mf4 a_1.mf4 a_2.mf4"));
+}
+
+void tst_ConversionFiles::freeNamesInAMissingFolderFail()
+{
+    OutputNames names;
+    ConversionJob job = freeNames(names);
+    job.outputFolder = path("missing");
+    ConversionFiles files(job);
+    QVERIFY(!files.prepare());
+    QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("missing"))));
+    QCOMPARE(left(), QString());
+}
+
 void tst_ConversionFiles::aMissingFolderFailsAndIsNamed()
 {
-    ConversionFiles files(path("missing/a.mf4"), path("missing/tmp_1"));
+    ConversionFiles files(given("missing/a.mf4", "missing/tmp_1"));
     QVERIFY(!files.prepare());
     QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("missing"))));
     QCOMPARE(left(), QString());
@@ -235,7 +313,7 @@ void tst_ConversionFiles::aMissingFolderFailsAndIsNamed()
 void tst_ConversionFiles::aFolderInPlaceOfTheOutputFails()
 {
     QVERIFY(QDir().mkdir(path("a.mf4")));
-    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    ConversionFiles files(given("a.mf4", "tmp_1"));
     QVERIFY(!files.prepare());
     QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("a.mf4"))));
 }
@@ -244,11 +322,26 @@ void tst_ConversionFiles::aTemporaryFolderThatCantBeMadeFails()
 {
     make(path("tmp_1"), "a file has its name");
     {
-        ConversionFiles files(path("a.mf4"), path("tmp_1"));
+        ConversionFiles files(given("a.mf4", "tmp_1"));
         QVERIFY(!files.prepare());
-        QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("tmp_1"))));
+        const QString start = QStringLiteral("The temporary folder %1 cannot be made: ")
+                                  .arg(QDir::toNativeSeparators(path("tmp_1")));
+        QVERIFY(files.failure().startsWith(start));
+        QVERIFY(files.failure().size() > start.size());
     }
     QCOMPARE(left(), text("tmp_1"));
+}
+
+void tst_ConversionFiles::aNameWithoutRoomForItsEndingsFailsWithItsCause()
+{
+    const QString name = QString(250, QLatin1Char('a'));
+    ConversionFiles files(givenNames(m_folder->filePath(name), path("tmp_1")));
+    QVERIFY(!files.prepare());
+    const QString start = QDir::toNativeSeparators(m_folder->filePath(name))
+                          + QStringLiteral(": cannot be written: ");
+    QVERIFY(files.failure().startsWith(start));
+    QVERIFY(files.failure().size() > start.size());
+    QCOMPARE(left(), QString());
 }
 
 void tst_ConversionFiles::aFolderWithoutWriteAccessFails()
@@ -257,7 +350,7 @@ void tst_ConversionFiles::aFolderWithoutWriteAccessFails()
     if (geteuid() == 0)
         QSKIP("root may write everywhere");
     QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner);
-    ConversionFiles files(path("a.mf4"), path("tmp_1"));
+    ConversionFiles files(given("a.mf4", "tmp_1"));
     QVERIFY(!files.prepare());
     QVERIFY(files.failure().contains(path("a.mf4")));
     QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -1,5 +1,5 @@
 #include "MDF4Conversion/rawlog/entrybuilder.h"
-#include "tests/support/conversionharness.h"
+#include "tests/support/dbclog.h"
 #include "tests/support/logconfigurations.h"
 
 #include <QTest>
@@ -7,40 +7,10 @@
 
 namespace {
 
-constexpr quint8 bus = 2;
-constexpr quint32 messageId = 0x123;
+using Log = DbcLog;
 
-class Log : public ConversionHarness
-{
-public:
-    TerminalCanCfg &can() { return configuration.can[bus]; }
-
-    StreamingClass_DBC_Signal &addSignal(const char *name, quint16 startBit, quint16 bitLength,
-                                         quint32 id = messageId)
-    {
-        return testlog::addSignal(can(), QString::fromLatin1(name), id, startBit, bitLength);
-    }
-
-    StreamingClass_DBC_Signal &addMultiplexor(const char *name, quint16 startBit, quint16 bitLength)
-    {
-        StreamingClass_DBC_Signal &signal = addSignal(name, startBit, bitLength);
-        signal.mux_kind = MultiplexorSignal;
-        return signal;
-    }
-
-    StreamingClass_DBC_Signal &addMultiplexed(const char *name, qint32 value, quint16 startBit)
-    {
-        StreamingClass_DBC_Signal &signal = addSignal(name, startBit, 8);
-        signal.mux_kind = MultiplexedSignal;
-        signal.mux_value = value;
-        return signal;
-    }
-
-    void addFrame(quint32 timestamp_us, const char *hex, quint32 id = messageId)
-    {
-        add(testlog::can(timestamp_us, bus, id, hex));
-    }
-};
+constexpr quint8 bus = DbcLog::bus;
+constexpr quint32 messageId = DbcLog::messageId;
 
 QString joined(const QStringList &list)
 {
@@ -56,6 +26,8 @@ class tst_Dbc : public QObject
 private slots:
     void bitsAreExtracted_data();
     void bitsAreExtracted();
+    void aMotorolaSignalOf12BitsCrossesAByteBoundary();
+    void aSignedValueOf7BitsWithBit6SetGetsAllOnesAbove();
     void aValueTakesTheSmallestSizeThatHoldsIt_data();
     void aValueTakesTheSmallestSizeThatHoldsIt();
     void floatsAreReals_data();
@@ -63,7 +35,6 @@ private slots:
     void aSignalIsScaledByFactorAndOffset();
     void theRangeIsThatOfTheStoredValue_data();
     void theRangeIsThatOfTheStoredValue();
-
     void aFrameOfAnotherLengthIsNotTaken();
     void aFrameThatLacksBytesIsNotTaken();
     void aFrameOfAnotherBusIsNotTaken();
@@ -71,23 +42,12 @@ private slots:
     void standardAndExtendedIdentifiersOfOneNumberAreTwoMessages();
     void bitsAboveAnElevenBitIdentifierAreIgnored();
     void aFlexibleDataRateFrameHolds64Bytes();
-
     void onlyRecordedSignalsAreConvertedInListOrder();
     void aMessageWithoutRecordedSignalsGivesNoGroup();
     void groupsAreInTheOrderOfIdentifiers();
     void channelsOfTheLoggerAreInAscendingOrder();
     void groupsAreNamedByTheRule_data();
     void groupsAreNamedByTheRule();
-
-    void eachMultiplexorValueHasAGroupWithThePlainSignals();
-    void multiplexedSignalsAreTakenAtTheirValueOnly();
-    void theMultiplexorServesMatchingOnly();
-    void aMultiplexorThatIsNotRecordedMatches();
-    void aMotorolaMultiplexorMatches();
-    void multiplexorValuesAscend();
-    void withTwoMultiplexorsTheFirstCountsAndAWarningIsGiven();
-    void withoutAMultiplexorAllSignalsGoOutAsTheyAreAndAWarningIsGiven();
-    void aMultiplexorWithoutMultiplexedSignalsIsAValueLikeAnyOther();
 };
 
 void tst_Dbc::bitsAreExtracted_data()
@@ -139,6 +99,22 @@ void tst_Dbc::bitsAreExtracted()
     const ConversionResult result = log.convert();
     QCOMPARE(result.raw(0, "S"), QVector<double>{value});
     QCOMPARE(result.channel(0, "S").dataType, isSigned ? 2U : 0U);
+}
+
+void tst_Dbc::aMotorolaSignalOf12BitsCrossesAByteBoundary()
+{
+    Log log;
+    log.addSignal("S", 3, 12).little_endian = 0;
+    log.addFrame(1, "FABC000000000000");
+    QCOMPARE(log.convert().raw(0, "S"), QVector<double>{0xABC});
+}
+
+void tst_Dbc::aSignedValueOf7BitsWithBit6SetGetsAllOnesAbove()
+{
+    Log log;
+    log.addSignal("S", 0, 7).is_signed = 1;
+    log.addFrame(1, "4000000000000000");
+    QCOMPARE(log.convert().raw(0, "S"), QVector<double>{-64});
 }
 
 void tst_Dbc::aValueTakesTheSmallestSizeThatHoldsIt_data()
@@ -384,121 +360,6 @@ void tst_Dbc::groupsAreNamedByTheRule()
     log.can().export_custom_name = custom;
     log.addFrame(1, "0100000000000000");
     QCOMPARE(log.convert().groupNames(), QStringList(name));
-}
-
-void tst_Dbc::eachMultiplexorValueHasAGroupWithThePlainSignals()
-{
-    Log log;
-    log.addMultiplexor("Mux", 0, 8);
-    log.addMultiplexed("At1", 1, 8);
-    log.addSignal("Plain", 16, 8);
-    log.addMultiplexed("At2", 2, 8);
-    log.addFrame(10, "01 0A 0B 0000000000");
-    log.addFrame(20, "02 0C 0D 0000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(joined(result.groupNames()), QStringLiteral("CAN_2_DBCMUX CAN_2_DBCMUX"));
-    QCOMPARE(joined(result.channelNames(0)), QStringLiteral("At1 Plain"));
-    QCOMPARE(joined(result.channelNames(1)), QStringLiteral("Plain At2"));
-    QCOMPARE(result.raw(0, "Plain"), QVector<double>{0x0B});
-    QCOMPARE(result.raw(1, "Plain"), QVector<double>{0x0D});
-}
-
-void tst_Dbc::multiplexedSignalsAreTakenAtTheirValueOnly()
-{
-    Log log;
-    log.addMultiplexor("Mux", 4, 4);
-    log.addMultiplexed("At1", 1, 8);
-    log.addFrame(10, "1F0A000000000000");
-    log.addFrame(20, "2F0B000000000000");
-    log.addFrame(30, "100C000000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(result.raw(0, "At1"), (QVector<double>{0x0A, 0x0C}));
-}
-
-void tst_Dbc::theMultiplexorServesMatchingOnly()
-{
-    Log log;
-    log.addMultiplexor("Mux", 0, 8);
-    log.addMultiplexed("At1", 1, 8);
-    log.addFrame(10, "010A000000000000");
-    QCOMPARE(joined(log.convert().channelNames(0)), QStringLiteral("At1"));
-}
-
-void tst_Dbc::aMultiplexorThatIsNotRecordedMatches()
-{
-    Log log;
-    log.addMultiplexor("Mux", 0, 8).selection_flags = 0;
-    log.addMultiplexed("At1", 1, 8);
-    log.addFrame(10, "010A000000000000");
-    log.addFrame(20, "020B000000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(result.warnings, QStringList());
-    QCOMPARE(result.raw(0, "At1"), QVector<double>{0x0A});
-}
-
-void tst_Dbc::aMotorolaMultiplexorMatches()
-{
-    Log log;
-    log.addMultiplexor("Mux", 3, 12).little_endian = 0;
-    log.addMultiplexed("At", 0xABC, 16);
-    log.addFrame(10, "0ABC2A0000000000");
-    log.addFrame(20, "BCAB2B0000000000");
-    QCOMPARE(log.convert().raw(0, "At"), QVector<double>{0x2A});
-}
-
-void tst_Dbc::multiplexorValuesAscend()
-{
-    Log log;
-    log.addMultiplexor("Mux", 0, 8);
-    log.addMultiplexed("At9", 9, 8);
-    log.addMultiplexed("At3", 3, 8);
-    log.addMultiplexed("Also9", 9, 16);
-    log.addFrame(10, "0900000000000000");
-    log.addFrame(20, "0300000000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(joined(result.channelNames(0)), QStringLiteral("At3"));
-    QCOMPARE(joined(result.channelNames(1)), QStringLiteral("At9 Also9"));
-}
-
-void tst_Dbc::withTwoMultiplexorsTheFirstCountsAndAWarningIsGiven()
-{
-    Log log;
-    log.addMultiplexor("First", 0, 8);
-    log.addMultiplexor("Second", 8, 8);
-    log.addMultiplexed("At1", 1, 16);
-    log.addFrame(10, "01 02 0A 0000000000");
-    log.addFrame(20, "02 01 0B 0000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(result.warnings, QStringList(QStringLiteral(
-                                  "CAN-DBC More than 1 Multiplexor available: CAN-2 msgID:291")));
-    QCOMPARE(result.raw(0, "At1"), QVector<double>{0x0A});
-}
-
-void tst_Dbc::withoutAMultiplexorAllSignalsGoOutAsTheyAreAndAWarningIsGiven()
-{
-    Log log;
-    log.addMultiplexed("At1", 1, 0);
-    log.addMultiplexed("At2", 2, 8);
-    log.addSignal("Plain", 16, 8);
-    log.addFrame(10, "0A0B0C0000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(result.warnings,
-             QStringList(QStringLiteral(
-                 "CAN-DBC Multiplexed channels without Multiplexor: CAN-2 msgID:291")));
-    QCOMPARE(result.groupNames(), QStringList(QStringLiteral("CAN_2_DBCMUX")));
-    QCOMPARE(joined(result.channelNames(0)), QStringLiteral("At1 At2 Plain"));
-    QCOMPARE(result.raw(0, "At2"), QVector<double>{0x0B});
-}
-
-void tst_Dbc::aMultiplexorWithoutMultiplexedSignalsIsAValueLikeAnyOther()
-{
-    Log log;
-    log.addMultiplexor("Mux", 0, 8);
-    log.addSignal("Plain", 8, 8);
-    log.addFrame(10, "0A0B000000000000");
-    const ConversionResult result = log.convert();
-    QCOMPARE(result.groupNames(), QStringList(QStringLiteral("CAN_2_DBC")));
-    QCOMPARE(result.raw(0, "Mux"), QVector<double>{0x0A});
 }
 
 QTEST_GUILESS_MAIN(tst_Dbc)

@@ -34,7 +34,10 @@ public:
         m_context.temporaryFiles = &m_pool;
         m_timestamps = std::make_unique<Interface_MDF4_CPU_Timestamps>(m_context);
         m_context.cpuTimestamps = m_timestamps.get();
-        m_owned = Interface_MDF4_Factory::build(m_context, configuration);
+        const std::atomic<bool> cancelled{false};
+        ChannelGroupList list(cancelled);
+        Interface_MDF4_Factory::build(m_context, configuration, list);
+        m_owned = list.take();
         for (const auto &group : m_owned)
             m_groups.push_back(group.get());
     }
@@ -47,7 +50,7 @@ private:
     TemporaryFilePool m_pool;
     MDF4_ConversionContext m_context;
     std::unique_ptr<Interface_MDF4_CPU_Timestamps> m_timestamps;
-    Interface_MDF4_Factory::Groups m_owned;
+    ChannelGroupList::Groups m_owned;
     std::vector<MDF4_ChannelGroup *> m_groups;
 };
 

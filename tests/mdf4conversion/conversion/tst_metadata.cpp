@@ -28,8 +28,10 @@ private slots:
     void theRingBufferCounterIsToldUnless0();
     void theLargestCountersAreTold();
     void processorsAreToldInAscendingOrder();
-    void shortCountersAreIgnored();
+    void countersThatEndEarlyAreFilledWithZeros();
+    void countersThatEndInTheFirstAreIgnored();
     void theUtcStartBecomesTheStartTimeInNanoseconds();
+    void aUtcStartWithoutNanosecondsIsIgnoredWithAWarning();
     void theBytesBeforeTheUtcStartAreIgnored();
     void aLogWithoutUtcStartBeginsAt0();
     void aShortUtcStartIsIgnored();
@@ -120,13 +122,39 @@ void tst_Metadata::processorsAreToldInAscendingOrder()
     QVERIFY(told[3].startsWith(QStringLiteral("Status: Dbg-Infos[200]")));
 }
 
-void tst_Metadata::shortCountersAreIgnored()
+void tst_Metadata::countersThatEndEarlyAreFilledWithZeros()
 {
     ConversionHarness log;
-    log.add(rawlog::entryBytes({rawlog::RLD_DBG_COUNTERS, 0, 0, 0}, QByteArray(5, char(0xFF))));
+    log.add(
+        rawlog::entryBytes({rawlog::RLD_DBG_COUNTERS, 0, 0, 0}, QByteArray::fromHex("09000000")));
+    log.add(
+        rawlog::entryBytes({rawlog::RLD_DBG_COUNTERS, 1, 0, 0}, QByteArray::fromHex("0700000005")));
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.errors.size(), 2);
+    QVERIFY(result.errors[0].endsWith(QStringLiteral("[0]: Ringbuffer overflow protection "
+                                                     "counter:9")));
+    QVERIFY(result.errors[1].endsWith(QStringLiteral("counter:7")));
+    QCOMPARE(result.warnings.size(), 1);
+    QVERIFY(result.warnings[0].endsWith(QStringLiteral("Counter:5")));
+}
+
+void tst_Metadata::countersThatEndInTheFirstAreIgnored()
+{
+    ConversionHarness log;
+    log.add(rawlog::entryBytes({rawlog::RLD_DBG_COUNTERS, 0, 0, 0}, QByteArray(3, char(0xFF))));
     const ConversionResult result = log.convert();
     QCOMPARE(result.errors, QStringList());
     QCOMPARE(result.warnings, QStringList());
+}
+
+void tst_Metadata::aUtcStartWithoutNanosecondsIsIgnoredWithAWarning()
+{
+    ConversionHarness log;
+    log.add(rawlog::utcStartEntry(~quint64(0) / 1000 + 1));
+    const ConversionResult result = log.convert();
+    QCOMPARE(result.file.startTime_ns, std::uint64_t(0));
+    QCOMPARE(result.warnings.size(), 1);
+    QVERIFY(result.warnings[0].contains(QStringLiteral("2554")));
 }
 
 void tst_Metadata::theUtcStartBecomesTheStartTimeInNanoseconds()

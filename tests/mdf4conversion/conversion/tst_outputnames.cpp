@@ -31,7 +31,7 @@ private:
     }
     QString output(OutputNames &names, const char *input) const
     {
-        return names.mdf4Names(QString::fromUtf8(input), m_folder->path()).outputFile;
+        return names.outputFile(QString::fromUtf8(input), m_folder->path());
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -83,18 +83,15 @@ void tst_OutputNames::aTakenNumberIsSkipped()
 void tst_OutputNames::temporaryFoldersAreNumbered()
 {
     OutputNames names;
-    QCOMPARE(names.mdf4Names(QStringLiteral("A.rld"), m_folder->path()).temporaryDir,
-             path("tmp_1"));
-    QCOMPARE(names.mdf4Names(QStringLiteral("B.rld"), m_folder->path()).temporaryDir,
-             path("tmp_2"));
+    QCOMPARE(names.temporaryDir(m_folder->path()), path("tmp_1"));
+    QCOMPARE(names.temporaryDir(m_folder->path()), path("tmp_2"));
 }
 
 void tst_OutputNames::anExistingTemporaryFolderIsSkipped()
 {
     QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("tmp_1")));
     OutputNames names;
-    QCOMPARE(names.mdf4Names(QStringLiteral("A.rld"), m_folder->path()).temporaryDir,
-             path("tmp_2"));
+    QCOMPARE(names.temporaryDir(m_folder->path()), path("tmp_2"));
 }
 
 void tst_OutputNames::namesWithPercentSignsAreKept()

@@ -38,6 +38,7 @@ private slots:
     void attachAgainKeepsThePlace();
     void failedWriteKeepsThePositionAndReturnsZero();
     void rangeIsGivenWhenOneBoundIsNotZero();
+    void boundsOfARangeAreSwappedWhereTheyAreReversed();
     void rangeThatIsNotOneIsLeftOut_data();
     void rangeThatIsNotOneIsLeftOut();
     void channelsAreChainedInOrder();
@@ -338,11 +339,19 @@ void tst_M4Blocks::rangeIsGivenWhenOneBoundIsNotZero()
     QCOMPARE(cn.cn_val_range_max, 0.0);
 }
 
+void tst_M4Blocks::boundsOfARangeAreSwappedWhereTheyAreReversed()
+{
+    M4CNBlock cn;
+    cn.setRange(2, -1);
+    QCOMPARE(cn.cn_flags, 8U);
+    QCOMPARE(cn.cn_val_range_min, -1.0);
+    QCOMPARE(cn.cn_val_range_max, 2.0);
+}
+
 void tst_M4Blocks::rangeThatIsNotOneIsLeftOut_data()
 {
     QTest::addColumn<double>("min");
     QTest::addColumn<double>("max");
-    QTest::newRow("reversed") << 2.0 << 1.0;
     QTest::newRow("not a number") << 0.0 << std::numeric_limits<double>::quiet_NaN();
     QTest::newRow("infinite") << 0.0 << std::numeric_limits<double>::infinity();
 }

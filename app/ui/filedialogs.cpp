@@ -1,0 +1,67 @@
+#include "app/ui/filedialogs.h"
+
+#include <QFileInfo>
+#include <QSettings>
+
+namespace {
+
+struct Store : QSettings
+{
+    Store()
+        : QSettings(QStringLiteral("ZELVO"), QStringLiteral("ZDS"))
+    {}
+};
+
+QString startPath(const QString &key, const std::optional<QString> &fallbackKey)
+{
+    const Store store;
+    const QString saved = store.value(key).toString();
+    return saved.isEmpty() && fallbackKey.has_value() ? store.value(*fallbackKey).toString()
+                                                      : saved;
+}
+
+// A folder is picked in a folder: where the path is a file's, in the one that holds it.
+QString folderOf(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isFile() ? info.absolutePath() : path;
+}
+
+QString remembered(const QString &key, const QString &chosen)
+{
+    if (!chosen.isEmpty())
+        Store().setValue(key, chosen);
+    return chosen;
+}
+
+} // namespace
+
+QString FileDialogs::getExistingDirWithKey(const QString &key,
+                                           const std::optional<QString> &fallbackKey,
+                                           const QString &title)
+{
+    return remembered(key, m_prompt.pickFolder(title, folderOf(startPath(key, fallbackKey))));
+}
+
+QString FileDialogs::getOpenFileNameWithKey(const QString &key,
+                                            const std::optional<QString> &fallbackKey,
+                                            const QString &title, const QString &extension)
+{
+    return remembered(key, m_prompt.pickFile(title, startPath(key, fallbackKey), extension));
+}
+
+QStringList FileDialogs::getOpenFileNamesWithKey(const QString &key,
+                                                 const std::optional<QString> &fallbackKey,
+                                                 const QString &title, const QString &extension)
+{
+    const QStringList chosen = m_prompt.pickFiles(title, startPath(key, fallbackKey), extension);
+    remembered(key, chosen.value(0));
+    return chosen;
+}
+
+QString FileDialogs::getSaveFileNameWithKey(const QString &key,
+                                            const std::optional<QString> &fallbackKey,
+                                            const QString &title, const QString &extension)
+{
+    return remembered(key, m_prompt.pickFileToSave(title, startPath(key, fallbackKey), extension));
+}

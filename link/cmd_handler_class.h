@@ -1,0 +1,82 @@
+#pragma once
+
+#include "link/messagerate.h"
+#include "link/protocol/envelope.h"
+#include "link/protocol/sequencenumber.h"
+#include "link/replywait.h"
+
+#include <QAbstractSocket>
+#include <QHostAddress>
+#include <QThread>
+
+#include <atomic>
+
+class QTcpSocket;
+class QTimer;
+
+// Owns the command socket. The object lives on its own thread, where all slots run; sendCommand and
+// sendStreamingMessage are called by one other thread, which waits in them. Both threads use the
+// reply wait and the atomics, nothing else.
+class CMD_Handler_Class : public QThread
+{
+    Q_OBJECT
+
+public:
+    CMD_Handler_Class();
+    ~CMD_Handler_Class() override;
+
+    // Sends a text command and waits for its reply: empty when none came in time, "ERROR=-1001"
+    // when there is no connection.
+    [[nodiscard]] QByteArray sendCommand(const QByteArray &command, int timeout_ms);
+    // Sends a record or an image and waits for the echo or acknowledgement. False, with
+    // signal_cmd_timeout_error, when none came in time.
+    [[nodiscard]] bool sendStreamingMessage(int type, const QByteArray &payload, int timeout_ms);
+
+    // From any thread.
+    [[nodiscard]] bool isConnected() const { return m_isConnected; }
+
+    // The receiver of signal_streaming_prot_received has taken this many bytes.
+    void recordTaken(int bytes) { m_pendingBytes -= bytes; }
+
+public slots:
+    bool socket_connect(QHostAddress tcp_address, ushort tcp_port);
+    void socket_disconnect();
+    bool is_socket_connected();
+    void write_data(QByteArray *data); // takes the bytes over
+    QString get_last_error();
+    void read_cmd();
+    void socket_disconnected();
+    void tcp_socket_error(QAbstractSocket::SocketError socketError);
+    void cmd_response_timeout_occured();
+
+signals:
+    void signal_disconnected();
+    // The receiver owns the bytes.
+    void signal_streaming_prot_received(int type, QByteArray *data);
+    void signal_socket_error(QString error_txt);
+    void signal_cmd_timeout_error(int cmd_type);
+    void signal_keep_alive_needed();
+
+protected:
+    void run() override;
+
+private:
+    void send(const protocol::Message &message, int timeout_ms);
+    void process(const protocol::Message &message);
+    void passOn(const protocol::Message &message);
+
+    QTcpSocket *m_socket = nullptr;
+    QTimer *m_responseTimer = nullptr;
+    QTimer *m_keepAliveTimer = nullptr;
+    protocol::EnvelopeReader m_reader;
+    QString m_lastError;
+    MessageRate m_warnings;
+
+    // Of the calling thread.
+    protocol::SequenceNumber m_streamingSequence;
+    protocol::SequenceNumber m_commandSequence;
+
+    ReplyWait m_wait;
+    std::atomic<bool> m_isConnected{false};
+    std::atomic<qint64> m_pendingBytes{0}; // of records that the receiver hasn't taken
+};

@@ -1,0 +1,296 @@
+// The part of Logger_Data_Handler_Class that writes, loops back and applies configuration records.
+
+#include "config/configfile.h"
+#include "link/cmd_handler_class.h"
+#include "link/logger_data_handler_class.h"
+
+#include <QDebug>
+#include <QScopedValueRollback>
+
+namespace {
+
+// A record of a numbered run: port i of the array.
+template <class Array>
+auto *elementOf(Array &array, int index)
+{
+    return index >= 0 && index < int(array.size()) ? &array.at(std::size_t(index)) : nullptr;
+}
+
+template <class R>
+QByteArray serialised(const R &record, const char *name)
+{
+    const QByteArray bytes = record::toBytes(record);
+    qDebug().noquote() << QString::fromLatin1(name) + QStringLiteral(" - serialized data lenth:")
+                       << bytes.size();
+    return bytes;
+}
+
+} // namespace
+
+bool Logger_Data_Handler_Class::saveConfiguration(const QString &path, QString *error) const
+{
+    return configfile::save(*m_terminal, path, error);
+}
+
+bool Logger_Data_Handler_Class::loadConfiguration(const QString &path, QString *error)
+{
+    TerminalStruct loaded;
+    return configfile::load(loaded, path, error) && writeWholeConfiguration(loaded);
+}
+
+bool Logger_Data_Handler_Class::writeWholeConfiguration(const TerminalStruct &configuration)
+{
+    return writeRecord(protocol::WholeConfiguration, configuration, "write_terminal_struct");
+}
+
+template <class R>
+bool Logger_Data_Handler_Class::writeRecord(int type, const R &record, const char *name)
+{
+    return sendRecord(type, serialised(record, name));
+}
+
+// The record holds the new value only while it is serialised.
+template <class R, class Owner, class T>
+bool Logger_Data_Handler_Class::writeField(int type, R &record, Owner &owner, T Owner::*field,
+                                           T value, const char *name)
+{
+    const QByteArray bytes = [&] {
+        const QScopedValueRollback<T> restored(owner.*field, value);
+        return serialised(record, name);
+    }();
+    return sendRecord(type, bytes);
+}
+
+bool Logger_Data_Handler_Class::sendRecord(int type, const QByteArray &bytes)
+{
+    if (isConnected())
+        return m_commands->sendStreamingMessage(type, bytes, m_writeTimeout_ms);
+    fakeTransfer(type, bytes);
+    return true;
+}
+
+void Logger_Data_Handler_Class::fakeTransfer(int type, const QByteArray &bytes)
+{
+    slot_streaming_prot_received(type, std::make_unique<QByteArray>(bytes).release());
+    const auto limitFilters = [this](TerminalCanCfg &can) {
+        if (m_filterLimit)
+            m_filterLimit(can);
+    };
+    const int can = protocol::indexIn(type, protocol::Can, protocol::canTypes);
+    if (type == protocol::WholeConfiguration) {
+        for (TerminalCanCfg &channel : m_terminal->can)
+            limitFilters(channel);
+    } else if (can >= 0) {
+        limitFilters(m_terminal->can.at(std::size_t(can)));
+    } else if (protocol::indexIn(type, protocol::Rs485, protocol::rs485Types) >= 0) {
+        // Channels come from a connected module, and there is none.
+        for (TerminalRs485Cfg &port : m_terminal->rs485)
+            port.channels.clear();
+    } else if (protocol::indexIn(type, protocol::EtherCat, protocol::etherCatTypes) >= 0) {
+        qDebug() << "Fake Transfer Triggered from EtherCAT";
+    } else if (protocol::indexIn(type, protocol::Ethernet, protocol::ethernetTypes) >= 0) {
+        qDebug() << "Fake Transfer Triggered from Ethernet";
+    }
+}
+
+void Logger_Data_Handler_Class::slot_streaming_prot_received(int type, QByteArray *data)
+{
+    const std::unique_ptr<QByteArray> owned(data);
+    qDebug() << "slot_streaming_prot_received TYPE:" << type;
+    if (!applyRecord(type, *owned) && m_warnings.allows())
+        qWarning() << "slot_streaming_prot_received -> UNKNOWN-Type";
+}
+
+// False for a type that carries no record of ours.
+bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
+{
+    using namespace protocol;
+    switch (type) {
+    case WholeConfiguration:
+        record::fromBytes(data, *m_terminal);
+        emit signal_full_update();
+        return true;
+    case Gps:
+        record::fromBytes(data, m_terminal->gps);
+        emit signal_update_cfg_gps();
+        return true;
+    case Agm:
+        record::fromBytes(data, m_terminal->agm);
+        emit sigUpdCfgAgm();
+        return true;
+    case Lte:
+        return true;
+    case LogTrigger:
+        record::fromBytes(data, m_terminal->trigger);
+        emit signal_update_cfg_logtrigger();
+        return true;
+    case AuxSupply:
+        record::fromBytes(data, m_terminal->event);
+        emit signal_full_update();
+        return true;
+    default:
+        break;
+    }
+    if (auto *can = elementOf(m_terminal->can, indexIn(type, Can, canTypes))) {
+        record::fromBytes(data, *can);
+        emit signal_update_cfg_can(type - Can);
+        emit signal_update_cfg_logtrigger(); // its signals come from the channels
+        return true;
+    }
+    if (auto *port = elementOf(m_terminal->rs485, indexIn(type, Rs485, rs485Types))) {
+        record::fromBytes(data, *port);
+        emit signal_update_cfg_rs485(type - Rs485);
+        return true;
+    }
+    if (auto *master = elementOf(m_terminal->ethercat, indexIn(type, EtherCat, etherCatTypes))) {
+        record::fromBytes(data, *master);
+        emit signal_update_cfg_ethercat(type - EtherCat);
+        return true;
+    }
+    if (type == Ethernet) {
+        record::fromBytes(data, m_terminal->eth);
+        emit signal_update_cfg_ethernet(type - Ethernet);
+        return true;
+    }
+    return false;
+}
+
+bool Logger_Data_Handler_Class::cmd_write_gps_enabled(quint8 value)
+{
+    return writeField(protocol::Gps, m_terminal->gps, m_terminal->gps, &TerminalGpsCfg::gps_enabled,
+                      value, "cmd_write_gps_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_agm_enabled(quint8 value)
+{
+    return writeField(protocol::Agm, m_terminal->agm, m_terminal->agm, &TerminalAgmCfg::enabled,
+                      value, "cmd_write_agm_enabled");
+}
+
+bool Logger_Data_Handler_Class::writeAgm(const TerminalAgmCfg &record)
+{
+    return writeRecord(protocol::Agm, record, "write_agm");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_logtrigger_cfg(const LogTriggerCfg &record)
+{
+    return writeRecord(protocol::LogTrigger, record, "cmd_write_logtrigger_cfg");
+}
+
+bool Logger_Data_Handler_Class::writeEventMeasurement(const AuxSupplyCfg &record)
+{
+    return writeRecord(protocol::AuxSupply, record, "write_event_measurement");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_aux_supply_control(quint8 mode)
+{
+    return writeField(protocol::AuxSupply, m_terminal->event, m_terminal->event,
+                      &AuxSupplyCfg::aux_mode, mode, "cmd_write_aux_supply_control");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_can_enabled(int can_nr, quint8 value)
+{
+    auto &can = m_terminal->can.at(std::size_t(can_nr));
+    return writeField(protocol::Can + can_nr, can, can, &TerminalCanCfg::enabled, value,
+                      "cmd_write_can_enabled");
+}
+
+bool Logger_Data_Handler_Class::writeCcpXcpEnabled(int can_nr, quint8 value)
+{
+    auto &can = m_terminal->can.at(std::size_t(can_nr));
+    return writeField(protocol::Can + can_nr, can, can.a2l.config, &A2lModuleConfig::enabled, value,
+                      "write_ccp_xcp_enabled");
+}
+
+bool Logger_Data_Handler_Class::writeCan(int can_nr, const TerminalCanCfg &record)
+{
+    return writeRecord(protocol::Can + can_nr, record, "write_can");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_eth_module_selection(int eth_nr, quint8 selection)
+{
+    const int type = protocol::Ethernet + eth_nr;
+    qDebug() << "Logger_Data_Handler_Class::cmd_write_eth_module_selection() - selection: t:"
+             << type << selection;
+    return writeField(type, m_terminal->eth, m_terminal->eth,
+                      &StreamingClass_Cfg_Ethernet::module_selection, selection,
+                      "cmd_write_eth_module_selection");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_xcp_enabled(int eth_nr, quint8 value)
+{
+    return writeField(protocol::Ethernet + eth_nr, m_terminal->eth,
+                      m_terminal->eth.xcp.module.config, &A2lModuleConfig::enabled, value,
+                      "cmd_write_xcp_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_tunneling_enabled(int eth_nr, quint8 value)
+{
+    return writeField(protocol::Ethernet + eth_nr, m_terminal->eth, m_terminal->eth.tunneling,
+                      &EthTunnelingCfg::tunneling_enabled, value, "cmd_write_tunneling_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_mirroring_enabled(int eth_nr, quint8 value)
+{
+    return writeField(protocol::Ethernet + eth_nr, m_terminal->eth, m_terminal->eth.tunneling,
+                      &EthTunnelingCfg::mirroring_enabled, value, "cmd_write_mirroring_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_eth_cfg(int eth_nr,
+                                                  const StreamingClass_Cfg_Ethernet &record)
+{
+    return writeRecord(protocol::Ethernet + eth_nr, record, "cmd_write_eth_cfg");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_rs485_supply_out_enabled(int rs485_nr, quint8 value)
+{
+    auto &port = m_terminal->rs485.at(std::size_t(rs485_nr));
+    return writeField(protocol::Rs485 + rs485_nr, port, port, &TerminalRs485Cfg::supply_out, value,
+                      "cmd_write_rs485_supply_out_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_rs485_voltage_lvl(int rs485_nr, quint16 voltage_mV)
+{
+    auto &port = m_terminal->rs485.at(std::size_t(rs485_nr));
+    return writeField(protocol::Rs485 + rs485_nr, port, port, &TerminalRs485Cfg::voltage,
+                      voltage_mV, "cmd_write_rs485_voltage_lvl");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_d4mod_enabled(int rs485_nr, quint8 value)
+{
+    auto &port = m_terminal->rs485.at(std::size_t(rs485_nr));
+    return writeField(protocol::Rs485 + rs485_nr, port, port.d4mod, &TerminalD4ModCfg::enabled,
+                      value, "cmd_write_d4mod_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_d4mod_mode(int rs485_nr, quint8 mode, quint8 rate,
+                                                     qint32 mode_value)
+{
+    auto &port = m_terminal->rs485.at(std::size_t(rs485_nr));
+    const QByteArray bytes = [&] {
+        const QScopedValueRollback<quint8> restoredMode(port.d4mod.mode, mode);
+        const QScopedValueRollback<quint8> restoredRate(port.d4mod.rate, rate);
+        const QScopedValueRollback<qint32> restoredValue(port.d4mod.mode_value, mode_value);
+        return serialised(port, "cmd_write_d4mod_mode");
+    }();
+    return sendRecord(protocol::Rs485 + rs485_nr, bytes);
+}
+
+bool Logger_Data_Handler_Class::cmd_write_ethercat_enabled(int ethercat_nr, quint8 value)
+{
+    auto &master = m_terminal->ethercat.at(std::size_t(ethercat_nr));
+    return writeField(protocol::EtherCat + ethercat_nr, master, master,
+                      &TerminalEtherCatCfg::enabled, value, "cmd_write_ethercat_enabled");
+}
+
+bool Logger_Data_Handler_Class::cmd_write_ethercat_sample_rate(int ethercat_nr, quint16 value)
+{
+    auto &master = m_terminal->ethercat.at(std::size_t(ethercat_nr));
+    return writeField(protocol::EtherCat + ethercat_nr, master, master,
+                      &TerminalEtherCatCfg::sample_rate, value, "cmd_write_ethercat_sample_rate");
+}
+
+bool Logger_Data_Handler_Class::writeEtherCat(int ethercat_nr, const TerminalEtherCatCfg &record)
+{
+    return writeRecord(protocol::EtherCat + ethercat_nr, record, "write_ethercat");
+}

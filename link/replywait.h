@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMutex>
+#include <QWaitCondition>
+
+// One open command: the caller's thread waits without events until the socket's thread has the
+// answer, or its timer says that there is none.
+class ReplyWait
+{
+public:
+    enum class Kind { Text, Streaming };
+
+    // Caller's thread: opens the command, before it is sent.
+    void open(Kind kind, quint16 sequence);
+    // Caller's thread: waits for the end. True when the answer has come.
+    [[nodiscard]] bool wait();
+    // Caller's thread: the answer, behind a wait.
+    [[nodiscard]] QByteArray takeReply();
+
+    // Socket's thread: takes the answer if a command of this kind and number is open. A late answer
+    // has another number, or nobody waits for it any more.
+    bool answer(Kind kind, quint16 sequence, const QByteArray &reply = {});
+    // Socket's thread: no answer will come.
+    void giveUp();
+
+private:
+    enum class State { Closed, Waiting, Answered, TimedOut };
+
+    QMutex m_mutex; // guards all that follows
+    QWaitCondition m_ended;
+    State m_state = State::Closed;
+    Kind m_kind = Kind::Text;
+    quint16 m_sequence = 0;
+    QByteArray m_reply;
+};

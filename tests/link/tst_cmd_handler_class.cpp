@@ -1,0 +1,271 @@
+#include "link/cmd_handler_class.h"
+#include "link/protocol/messagetypes.h"
+#include "link/protocol/reply.h"
+#include "tests/support/peerlogger.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+
+using protocol::Message;
+
+class tst_CMD_Handler : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aCommandWithoutConnectionTouchesNoSocket();
+    void aCommandGoesOutInAnEnvelopeAndItsReplyComesBack();
+    void sequenceNumbersStartBehind120();
+    void sequenceNumbersWrapFrom65535To1();
+    void aStaleReplyIsDroppedAndTheTimeOutEndsTheWait();
+    void aReplyMayComeInPieces();
+    void anEmptyReplyIsNone();
+    void oneEnvelopeMayHoldAReplyAndAPushedRecord();
+    void anEchoEndsTheWaitAndIsPassedOn();
+    void anAcknowledgementEndsTheWaitAndIsNotPassedOn();
+    void aLateEchoDoesNotAnswerAnOpenCommandButIsPassedOn();
+    void aWriteThatTimesOutIsTold();
+    void garbageDoesNotDisturbACommand();
+    void anImpossibleEnvelopeClosesTheConnectionAndTheNextOneWorks();
+    void theLossOfTheConnectionEndsTheWait();
+    void aRefusedConnectionHasItsCause();
+    void typesWithoutMeaningAreSkipped();
+    void aKeepAliveIsAskedForWhileConnected();
+};
+
+namespace {
+
+// Starts a worker and connects it to a peer.
+struct Connected
+{
+    explicit Connected(PeerLogger::Answer answer = {})
+        : peer(std::move(answer))
+    {
+        worker.start();
+        isConnected = connectTo(peer.address());
+    }
+
+    bool connectTo(const QHostAddress &address)
+    {
+        bool result = false;
+        QMetaObject::invokeMethod(
+            &worker, [&] { result = worker.socket_connect(address, protocol::commandPort); },
+            Qt::BlockingQueuedConnection);
+        return result;
+    }
+
+    PeerLogger peer;
+    CMD_Handler_Class worker;
+    bool isConnected = false;
+};
+
+// Takes over the records that a worker passes on.
+class RecordSink : public QObject
+{
+public:
+    explicit RecordSink(CMD_Handler_Class &worker)
+    {
+        connect(&worker, &CMD_Handler_Class::signal_streaming_prot_received, this,
+                [this](int type, QByteArray *data) {
+                    records.append({quint8(type), 0, *data});
+                    delete data;
+                });
+    }
+
+    QVector<Message> records;
+};
+
+QByteArray okReply(const Message &message)
+{
+    return textReply(message, "OK\r\n");
+}
+
+} // namespace
+
+void tst_CMD_Handler::aCommandWithoutConnectionTouchesNoSocket()
+{
+    CMD_Handler_Class worker; // not even started
+    const QByteArray reply = worker.sendCommand("sys_get_software_version()\r\n", 1000);
+    QCOMPARE(reply, QByteArray("ERROR=-1001"));
+    QCOMPARE(protocol::errorText(reply), QStringLiteral("Logger not connected"));
+}
+
+void tst_CMD_Handler::aCommandGoesOutInAnEnvelopeAndItsReplyComesBack()
+{
+    Connected link(okReply);
+    QVERIFY(link.isConnected);
+    QCOMPARE(link.worker.sendCommand("get_rtc_status()\r\n", 1000), QByteArray("OK\r\n"));
+    QCOMPARE(link.peer.received(), (QVector<Message>{{1, 121, "get_rtc_status()\r\n"}}));
+}
+
+void tst_CMD_Handler::sequenceNumbersStartBehind120()
+{
+    Connected link([](const Message &message) {
+        return message.type == 1 ? okReply(message) : echo(message);
+    });
+    (void)link.worker.sendCommand("a", 1000);
+    (void)link.worker.sendStreamingMessage(4, "b", 1000);
+    (void)link.worker.sendCommand("c", 1000);
+    QCOMPARE(link.peer.received(), (QVector<Message>{{1, 121, "a"}, {4, 121, "b"}, {1, 122, "c"}}));
+}
+
+void tst_CMD_Handler::sequenceNumbersWrapFrom65535To1()
+{
+    protocol::SequenceNumber sequence(65534);
+    QCOMPARE(sequence.next(), quint16(65535));
+    QCOMPARE(sequence.next(), quint16(1));
+    QCOMPARE(sequence.next(), quint16(2));
+}
+
+void tst_CMD_Handler::aStaleReplyIsDroppedAndTheTimeOutEndsTheWait()
+{
+    Connected link([](const Message &message) {
+        return protocol::envelopeBytes({1, quint16(message.sequence - 1), "OK"});
+    });
+    QCOMPARE(link.worker.sendCommand("a", 50), QByteArray());
+    QVERIFY(link.worker.isConnected());
+}
+
+void tst_CMD_Handler::aReplyMayComeInPieces()
+{
+    Connected link;
+    QThread *asker = QThread::create([&link] {
+        while (link.peer.received().isEmpty())
+            QThread::yieldCurrentThread();
+        const QByteArray bytes = okReply(link.peer.received().first());
+        for (const char byte : bytes)
+            link.peer.sendCommandBytes(QByteArray(1, byte));
+    });
+    asker->start();
+    QCOMPARE(link.worker.sendCommand("a", 5000), QByteArray("OK\r\n"));
+    asker->wait();
+    delete asker;
+}
+
+void tst_CMD_Handler::anEmptyReplyIsNone()
+{
+    Connected link([](const Message &message) { return textReply(message, {}); });
+    QCOMPARE(link.worker.sendCommand("a", 50), QByteArray());
+}
+
+void tst_CMD_Handler::oneEnvelopeMayHoldAReplyAndAPushedRecord()
+{
+    Connected link([](const Message &message) {
+        return protocol::envelopeBytes({{1, message.sequence, "OK"}, {20, 0, "pushed"}});
+    });
+    RecordSink sink(link.worker);
+    QCOMPARE(link.worker.sendCommand("a", 1000), QByteArray("OK"));
+    QTRY_COMPARE(sink.records, (QVector<Message>{{20, 0, "pushed"}}));
+}
+
+void tst_CMD_Handler::anEchoEndsTheWaitAndIsPassedOn()
+{
+    Connected link(echo);
+    RecordSink sink(link.worker);
+    QVERIFY(link.worker.sendStreamingMessage(4, "record", 1000));
+    QTRY_COMPARE(sink.records, (QVector<Message>{{4, 0, "record"}}));
+}
+
+void tst_CMD_Handler::anAcknowledgementEndsTheWaitAndIsNotPassedOn()
+{
+    Connected link([](const Message &message) {
+        return protocol::envelopeBytes({{100, message.sequence, {}}, {40, 0, "next"}});
+    });
+    RecordSink sink(link.worker);
+    QVERIFY(link.worker.sendStreamingMessage(100, "image", 1000));
+    QTRY_COMPARE(sink.records, (QVector<Message>{{40, 0, "next"}}));
+}
+
+void tst_CMD_Handler::aLateEchoDoesNotAnswerAnOpenCommandButIsPassedOn()
+{
+    Connected link([](const Message &message) {
+        return protocol::envelopeBytes({4, message.sequence, "late"});
+    });
+    RecordSink sink(link.worker);
+    QCOMPARE(link.worker.sendCommand("a", 50), QByteArray());
+    QTRY_COMPARE(sink.records, (QVector<Message>{{4, 0, "late"}}));
+}
+
+void tst_CMD_Handler::aWriteThatTimesOutIsTold()
+{
+    Connected link;
+    QSignalSpy told(&link.worker, &CMD_Handler_Class::signal_cmd_timeout_error);
+    QVERIFY(!link.worker.sendStreamingMessage(23, "record", 50));
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(told.first().first().toInt(), 23);
+    QVERIFY(link.worker.isConnected());
+}
+
+void tst_CMD_Handler::garbageDoesNotDisturbACommand()
+{
+    Connected link([](const Message &message) {
+        return QByteArray::fromHex("00ff55") + protocol::envelopeBytes({1, 0, "noise"})
+               + protocol::envelopeBytes({77, message.sequence, "?"}) + okReply(message);
+    });
+    RecordSink sink(link.worker);
+    QCOMPARE(link.worker.sendCommand("a", 1000), QByteArray("OK\r\n"));
+}
+
+void tst_CMD_Handler::anImpossibleEnvelopeClosesTheConnectionAndTheNextOneWorks()
+{
+    Connected link(okReply);
+    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
+    (void)link.worker.sendCommand("a", 1000);
+    link.peer.sendCommandBytes(QByteArray::fromHex("aa00000000"));
+    QTRY_COMPARE(lost.size(), 1);
+    QVERIFY(!link.worker.isConnected());
+    QVERIFY(link.connectTo(link.peer.address()));
+    QCOMPARE(link.worker.sendCommand("b", 1000), QByteArray("OK\r\n"));
+}
+
+void tst_CMD_Handler::theLossOfTheConnectionEndsTheWait()
+{
+    QByteArray nothing;
+    Connected link;
+    QThread *closer = QThread::create([&link] {
+        while (link.peer.received().isEmpty())
+            QThread::yieldCurrentThread();
+        link.peer.closeCommandSocket();
+    });
+    QSignalSpy errors(&link.worker, &CMD_Handler_Class::signal_socket_error);
+    closer->start();
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(link.worker.sendCommand("a", 60'000), nothing);
+    QVERIFY(clock.elapsed() < 30'000);
+    closer->wait();
+    delete closer;
+    QTRY_COMPARE(errors.size(), 1);
+}
+
+void tst_CMD_Handler::aRefusedConnectionHasItsCause()
+{
+    Connected link;
+    QVERIFY(!link.connectTo(QHostAddress(QStringLiteral("127.255.255.250"))));
+    QString cause;
+    QMetaObject::invokeMethod(
+        &link.worker, [&] { cause = link.worker.get_last_error(); }, Qt::BlockingQueuedConnection);
+    QCOMPARE(cause, QStringLiteral("Connection refused"));
+}
+
+void tst_CMD_Handler::typesWithoutMeaningAreSkipped()
+{
+    Connected link([](const Message &message) {
+        return protocol::envelopeBytes({{99, message.sequence, "?"}, {5, 0, "agm"}});
+    });
+    RecordSink sink(link.worker);
+    QVERIFY(!link.worker.sendStreamingMessage(5, "record", 50));
+    QTRY_COMPARE(sink.records, (QVector<Message>{{5, 0, "agm"}}));
+}
+
+// The signal itself comes after five seconds; the request is what the handler makes of it.
+void tst_CMD_Handler::aKeepAliveIsAskedForWhileConnected()
+{
+    Connected link(okReply);
+    QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
+    QVERIFY(needed.wait(8000));
+}
+
+QTEST_GUILESS_MAIN(tst_CMD_Handler)
+#include "tst_cmd_handler_class.moc"

@@ -1,0 +1,293 @@
+#include "app/state/appcontroller.h"
+#include "link/logger_data_handler_class.h"
+#include "tests/support/peerlogger.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using Handler = Logger_Data_Handler_Class;
+
+class tst_Logger_Data_Handler : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void bothSocketsAreOpened();
+    void aRefusedCommandSocketIsToldOnce();
+    void aRefusedDataSocketClosesTheCommandSocketAndIsTold();
+    void theLossOfEitherSocketDropsTheConnectionWithOneMessage_data();
+    void theLossOfEitherSocketDropsTheConnectionWithOneMessage();
+    void theNextConnectionWorksBehindALoss();
+    void onlyTheFirstOfABurstOfErrorsIsShown();
+    void theVersionHasExactlyTwoNumbers_data();
+    void theVersionHasExactlyTwoNumbers();
+    void capabilitiesMayLackTheEighthValue_data();
+    void capabilitiesMayLackTheEighthValue();
+    void readinessIsTheValueOne_data();
+    void readinessIsTheValueOne();
+    void theHardwareVersionIsTheFirstValue();
+    void loggingIsStoppedByOk();
+    void theConfigurationIsRequestedWithoutPayload();
+    void aSoftwareUpdateIsAcknowledged();
+    void aCanMessageGoesOutAsText();
+    void aKeepAliveAsksForTheVersion();
+    void liveEntriesAreDeliveredOnceEnabled();
+};
+
+namespace {
+
+// A tool that is connected to a logger which gives the same reply to every text command.
+struct Online
+{
+    explicit Online(const QByteArray &reply)
+        : Online(PeerLogger::Answer([reply](const protocol::Message &message) {
+            return message.type == protocol::TextCommand ? textReply(message, reply)
+                                                         : echo(message);
+        }))
+    {}
+    explicit Online(PeerLogger::Answer answer)
+        : peer(std::move(answer))
+    {
+        controller.registerComponent(&handler);
+        isConnected = handler.connectLogger(peer.address());
+        controller.slotSetAppState(APP_STA_CONN_INIT);
+    }
+
+    PeerLogger peer;
+    AppController controller;
+    Handler handler{&controller};
+    bool isConnected = false;
+};
+
+const QHostAddress nobody(QStringLiteral("127.255.255.250"));
+
+} // namespace
+
+void tst_Logger_Data_Handler::bothSocketsAreOpened()
+{
+    Online tool("OK");
+    QVERIFY(tool.isConnected);
+    QVERIFY(tool.handler.isConnected());
+    tool.handler.disconnectLogger();
+    QVERIFY(!tool.handler.isConnected());
+    QCOMPARE(tool.controller.appState(), APP_STA_DISCONN);
+}
+
+void tst_Logger_Data_Handler::aRefusedCommandSocketIsToldOnce()
+{
+    AppController controller;
+    Handler handler(&controller);
+    QSignalSpy told(&handler, &Handler::signal_show_tcp_error);
+    QVERIFY(!handler.connectLogger(nobody));
+    QCoreApplication::processEvents();
+    QCOMPARE(told, (QList<QVariantList>{{QStringLiteral("Socket: Connection refused")}}));
+}
+
+void tst_Logger_Data_Handler::aRefusedDataSocketClosesTheCommandSocketAndIsTold()
+{
+    PeerLogger peer;
+    peer.stopListeningForData();
+    AppController controller;
+    Handler handler(&controller);
+    QSignalSpy told(&handler, &Handler::signal_show_tcp_error);
+    QVERIFY(!handler.connectLogger(peer.address()));
+    QVERIFY(!handler.isConnected());
+    QCOMPARE(handler.sendCommand("a", 10), QByteArray("ERROR=-1001"));
+    QCoreApplication::processEvents();
+    QCOMPARE(told.size(), 1);
+}
+
+void tst_Logger_Data_Handler::theLossOfEitherSocketDropsTheConnectionWithOneMessage_data()
+{
+    QTest::addColumn<bool>("losesData");
+    QTest::newRow("command socket") << false;
+    QTest::newRow("data socket") << true;
+}
+
+void tst_Logger_Data_Handler::theLossOfEitherSocketDropsTheConnectionWithOneMessage()
+{
+    QFETCH(bool, losesData);
+    Online tool("OK");
+    QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
+    QVERIFY(tool.handler.disableStopLogging());
+    tool.peer.sendDataBytes({});
+    if (losesData)
+        tool.peer.closeDataSocket();
+    else
+        tool.peer.closeCommandSocket();
+    QTRY_COMPARE(tool.controller.appState(), APP_STA_DISCONN);
+    QTRY_COMPARE(told.size(), 1);
+    QVERIFY(!tool.handler.isConnected());
+    QCOMPARE(tool.handler.sendCommand("a", 10), QByteArray("ERROR=-1001"));
+    QCoreApplication::processEvents();
+    QCOMPARE(told.size(), 1);
+}
+
+// News of the lost connection may still be under way when the next one is up.
+void tst_Logger_Data_Handler::theNextConnectionWorksBehindALoss()
+{
+    Online tool("OK");
+    for (int i = 0; i < 5; ++i) {
+        tool.handler.disconnectLogger();
+        QVERIFY(tool.handler.connectLogger(tool.peer.address()));
+        QCoreApplication::processEvents();
+        QVERIFY(tool.handler.isConnected());
+        QVERIFY(tool.handler.disableStopLogging());
+    }
+}
+
+void tst_Logger_Data_Handler::onlyTheFirstOfABurstOfErrorsIsShown()
+{
+    Online tool("OK");
+    QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
+    tool.handler.check_emit_tcp_error_signal(QStringLiteral("first"));
+    tool.handler.check_emit_tcp_error_signal(QStringLiteral("second"));
+    QCOMPARE(told, (QList<QVariantList>{{QStringLiteral("Socket: first")}}));
+}
+
+void tst_Logger_Data_Handler::theVersionHasExactlyTwoNumbers_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("good") << QByteArray("software_version=1,61\r\n") << QString();
+    QTest::newRow("three") << QByteArray("software_version=1,61,2")
+                           << QStringLiteral("CMD-Response Argument error.\r\n"
+                                             " Response: software_version=1,61,2.");
+    QTest::newRow("foo") << QByteArray("foo")
+                         << QStringLiteral("Unknown CMD-Response.\r\n Response: foo.");
+    QTest::newRow("error") << QByteArray("ERROR=-1105")
+                           << QStringLiteral("ERROR_CODE_FILE_NOT_FOUND");
+    QTest::newRow("silence") << QByteArray()
+                             << QStringLiteral("No CMD-Response. (sys_get_software_version)");
+}
+
+void tst_Logger_Data_Handler::theVersionHasExactlyTwoNumbers()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, error);
+    Online tool(reply);
+    int major = 0;
+    int minor = 0;
+    QCOMPARE(tool.handler.getSoftwareVersion(major, minor), error.isEmpty());
+    QCOMPARE(tool.handler.lastCommandError(), error);
+    QCOMPARE(major, error.isEmpty() ? 1 : 0);
+    QCOMPARE(minor, error.isEmpty() ? 61 : 0);
+}
+
+void tst_Logger_Data_Handler::capabilitiesMayLackTheEighthValue_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<bool>("ok");
+    QTest::addColumn<int>("masters");
+    QTest::newRow("eight") << QByteArray("sys_system_capabilities=1,1,0,12,1,1,10,2") << true << 2;
+    QTest::newRow("seven") << QByteArray("sys_system_capabilities=1,1,0,12,1,1,10") << true << 0;
+    QTest::newRow("six") << QByteArray("sys_system_capabilities=1,1,0,12,1,1") << false << 0;
+}
+
+void tst_Logger_Data_Handler::capabilitiesMayLackTheEighthValue()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(bool, ok);
+    Online tool(reply);
+    QCOMPARE(tool.handler.getSystemCapabilities(), ok);
+    const Capabilities &found = tool.handler.capabilities();
+    QTEST(found.etherCatMasters, "masters");
+    QCOMPARE(found.canChannels, ok ? 12 : 0);
+    QCOMPARE(found.rs485Ports, ok ? 10 : 0);
+    QCOMPARE(found.gps, 0);
+    QCOMPARE(found.agm, ok ? 1 : 0);
+}
+
+void tst_Logger_Data_Handler::readinessIsTheValueOne_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<bool>("ready");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("1") << QByteArray("sys_subsystems_rdy=1\r\n") << true << QString();
+    QTest::newRow("0") << QByteArray("sys_subsystems_rdy=0") << false << QString();
+    QTest::newRow("silence") << QByteArray() << false
+                             << QStringLiteral("No CMD-Response. (sys_get_subsystems_rdy)");
+    QTest::newRow("another key") << QByteArray("ready=1") << false
+                                 << QStringLiteral("Unknown CMD-Response.\r\n Response: ready=1.");
+}
+
+void tst_Logger_Data_Handler::readinessIsTheValueOne()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(bool, ready);
+    Online tool(reply);
+    QCOMPARE(tool.handler.subsystemsReady(), ready);
+    QTEST(tool.handler.lastCommandError(), "error");
+}
+
+void tst_Logger_Data_Handler::theHardwareVersionIsTheFirstValue()
+{
+    Online tool("mst_cpu_hw_version=2,7");
+    int version = 0;
+    QVERIFY(tool.handler.getHardwareVersion(version));
+    QCOMPARE(version, 2);
+}
+
+void tst_Logger_Data_Handler::loggingIsStoppedByOk()
+{
+    Online good("OK\r\n");
+    QVERIFY(good.handler.disableStopLogging());
+    QCOMPARE(good.peer.received().last().payload, QByteArray("sys_disable_stop_logging()\r\n"));
+    Online bad("ERROR=-1104");
+    QVERIFY(!bad.handler.disableStopLogging());
+    QCOMPARE(bad.handler.lastCommandError(), QStringLiteral("ERROR_CODE_UNKNOWN"));
+}
+
+void tst_Logger_Data_Handler::theConfigurationIsRequestedWithoutPayload()
+{
+    TerminalStruct held;
+    held.gps.gps_enabled = 1;
+    const QByteArray bytes = record::toBytes(held);
+    const PeerLogger::Answer answer = [&bytes](const protocol::Message &message) {
+        return protocol::envelopeBytes({3, message.sequence, bytes});
+    };
+    Online tool(answer);
+    QSignalSpy full(&tool.handler, &Handler::signal_full_update);
+    QVERIFY(tool.handler.requestConfiguration());
+    QCOMPARE(tool.peer.received(), (QVector<protocol::Message>{{2, 121, {}}}));
+    QTRY_COMPARE(full.size(), 1);
+    QCOMPARE(tool.handler.terminal(), held);
+}
+
+void tst_Logger_Data_Handler::aSoftwareUpdateIsAcknowledged()
+{
+    Online tool(PeerLogger::Answer([](const protocol::Message &message) {
+        return protocol::envelopeBytes({protocol::Acknowledgement, message.sequence, {}});
+    }));
+    QVERIFY(tool.handler.sendSoftwareUpdate("image"));
+    QCOMPARE(tool.peer.received(), (QVector<protocol::Message>{{100, 121, "image"}}));
+}
+
+void tst_Logger_Data_Handler::aCanMessageGoesOutAsText()
+{
+    Online tool("OK");
+    QVERIFY(tool.handler.writeCanMessage({3, 1, 0, 0x123, QByteArray::fromHex("0aff")}));
+    QCOMPARE(tool.peer.received().last().payload,
+             QByteArray("write_can_3_msg(1,0,291,2,0aff)\r\n"));
+}
+
+void tst_Logger_Data_Handler::aKeepAliveAsksForTheVersion()
+{
+    Online tool("nonsense");
+    tool.handler.req_keep_alive();
+    QCOMPARE(tool.peer.received().last().payload, QByteArray("sys_get_software_version()\r\n"));
+    QCOMPARE(tool.handler.lastCommandError(), QString());
+}
+
+void tst_Logger_Data_Handler::liveEntriesAreDeliveredOnceEnabled()
+{
+    Online tool("OK");
+    QSignalSpy received(&tool.handler, &Handler::signal_system_infos_received);
+    tool.handler.enableLiveData();
+    tool.peer.sendDataBytes(QByteArray::fromHex("aa551000ff000000") + QByteArray(12, '\x7'));
+    QTRY_COMPARE(received.size(), 1);
+    QCOMPARE(tool.handler.systemInfos().flags, 0x07070707U);
+}
+
+QTEST_GUILESS_MAIN(tst_Logger_Data_Handler)
+#include "tst_logger_data_handler_class.moc"

@@ -1,0 +1,127 @@
+#include "tests/support/peerlogger.h"
+
+#include "link/protocol/messagetypes.h"
+
+#include <QCoreApplication>
+#include <QSemaphore>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <atomic>
+
+namespace {
+
+// Ports are fixed, so tests that run at the same time need addresses of their own.
+QHostAddress freshAddress()
+{
+    static std::atomic<quint32> count{0};
+    const auto process = quint32(QCoreApplication::applicationPid());
+    return QHostAddress(0x7F000000U | (process % 0xFFFF + 1) << 8 | (++count % 250 + 2));
+}
+
+} // namespace
+
+PeerLogger::PeerLogger(Answer answer)
+    : m_address(freshAddress())
+    , m_answer(std::move(answer))
+{
+    QSemaphore isListening;
+    auto *started = new QObject;
+    started->moveToThread(this);
+    m_context = started;
+    QMetaObject::invokeMethod(
+        started,
+        [this, &isListening] {
+            m_commandServer = new QTcpServer(m_context);
+            m_dataServer = new QTcpServer(m_context);
+            connect(m_commandServer, &QTcpServer::newConnection, m_context, [this] {
+                m_commandSocket = m_commandServer->nextPendingConnection();
+                m_reader.reset();
+                connect(m_commandSocket, &QTcpSocket::readyRead, m_context,
+                        [this] { readCommands(); });
+            });
+            connect(m_dataServer, &QTcpServer::newConnection, m_context,
+                    [this] { m_dataSocket = m_dataServer->nextPendingConnection(); });
+            if (!m_commandServer->listen(m_address, protocol::commandPort)
+                || !m_dataServer->listen(m_address, protocol::dataPort))
+                qFatal("cannot listen on %s", qPrintable(m_address.toString()));
+            isListening.release();
+        },
+        Qt::QueuedConnection);
+    start();
+    isListening.acquire();
+}
+
+PeerLogger::~PeerLogger()
+{
+    quit();
+    wait();
+}
+
+void PeerLogger::run()
+{
+    exec();
+    delete m_context;
+}
+
+void PeerLogger::onThread(const std::function<void()> &function)
+{
+    QMetaObject::invokeMethod(m_context, function, Qt::BlockingQueuedConnection);
+}
+
+void PeerLogger::readCommands()
+{
+    for (const protocol::Message &message : m_reader.feed(m_commandSocket->readAll())) {
+        {
+            const QMutexLocker lock(&m_mutex);
+            m_received.append(message);
+        }
+        if (m_answer)
+            m_commandSocket->write(m_answer(message));
+    }
+}
+
+QVector<protocol::Message> PeerLogger::received() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_received;
+}
+
+void PeerLogger::sendCommandBytes(const QByteArray &bytes)
+{
+    onThread([&] { m_commandSocket->write(bytes); });
+}
+
+void PeerLogger::sendDataBytes(const QByteArray &bytes)
+{
+    onThread([&] {
+        if (!m_dataSocket)
+            m_dataServer->waitForNewConnection(1000);
+        m_dataSocket->write(bytes);
+    });
+}
+
+void PeerLogger::closeCommandSocket()
+{
+    onThread([&] { m_commandSocket->close(); });
+}
+
+void PeerLogger::closeDataSocket()
+{
+    onThread([&] { m_dataSocket->close(); });
+}
+
+void PeerLogger::stopListeningForData()
+{
+    onThread([&] { m_dataServer->close(); });
+}
+
+QByteArray echo(const protocol::Message &message)
+{
+    return protocol::envelopeBytes(message);
+}
+
+QByteArray textReply(const protocol::Message &message, const QByteArray &text)
+{
+    return protocol::envelopeBytes({protocol::TextCommand, message.sequence, text});
+}
