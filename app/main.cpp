@@ -31,6 +31,7 @@ int main(int argc, char *argv[])
     parts.prompt = &prompt;
     parts.settings = &settings;
     parts.log_path = log.path();
+    parts.debug_window = makeDebugWindow;
     parts.convert = [&prompt](ConversionGlobal::OutputFormat, const QStringList &, const QString &,
                               QWidget *) {
         prompt.inform(QStringLiteral("Convert"),

@@ -2,6 +2,7 @@
 
 #include "app/state/appcomponentbaseclass.h"
 #include "app/ui/plainpage.h"
+#include "link/views/dialogcmdwindow.h"
 
 namespace {
 
@@ -68,6 +69,11 @@ std::vector<PageRow> pageTable()
         row("Logger_RS485_View_%1", "RS485-%1", Needs::Rs485, 10, emptyPage),
         row("Logger_Ethernet_View_%1", "Automotive-Ethernet", Needs::Ethernet, 1, emptyPage),
     };
+}
+
+QWidget *makeDebugWindow(const PageContext &context)
+{
+    return new DialogCmdWindow(context.controller, context.handler, context.parent);
 }
 
 const std::vector<TreeRow> &treeTable()

@@ -43,6 +43,9 @@ struct PageRow
 // All pages, in the order in which they are made and told of a new state.
 [[nodiscard]] std::vector<PageRow> pageTable();
 
+// The window for commands as text, a dialog.
+[[nodiscard]] QWidget *makeDebugWindow(const PageContext &context);
+
 // One kind of item of the tree of interfaces.
 struct TreeRow
 {

@@ -1,0 +1,246 @@
+#include "app/handlerlink.h"
+#include "app/interfacetree.h"
+#include "app/mainwindow.h"
+#include "app/state/appcontroller.h"
+#include "app/state/usersettings.h"
+#include "app/ui/slideswitch.h"
+#include "tests/app/scriptedprompt.h"
+#include "tests/support/simulatedlogger.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+// The whole window with the real link, connected to a simulated logger by its own buttons.
+class tst_WindowWithLogger : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void connectingReadsTheConfiguration();
+    void aDisconnectedWindowConnectsAgain();
+    void aChangeIsEchoed();
+    void theTreeFollowsTheLoggersCapabilities();
+    void aLoggerThatIsNotReadyEndsDisconnected();
+    void anotherVersionLeadsToTheQuestion_data();
+    void anotherVersionLeadsToTheQuestion();
+    void theUpdateIsSentAndTheLoggerReconnected();
+    void transparentModeIsSwitchedOnAndOff();
+    void aRefusedTransparentModePutsTheSwitchBack();
+    void aLostLoggerLeadsToOneMessageAndTheNextConnectWorks();
+    void aLoggerThatIsNotThereIsTold();
+    void theDebugWindowTalksToTheLogger();
+
+private:
+    void connectByButton() { button()->click(); }
+    QPushButton *button() const
+    {
+        return m_window->findChild<QPushButton *>(QStringLiteral("pushButton_connect_disconnect"));
+    }
+    SlideSwitch *transparentSwitch() const
+    {
+        return m_window->findChild<SlideSwitch *>(QStringLiteral("slideSwitch_transparent"));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<SimulatedLogger> m_logger;
+    std::unique_ptr<AppController> m_controller;
+    std::unique_ptr<UserSettings> m_settings;
+    std::unique_ptr<ScriptedPrompt> m_prompt;
+    std::unique_ptr<MainWindow> m_window;
+    Logger_Data_Handler_Class *m_handler = nullptr; // the window's
+};
+
+void tst_WindowWithLogger::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_logger = std::make_unique<SimulatedLogger>();
+    m_controller = std::make_unique<AppController>();
+    m_settings = std::make_unique<UserSettings>(m_folder->filePath(QStringLiteral("usr.ini")));
+    QVERIFY(m_settings->setIpAddress(m_logger->address().toString()));
+    m_prompt = std::make_unique<ScriptedPrompt>();
+    m_prompt->answer = true;
+
+    MainWindowParts parts;
+    auto link = std::make_unique<HandlerLink>(m_controller.get());
+    m_handler = link->handler();
+    parts.link = std::move(link);
+    parts.prompt = m_prompt.get();
+    parts.settings = m_settings.get();
+    parts.update_image = [] { return QByteArray(1000, 'u'); };
+    parts.debug_window = makeDebugWindow;
+    m_window = std::make_unique<MainWindow>(m_controller.get(), QStringLiteral("MainWindow"),
+                                            std::move(parts));
+    m_window->registerToController();
+}
+
+void tst_WindowWithLogger::cleanup()
+{
+    m_window.reset();
+    m_logger.reset();
+}
+
+void tst_WindowWithLogger::connectingReadsTheConfiguration()
+{
+    m_logger->inspect([](simulator::LoggerSimulator &logger) {
+        logger.state().configuration.gps.gps_enabled = 1;
+    });
+    const QSignalSpy updated(m_handler, &Logger_Data_Handler_Class::signal_full_update);
+    connectByButton();
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+    QTRY_VERIFY(!updated.isEmpty());
+    QCOMPARE(int(m_handler->terminal().gps.gps_enabled), 1);
+    QCOMPARE(m_prompt->shown.size(), 1); // the question on logging
+}
+
+void tst_WindowWithLogger::aDisconnectedWindowConnectsAgain()
+{
+    for (int i = 0; i < 3; ++i) {
+        connectByButton();
+        QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+        button()->click();
+        QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+    }
+}
+
+void tst_WindowWithLogger::aChangeIsEchoed()
+{
+    connectByButton();
+    const QSignalSpy updated(m_handler, &Logger_Data_Handler_Class::signal_update_cfg_can);
+    QVERIFY(m_handler->cmd_write_can_enabled(4, 1));
+    QTRY_VERIFY(!updated.isEmpty());
+    QCOMPARE(updated.last().first().toInt(), 4);
+    QCOMPARE(int(m_handler->terminal().can[4].enabled), 1);
+}
+
+void tst_WindowWithLogger::theTreeFollowsTheLoggersCapabilities()
+{
+    m_logger->setFault(QStringLiteral("wrong-capabilities=1,1,0,4,1,1,10"));
+    connectByButton();
+    auto *tree = m_window->findChild<InterfaceTree *>(QStringLiteral("treeWidget"));
+    QVERIFY(tree->itemOf(QStringLiteral("GPS"))->isDisabled());
+    QVERIFY(tree->itemOf(QStringLiteral("CAN-4"))->isDisabled());
+    QVERIFY(tree->itemOf(QStringLiteral("EtherCAT"))->isDisabled());
+    QVERIFY(!tree->itemOf(QStringLiteral("CAN-3"))->isDisabled());
+}
+
+void tst_WindowWithLogger::aLoggerThatIsNotReadyEndsDisconnected()
+{
+    m_logger->setFault(QStringLiteral("not-ready"));
+    connectByButton();
+    QCOMPARE(m_prompt->shown,
+             QStringList({QStringLiteral(
+                 "...not ready...|Logger is not ready, please try again shortly.")}));
+    QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+    m_logger->clearFaults();
+    connectByButton();
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+}
+
+void tst_WindowWithLogger::anotherVersionLeadsToTheQuestion_data()
+{
+    QTest::addColumn<QString>("question");
+    QTest::newRow("1.60") << QStringLiteral("Software-Update|Start software update now?");
+    QTest::newRow("1.62") << QStringLiteral("Software-Downgrade|Downgrade really?");
+}
+
+void tst_WindowWithLogger::anotherVersionLeadsToTheQuestion()
+{
+    m_logger->setFault(QStringLiteral("wrong-version=")
+                       + QString::fromLatin1(QTest::currentDataTag()));
+    m_prompt->answer = false;
+    connectByButton();
+    QFETCH(QString, question);
+    QCOMPARE(m_prompt->shown, QStringList({question}));
+    QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+}
+
+void tst_WindowWithLogger::theUpdateIsSentAndTheLoggerReconnected()
+{
+    bool isUpAgain = false;
+    m_logger->inspect([&](simulator::LoggerSimulator &logger) {
+        logger.state().version = {1, 60};
+        logger.state().updatedVersion = {1, 61};
+        logger.state().restartDelay_ms = 1;
+        connect(&logger, &simulator::LoggerSimulator::restarted, this,
+                [&isUpAgain](const QString &error) { isUpAgain = error.isEmpty(); });
+    });
+    connectByButton();
+    QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+    QVERIFY(!m_window->isEnabled());
+    const QByteArray image = m_logger->inspect(
+        [](simulator::LoggerSimulator &logger) { return logger.state().updateImage; });
+    QCOMPARE(image, QByteArray(1000, 'u'));
+
+    QTRY_VERIFY(isUpAgain);
+    auto *dialog = m_window->findChild<QDialog *>(QStringLiteral("DialogDelayDialog"));
+    QVERIFY(QMetaObject::invokeMethod(dialog, "signal_delay_expired"));
+    QVERIFY(m_window->isEnabled());
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+}
+
+void tst_WindowWithLogger::transparentModeIsSwitchedOnAndOff()
+{
+    connectByButton();
+    transparentSwitch()->click();
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_TRANSPARENT);
+    transparentSwitch()->click();
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+}
+
+void tst_WindowWithLogger::aRefusedTransparentModePutsTheSwitchBack()
+{
+    connectByButton();
+    m_logger->setFault(QStringLiteral("error-reply@sys_set_transparent_mode"));
+    transparentSwitch()->click();
+    QVERIFY(!transparentSwitch()->isChecked());
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+}
+
+void tst_WindowWithLogger::aLostLoggerLeadsToOneMessageAndTheNextConnectWorks()
+{
+    connectByButton();
+    m_prompt->shown.clear();
+    const QHostAddress address = m_logger->address();
+    m_logger->inspect([](simulator::LoggerSimulator &logger) { logger.close(); });
+    QTRY_COMPARE(m_controller->appState(), APP_STA_DISCONN);
+    QTRY_COMPARE(m_prompt->shown.size(), 1);
+    QVERIFY(m_prompt->shown.first().startsWith(QStringLiteral("Connection-Error|Socket: ")));
+
+    QVERIFY(m_logger->inspect(
+        [address](simulator::LoggerSimulator &logger) { return logger.listen(address); }));
+    connectByButton();
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
+    QCOMPARE(m_prompt->shown.size(), 2); // the question on logging is the second one
+}
+
+void tst_WindowWithLogger::aLoggerThatIsNotThereIsTold()
+{
+    m_logger->inspect([](simulator::LoggerSimulator &logger) { logger.close(); });
+    connectByButton();
+    QTRY_COMPARE(m_prompt->shown.size(), 1);
+    QVERIFY(m_prompt->shown.first().startsWith(QStringLiteral("Connection-Error|Socket: ")));
+    QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+}
+
+void tst_WindowWithLogger::theDebugWindowTalksToTheLogger()
+{
+    connectByButton();
+    auto *dialog = m_window->findChild<QDialog *>(QStringLiteral("DialogCmdWindow"));
+    QVERIFY(!dialog->isVisible());
+    m_window->findChild<QAbstractButton *>(QStringLiteral("pushButton_cmd_window"))->click();
+    QVERIFY(dialog->isVisible());
+    QVERIFY(dialog->findChild<QPushButton *>(QStringLiteral("pushButton_send"))->isEnabled());
+    button()->click();
+    QVERIFY(!dialog->findChild<QPushButton *>(QStringLiteral("pushButton_send"))->isEnabled());
+}
+
+QTEST_MAIN(tst_WindowWithLogger)
+#include "tst_windowwithlogger.moc"
