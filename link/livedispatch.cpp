@@ -7,23 +7,12 @@
 
 #include <QDebug>
 #include <QMetaMethod>
-#include <QMutexLocker>
 
 #include <algorithm>
 #include <iostream>
 #include <utility>
 
 namespace {
-
-// What the data worker may put down before the GUI thread comes to take it.
-constexpr qint64 maxRawBytes = 64LL << 20;
-
-template <class T>
-void deleteAll(QList<T *> &list)
-{
-    qDeleteAll(list);
-    list.clear();
-}
 
 template <class T>
 void appendIfAny(QList<T *> &list, const std::optional<T> &value)
@@ -46,35 +35,18 @@ void handOut(QList<T *> &list, Send send)
 
 } // namespace
 
-// On the data worker's thread.
+// On the data worker's thread. A call that is still under way takes what was added.
 void Logger_Data_Handler_Class::slot_take_logger_data(QList<QByteArray *> data)
 {
-    const QMutexLocker lock(&m_rawMutex);
-    const bool isFirst = m_rawList.isEmpty();
-    for (QByteArray *entry : data) {
-        if (m_rawBytes + entry->size() > maxRawBytes) {
-            ++m_droppedEntries;
-            delete entry;
-            continue;
-        }
-        m_rawBytes += entry->size();
-        m_rawList.append(entry);
-    }
-    // A call that is still under way takes what was added.
-    if (isFirst)
+    if (m_rawQueue.put(data))
         QMetaObject::invokeMethod(this, &Logger_Data_Handler_Class::slot_process_logger_data,
                                   Qt::QueuedConnection);
 }
 
 void Logger_Data_Handler_Class::slot_process_logger_data()
 {
-    QList<QByteArray *> entries;
-    {
-        const QMutexLocker lock(&m_rawMutex);
-        entries = std::exchange(m_rawList, {});
-        m_rawBytes = 0;
-    }
-    for (const QByteArray *entry : qAsConst(entries))
+    const QList<QByteArray *> entries = m_rawQueue.takeAll();
+    for (const QByteArray *entry : entries)
         decode(*entry);
     qDeleteAll(entries);
     QMetaObject::invokeMethod(this, &Logger_Data_Handler_Class::send_signals_to_data_receivers,

@@ -50,7 +50,6 @@ Logger_Data_Handler_Class::~Logger_Data_Handler_Class()
 {
     m_data.reset();
     m_commands.reset();
-    qDeleteAll(m_rawList);
 }
 
 void Logger_Data_Handler_Class::connectWorkers()

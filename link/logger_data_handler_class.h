@@ -10,13 +10,12 @@
 #include "link/protocol/commandsender.h"
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
+#include "link/rawqueue.h"
 
 #include <QHostAddress>
-#include <QMutex>
 #include <QObject>
 
 #include <array>
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -123,7 +122,10 @@ public:
         quint64 entries = 0; // decoded since the program started
         quint64 dropped = 0; // came faster than they were decoded
     };
-    [[nodiscard]] LiveCounters liveCounters() const { return {m_liveEntries, m_droppedEntries}; }
+    [[nodiscard]] LiveCounters liveCounters() const
+    {
+        return {m_liveEntries, m_rawQueue.dropped()};
+    }
 
 public slots:
     void disconnectLogger();
@@ -224,10 +226,7 @@ private:
     int m_writeTimeout_ms = 8000;
     bool m_showsErrors = false;
 
-    QMutex m_rawMutex;             // guards the raw list, which the data worker fills
-    QList<QByteArray *> m_rawList; // owned
-    qint64 m_rawBytes = 0;
-    std::atomic<quint64> m_droppedEntries{0};
+    RawQueue m_rawQueue; // the data worker puts in, this thread takes out
 
     quint64 m_liveEntries = 0;
     MessageRate m_warnings;

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QMutex>
-#include <QWaitCondition>
+
+#include <condition_variable>
+#include <mutex>
 
 // One open command: the caller's thread waits without events until the socket's thread has the
 // answer, or its timer says that there is none.
@@ -27,8 +28,8 @@ public:
 private:
     enum class State { Closed, Waiting, Answered, TimedOut };
 
-    QMutex m_mutex; // guards all that follows
-    QWaitCondition m_ended;
+    std::mutex m_mutex; // guards all that follows
+    std::condition_variable m_ended;
     State m_state = State::Closed;
     Kind m_kind = Kind::Text;
     quint16 m_sequence = 0;

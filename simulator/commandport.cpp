@@ -131,7 +131,8 @@ void CommandPort::handleText(CommandSession *session, const Message &message)
     const QString word = wordOf(message.payload);
     const QByteArray text = textAnswer(message.payload, word, restarts);
     send(session, {protocol::TextCommand, message.sequence, text + lineEnd()}, word);
-    emit configurationChanged();
+    if (word.endsWith(QLatin1String("_supply_out")))
+        emit configurationChanged();
     if (restarts)
         restart();
 }

@@ -35,7 +35,7 @@ public:
 signals:
     void received(const protocol::Message &message);
     void sent(const protocol::Message &message);
-    // The configuration or something else that the live data follow has changed.
+    // The configuration that the live data follow has changed.
     void configurationChanged();
     // All is answered; now the logger restarts.
     void restartWanted();

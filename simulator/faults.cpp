@@ -50,6 +50,8 @@ const QVector<FaultRow> rows{
      "BYTES bytes of noise stand ahead of each batch of entries"},
     {F::DataDamage, "data-damage", V::Number, "BYTES", "1",
      "BYTES bytes of each batch of entries are changed"},
+    {F::DataHollow, "data-hollow", V::Times, "TIMES", "0",
+     "an entry of each type that lacks the body that it announces follows each batch"},
     {F::DataFlood, "data-flood", V::Number, "FRAMES", "1000000",
      "as many CAN frames a second on twelve channels come on top of the live data"},
     {F::RefuseFileConnection, "refuse-file-connection", V::Times, "TIMES", "0",

@@ -32,6 +32,7 @@ enum class Fault {
     DropDataAfter,
     DataGarbage,
     DataDamage,
+    DataHollow,
     DataFlood,
     RefuseFileConnection,
     ShortFile,

@@ -7,6 +7,8 @@ LoggerSimulator::LoggerSimulator(QObject *parent)
 {
     m_restartTimer.setSingleShot(true);
     connect(&m_commandPort, &CommandPort::restartWanted, this, &LoggerSimulator::restart);
+    connect(&m_commandPort, &CommandPort::configurationChanged, &m_dataPort,
+            &DataPort::configurationChanged);
     connect(&m_restartTimer, &QTimer::timeout, this, [this] {
         QString error;
         if (!listen(m_address, &error))
@@ -18,7 +20,8 @@ LoggerSimulator::LoggerSimulator(QObject *parent)
 bool LoggerSimulator::listen(const QHostAddress &address, QString *error)
 {
     m_address = address;
-    if (m_commandPort.listen(address, error) && m_dataPort.listen(address, error))
+    if (m_commandPort.listen(address, error) && m_dataPort.listen(address, error)
+        && m_filePort.listen(address, error))
         return true;
     close();
     return false;
@@ -29,11 +32,13 @@ void LoggerSimulator::close()
     m_restartTimer.stop();
     m_commandPort.close();
     m_dataPort.close();
+    m_filePort.close();
 }
 
 void LoggerSimulator::restart()
 {
     m_dataPort.close();
+    m_filePort.close();
     m_restartTimer.start(m_state.restartDelay_ms);
 }
 

@@ -3,6 +3,7 @@
 #include "simulator/commandport.h"
 #include "simulator/dataport.h"
 #include "simulator/faults.h"
+#include "simulator/fileport.h"
 #include "simulator/loggerstate.h"
 
 #include <QHostAddress>
@@ -45,6 +46,7 @@ private:
     FaultSet m_faults;
     CommandPort m_commandPort{m_state, m_faults, this};
     DataPort m_dataPort{m_state, m_faults, this};
+    FilePort m_filePort{m_state, m_faults, this};
     QHostAddress m_address;
     QTimer m_restartTimer{this};
 };

@@ -43,4 +43,5 @@ build_preset() {
     cmake --build --preset "$preset" "${targets[@]}"
 }
 
-build_packages=(g++ cmake ninja-build ccache pkg-config qtbase5-dev libdeflate-dev)
+build_packages=(g++ cmake ninja-build ccache pkg-config qtbase5-dev libdeflate-dev
+    fonts-dejavu-core)

@@ -41,6 +41,12 @@ void JsonWriter::key(const QString &name)
     m_isBehindKey = true;
 }
 
+void JsonWriter::digits(const QByteArray &number)
+{
+    beginItem();
+    m_out.write(number);
+}
+
 void JsonWriter::value(const QJsonValue &value)
 {
     if (value.isObject()) {

@@ -21,6 +21,9 @@ public:
 
     // The key of the next value, object or array.
     void key(const QString &name);
+    // A whole number with all its digits, which a QJsonValue keeps up to 2^53 only.
+    void integer(qint64 value) { digits(QByteArray::number(value)); }
+    void integer(quint64 value) { digits(QByteArray::number(value)); }
     // Any value, small objects and arrays among them.
     void value(const QJsonValue &value);
     void value(const QString &name, const QJsonValue &value)
@@ -37,6 +40,7 @@ private:
     };
 
     void begin(char opening, char closing);
+    void digits(const QByteArray &number);
     void beginItem();
     void newLine();
 

@@ -21,9 +21,9 @@ void writeJsonValue(JsonWriter &json, const T &value)
             writeJsonValue(json, element(item));
         json.end();
     } else if constexpr (std::is_same_v<T, quint64>) {
-        json.value(double(value));
+        json.integer(value);
     } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
-        json.value(qint64(value));
+        json.integer(qint64(value));
     } else {
         json.value(value);
     }
@@ -31,8 +31,8 @@ void writeJsonValue(JsonWriter &json, const T &value)
 
 } // namespace detail
 
-// Writes the streamed members as an object, under their field names. Numbers are those of JSON:
-// 64-bit values are exact up to 2^53.
+// Writes the streamed members as an object, under their field names. Whole numbers have all their
+// digits, which not every reader of JSON keeps above 2^53.
 template <class R>
 void writeJson(JsonWriter &json, const R &record)
 {

@@ -21,6 +21,8 @@ void tst_ManPages::everyOptionIsInTheManual_data()
                                  << QStringLiteral(ZDS_MAN_DIR "/zds-convert.1");
     QTest::newRow("zds-inspect") << QStringLiteral(ZDS_INSPECT)
                                  << QStringLiteral(ZDS_MAN_DIR "/zds-inspect.1");
+    QTest::newRow("zds-logger-sim") << QStringLiteral(ZDS_LOGGER_SIM)
+                                    << QStringLiteral(ZDS_SIMULATOR_MAN_DIR "/zds-logger-sim.1");
 }
 
 void tst_ManPages::everyOptionIsInTheManual()

@@ -73,9 +73,7 @@ void tst_RecordJson::unsignedValuesAreUnsigned()
     QCOMPARE(jsonObject(slave).value(QLatin1String("id")).toDouble(), 4294967295.0);
     A2lMeasurement measurement;
     measurement.bit_mask = 0xFFFFFFFFFFFFFFFF;
-    QCOMPARE(jsonObject(measurement).value(QLatin1String("bit_mask")).toDouble(), 0x1p64);
-    measurement.bit_mask = 0x1FFFFFFFFFFFFF;
-    QVERIFY(compactText(measurement).contains("\"bit_mask\":9007199254740991,"));
+    QVERIFY(jsonText(measurement).contains("\"bit_mask\": 18446744073709551615,"));
 }
 
 void tst_RecordJson::signedValuesKeepTheirSign()

@@ -4,10 +4,8 @@
 
 #include <atomic>
 
-namespace {
-
 // Addresses differ within a process by a count, between processes by their id.
-QHostAddress nextAddress()
+QHostAddress freeLoopbackAddress()
 {
     constexpr quint32 loopback = 127U << 24;
     constexpr quint32 stride = 7919; // prime: the processes' runs of addresses stay apart
@@ -15,8 +13,6 @@ QHostAddress nextAddress()
     const quint32 number = quint32(QCoreApplication::applicationPid()) * stride + count++;
     return QHostAddress(loopback | (number % 0xFFFFFE + 1));
 }
-
-} // namespace
 
 SimulatedLogger::SimulatedLogger()
     : m_simulator(new simulator::LoggerSimulator)
@@ -28,7 +24,7 @@ SimulatedLogger::SimulatedLogger()
     bool isListening = false;
     QString error;
     for (int i = 0; i < attempts && !isListening; ++i) {
-        m_address = nextAddress();
+        m_address = freeLoopbackAddress();
         call([&] { isListening = m_simulator->listen(m_address, &error); });
     }
     if (!isListening)

@@ -7,6 +7,9 @@
 
 #include <type_traits>
 
+// An address of 127.0.0.0/8 that no other test is likely to use.
+[[nodiscard]] QHostAddress freeLoopbackAddress();
+
 // A logger simulator on a thread of its own, for tests whose thread blocks while it waits for the
 // logger. It listens on an address of 127.0.0.0/8 that no other test uses.
 class SimulatedLogger

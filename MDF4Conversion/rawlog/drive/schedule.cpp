@@ -3,13 +3,6 @@
 #include "MDF4Conversion/rawlog/drive/drivemath.h"
 
 namespace drive {
-namespace {
-
-// The logger has been up for 37 s when the drive begins: its clock overflows after 71 minutes.
-constexpr qint64 clockAtStart_us = 37'000'000;
-
-} // namespace
-
 void Schedule::every(qint64 period_us, qint64 first_us, qint64 jitter_us, EntryMaker make)
 {
     m_recurring.push_back({period_us, first_us, jitter_us, std::move(make)});

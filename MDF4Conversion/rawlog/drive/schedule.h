@@ -8,6 +8,9 @@
 
 namespace drive {
 
+// The logger has been up for 37 s when the drive begins: its clock overflows after 71 minutes.
+constexpr qint64 clockAtStart_us = 37'000'000;
+
 // When an entry is recorded. Times count from the start of the drive.
 struct Moment
 {

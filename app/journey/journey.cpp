@@ -1,0 +1,263 @@
+#include "app/journey/journey.h"
+
+#include "app/handlerlink.h"
+#include "config/configfile.h"
+#include "link/logger_data_handler_class.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPushButton>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int programTimeout_ms = 60'000;
+constexpr int stepTimeout_ms = 10'000;
+constexpr int driveSeconds = 10;
+constexpr int watchTime_ms = 2000;
+
+void print(const QString &line)
+{
+    std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
+    std::fflush(stdout);
+}
+
+// Lets events run until the condition holds. False if it takes too long.
+bool waitUntil(const std::function<bool()> &holds, int timeout_ms = stepTimeout_ms)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!holds()) {
+        if (clock.elapsed() > timeout_ms)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+}
+
+// An address that hardly anybody listens on, so that a running simulator is no obstacle.
+QString ownAddress()
+{
+    const qint64 process = QCoreApplication::applicationPid();
+    return QStringLiteral("127.77.%1.%2").arg(process / 250 % 250).arg(process % 250 + 1);
+}
+
+} // namespace
+
+void JourneyPrompt::inform(const QString &title, const QString &text)
+{
+    print(QStringLiteral("     box \"%1\": %2").arg(title, text.simplified()));
+}
+
+void JourneyPrompt::warn(const QString &title, const QString &text, const QString &reason)
+{
+    ++warnings;
+    print(QStringLiteral("     warning \"%1\": %2 %3").arg(title, text.simplified(), reason));
+}
+
+bool JourneyPrompt::ask(const QString &title, const QString &text)
+{
+    print(QStringLiteral("     question \"%1\": %2 Yes").arg(title, text.simplified()));
+    return true;
+}
+
+Journey::Journey(const QDir &folder)
+    : m_folder(folder)
+    , m_address(ownAddress())
+    , m_settings(folder.filePath(QStringLiteral("usr_settings.ini")))
+{
+    m_settings.setIpAddress(m_address);
+    auto link = std::make_unique<HandlerLink>(&m_controller);
+    m_handler = link->handler();
+    MainWindowParts parts;
+    parts.link = std::move(link);
+    parts.prompt = &m_prompt;
+    parts.settings = &m_settings;
+    parts.convert = [](ConversionGlobal::OutputFormat, const QStringList &, const QString &,
+                       QWidget *) {};
+    m_window =
+        std::make_unique<MainWindow>(&m_controller, QStringLiteral("MainWindow"), std::move(parts));
+    m_window->registerToController();
+    m_window->show();
+}
+
+Journey::~Journey()
+{
+    m_window.reset();
+    m_logger.terminate();
+    if (!m_logger.waitForFinished(stepTimeout_ms))
+        m_logger.kill();
+}
+
+bool Journey::run()
+{
+    static constexpr Step steps[] = {{"make a drive and its configuration", &Journey::makeDrive},
+                                     {"start the logger", &Journey::startLogger},
+                                     {"connect", &Journey::connectLogger},
+                                     {"read the configuration", &Journey::readConfiguration},
+                                     {"change a value", &Journey::changeValue},
+                                     {"watch live data", &Journey::watchLiveData},
+                                     {"save the configuration", &Journey::saveConfiguration},
+                                     {"disconnect", &Journey::disconnectLogger},
+                                     {"convert a log", &Journey::convertLog}};
+    takePicture(QStringLiteral("start"));
+    for (const Step &step : steps) {
+        QString seen;
+        const bool works = (this->*step.function)(seen) && m_prompt.warnings == 0;
+        print(QStringLiteral("%1 %2: %3")
+                  .arg(works ? QStringLiteral("ok  ") : QStringLiteral("FAIL"),
+                       QString::fromLatin1(step.name), seen));
+        if (!works)
+            return false;
+    }
+    return true;
+}
+
+bool Journey::runProgram(const QString &name, const QStringList &arguments, QString &output) const
+{
+    QProcess program;
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.start(QDir(QCoreApplication::applicationDirPath()).filePath(name), arguments);
+    const bool ends = program.waitForFinished(programTimeout_ms);
+    output = QString::fromUtf8(program.readAll()).simplified();
+    return ends && program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0;
+}
+
+void Journey::click(const char *button)
+{
+    m_window->findChild<QPushButton *>(QString::fromLatin1(button))->click();
+}
+
+void Journey::takePicture(const QString &name)
+{
+    QCoreApplication::processEvents();
+    const QString file = QStringLiteral("%1-%2.png").arg(++m_pictures).arg(name);
+    m_window->grab().save(m_folder.filePath(file));
+}
+
+bool Journey::makeDrive(QString &seen)
+{
+    const QString zdc = m_folder.filePath(QStringLiteral("logger.zdc"));
+    const QString log = m_folder.filePath(QStringLiteral("demo_drive.rld"));
+    const bool isMade =
+        runProgram(QStringLiteral("zds-convert"),
+                   {QStringLiteral("--make-demo"), m_folder.path(), QStringLiteral("--seconds"),
+                    QString::number(driveSeconds)},
+                   seen)
+        && runProgram(QStringLiteral("zds-inspect"), {QStringLiteral("--save-as"), zdc, log}, seen)
+        && configfile::load(m_expected, zdc, &seen);
+    if (isMade)
+        seen = QStringLiteral("%1 s, %2").arg(driveSeconds).arg(zdc);
+    return isMade;
+}
+
+bool Journey::startLogger(QString &seen)
+{
+    m_logger.setProcessChannelMode(QProcess::MergedChannels);
+    m_logger.start(
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("zds-logger-sim")),
+        {QStringLiteral("--address"), m_address, QStringLiteral("--config"),
+         m_folder.filePath(QStringLiteral("logger.zdc")), QStringLiteral("--log-dir"),
+         m_folder.path()});
+    const bool speaks = m_logger.waitForReadyRead(stepTimeout_ms);
+    seen = QString::fromUtf8(m_logger.readAll()).simplified();
+    return speaks && seen.startsWith(QLatin1String("ready"));
+}
+
+bool Journey::connectLogger(QString &seen)
+{
+    const auto *box = m_window->findChild<QComboBox *>(QStringLiteral("comboBox_ipAddr"));
+    QElapsedTimer clock;
+    clock.start();
+    click("pushButton_connect_disconnect");
+    seen = QStringLiteral("%1, %2 in %3 ms")
+               .arg(box->currentText(), m_controller.appStateDescription())
+               .arg(clock.elapsed());
+    return m_controller.appState() == APP_STA_CONN_LOG_OFF;
+}
+
+bool Journey::readConfiguration(QString &seen)
+{
+    const bool isRead = waitUntil([this] { return handler().terminal() == m_expected; });
+    int channels = 0;
+    for (const TerminalCanCfg &can : handler().terminal().can)
+        channels += can.enabled != 0 ? 1 : 0;
+    seen = QStringLiteral("%1 bytes, %2 CAN channels enabled")
+               .arg(record::toBytes(handler().terminal()).size())
+               .arg(channels);
+    takePicture(QStringLiteral("connected"));
+    return isRead;
+}
+
+bool Journey::changeValue(QString &seen)
+{
+    const TerminalCanCfg &can = handler().terminal().can.back();
+    const quint8 before = can.enabled;
+    const quint8 after = before != 0 ? 0 : 1;
+    const bool isSent =
+        handler().cmd_write_can_enabled(int(TerminalStruct::canChannels) - 1, after);
+    const bool isHeldBack = can.enabled == before;
+    const bool isEchoed = waitUntil([&can, after] { return can.enabled == after; });
+    m_expected.can.back().enabled = after;
+    seen = QStringLiteral("enabled of CAN-11 %1, echoed as %2").arg(before).arg(can.enabled);
+    return isSent && isHeldBack && isEchoed && handler().terminal() == m_expected;
+}
+
+bool Journey::watchLiveData(QString &seen)
+{
+    int frames = 0;
+    int fixes = 0;
+    QObject context;
+    QObject::connect(m_handler, &Logger_Data_Handler_Class::signal_can_msg_list, &context,
+                     [&frames](int, const QList<CAN_Msg_Class *> &list) { frames += list.size(); });
+    QObject::connect(m_handler, &Logger_Data_Handler_Class::signal_gps_data_list, &context,
+                     [&fixes](const QList<GPS_DataContainer *> &list) { fixes += list.size(); });
+    const auto before = handler().liveCounters();
+    QElapsedTimer clock;
+    clock.start();
+    (void)waitUntil([&clock] { return clock.elapsed() >= watchTime_ms; }, 2 * watchTime_ms);
+    const auto after = handler().liveCounters();
+    seen = QStringLiteral("%1 entries in %2 s, %3 CAN frames and %4 fixes among them, %5 dropped")
+               .arg(after.entries - before.entries)
+               .arg(watchTime_ms / 1000)
+               .arg(frames)
+               .arg(fixes)
+               .arg(after.dropped);
+    takePicture(QStringLiteral("live"));
+    return frames > 100 && fixes > 0 && after.dropped == 0;
+}
+
+bool Journey::saveConfiguration(QString &seen)
+{
+    m_prompt.file = m_folder.filePath(QStringLiteral("saved.zdc"));
+    click("pushButton_save_as_configuration");
+    TerminalStruct saved;
+    const bool isSaved = configfile::load(saved, m_prompt.file, &seen);
+    if (isSaved)
+        seen = m_prompt.file;
+    return isSaved && saved == m_expected;
+}
+
+bool Journey::disconnectLogger(QString &seen)
+{
+    click("pushButton_connect_disconnect");
+    seen = m_controller.appStateDescription();
+    takePicture(QStringLiteral("disconnected"));
+    return m_controller.appState() == APP_STA_DISCONN;
+}
+
+bool Journey::convertLog(QString &seen)
+{
+    const QString log = m_folder.filePath(QStringLiteral("demo_drive.rld"));
+    const QString mf4 = m_folder.filePath(QStringLiteral("demo_drive.mf4"));
+    const bool isConverted =
+        runProgram(QStringLiteral("zds-convert"),
+                   {QStringLiteral("--quiet"), QStringLiteral("-o"), m_folder.path(), log}, seen);
+    if (isConverted)
+        seen = QStringLiteral("%1, %2 bytes").arg(mf4).arg(QFileInfo(mf4).size());
+    return isConverted && QFileInfo(mf4).size() > 0;
+}
