@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMetaEnum>
+#include <QSettings>
 #include <QSignalBlocker>
 
 namespace {
@@ -38,6 +39,14 @@ QString windowTitleOf(AppSta_t state)
                .arg(QLatin1Char(' '))
            + appstate::description(state);
 }
+
+// Where the window was when it was closed.
+struct WindowPlace
+{
+    QSettings store{QStringLiteral("ZELVO"), QStringLiteral("ZDS")};
+    QString geometry = QStringLiteral("mainWindow/geometry");
+    QString splitter = QStringLiteral("mainWindow/splitter");
+};
 
 // The cursor of a program that can't answer for a moment.
 class WaitCursor
@@ -74,6 +83,7 @@ MainWindow::MainWindow(AppController *controller, const QString &componentName,
     showConnectButton(false);
     m_ui->slideSwitch_transparent->setEnabled(false);
     m_ui->treeWidget->setCurrentItem(m_ui->treeWidget->topLevelItem(0));
+    restorePlace();
 }
 
 MainWindow::~MainWindow()
@@ -405,8 +415,18 @@ void MainWindow::startConversion(ConversionGlobal::OutputFormat format)
     m_parts.convert(format, rawLogs, folder, this);
 }
 
+void MainWindow::restorePlace()
+{
+    const WindowPlace place;
+    restoreGeometry(place.store.value(place.geometry).toByteArray());
+    m_ui->splitter->restoreState(place.store.value(place.splitter).toByteArray());
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    WindowPlace place;
+    place.store.setValue(place.geometry, saveGeometry());
+    place.store.setValue(place.splitter, m_ui->splitter->saveState());
     if (m_parts.link->isConnected())
         m_parts.link->disconnectLogger();
     QMainWindow::closeEvent(event);

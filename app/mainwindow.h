@@ -79,6 +79,7 @@ private:
     void setIcons();
     void connectSignals();
     void makePages();
+    void restorePlace();
     void registerComponent(QWidget *component);
     void showConnectButton(bool connected);
     void enterDisconnected();

@@ -45,6 +45,7 @@ private slots:
     void conversionAsksForLogsAndFolder();
     void aConversionIsCancelledWithEitherPicker();
     void closingDisconnects();
+    void theWindowOpensWhereItWasClosed();
     void everyControlHasANameAndAToolTip();
 
 private:
@@ -382,6 +383,15 @@ void tst_MainWindow::closingDisconnects()
     window.show();
     QVERIFY(window.close());
     QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
+}
+
+void tst_MainWindow::theWindowOpensWhereItWasClosed()
+{
+    m_bench->window().resize(1234, 678);
+    m_bench->window().show();
+    m_bench->window().close();
+    m_bench->closeWindow();
+    QCOMPARE(m_bench->window().size(), QSize(1234, 678));
 }
 
 void tst_MainWindow::everyControlHasANameAndAToolTip()

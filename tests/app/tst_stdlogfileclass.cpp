@@ -2,11 +2,18 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <thread>
+
+namespace {
+
+const QString fatalOption = QStringLiteral("--end-by-a-fatal-message");
+
+} // namespace
 
 class tst_StdLogFileClass : public QObject
 {
@@ -24,6 +31,7 @@ private slots:
     void messagesBelowTheLevelDoNot();
     void noLineIsLostWhenItIsDestroyed();
     void messagesOfManyThreadsAllArriveWhole();
+    void aFatalMessageIsInTheFileWhenTheProgramHasEnded();
     void theEarlierHandlerIsBackAfterwards();
     void theFolderIsMade();
     void theDefaultFileLiesInTheUsersStateFolder();
@@ -157,6 +165,16 @@ void tst_StdLogFileClass::messagesOfManyThreadsAllArriveWhole()
         QVERIFY2(line.endsWith(QStringLiteral(": a line")), qPrintable(line));
 }
 
+void tst_StdLogFileClass::aFatalMessageIsInTheFileWhenTheProgramHasEnded()
+{
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(), {fatalOption, m_path});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+    QVERIFY2(content().endsWith(QStringLiteral(": the end\r\n")), qPrintable(content()));
+    QVERIFY(content().contains(QStringLiteral("before")));
+}
+
 void tst_StdLogFileClass::theEarlierHandlerIsBackAfterwards()
 {
     {
@@ -191,5 +209,17 @@ void tst_StdLogFileClass::theDefaultFileLiesInTheUsersStateFolder()
 #endif
 }
 
-QTEST_GUILESS_MAIN(tst_StdLogFileClass)
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments.at(1) == fatalOption) {
+        const StdLogFileClass log(5, arguments.at(2));
+        qInfo("before");
+        qFatal("the end");
+    }
+    tst_StdLogFileClass test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_stdlogfileclass.moc"

@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -61,6 +62,7 @@ private:
 void tst_WindowWithLogger::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder->path());
     m_logger = std::make_unique<SimulatedLogger>();
     m_controller = std::make_unique<AppController>();
     m_settings = std::make_unique<UserSettings>(m_folder->filePath(QStringLiteral("usr.ini")));
