@@ -2,6 +2,7 @@
 
 #include "link/protocol/commands.h"
 #include "link/protocol/reply.h"
+#include "simulator/answer.h"
 #include "simulator/loggerstate.h"
 #include "simulator/logstorage.h"
 #include "simulator/moduleanswers.h"
@@ -20,17 +21,7 @@ namespace {
 using protocol::Command;
 using protocol::errorReply;
 
-QByteArray okReply()
-{
-    return QByteArrayLiteral("OK");
-}
-
-QByteArray values(const Request &request, const QStringList &list)
-{
-    return (protocol::replyKeyOf(request.command, request.arguments) + QLatin1Char('=')
-            + list.join(QLatin1Char(',')))
-        .toLatin1();
-}
+constexpr int maxLineBytes = 128 * 1024; // of a command
 
 template <class Numbers>
 QStringList texts(const Numbers &numbers)
@@ -43,17 +34,17 @@ QStringList texts(const Numbers &numbers)
 
 QByteArray softwareVersionAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, texts(QVector<int>{state.version.major, state.version.minor}));
+    return valuesReply(request, texts(QVector<int>{state.version.major, state.version.minor}));
 }
 
 QByteArray capabilitiesAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, texts(state.capabilities));
+    return valuesReply(request, texts(state.capabilities));
 }
 
 QByteArray readyAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, {QString::number(int(state.isReady))});
+    return valuesReply(request, {QString::number(int(state.isReady))});
 }
 
 QByteArray stopLogging(LoggerState &state, const Request &)
@@ -64,12 +55,12 @@ QByteArray stopLogging(LoggerState &state, const Request &)
 
 QByteArray hardwareVersionAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, {QString::number(state.hardwareVersion)});
+    return valuesReply(request, {QString::number(state.hardwareVersion)});
 }
 
 QByteArray readLte(LoggerState &state, const Request &request)
 {
-    return values(request, {QString::fromLatin1(state.lteConfiguration)});
+    return valuesReply(request, {QString::fromLatin1(state.lteConfiguration)});
 }
 
 // The text is taken from the line itself: its line ends belong to it.
@@ -112,7 +103,7 @@ QByteArray setLan(LoggerState &state, const Request &request)
 
 QByteArray lanAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, {state.lanAddress, state.lanMask});
+    return valuesReply(request, {state.lanAddress, state.lanMask});
 }
 
 QByteArray setWifi(LoggerState &state, const Request &request)
@@ -126,7 +117,7 @@ QByteArray setWifi(LoggerState &state, const Request &request)
 
 QByteArray wifiAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, {state.wifiSsid});
+    return valuesReply(request, {state.wifiSsid});
 }
 
 QByteArray setDebugLevels(LoggerState &state, const Request &request)
@@ -145,12 +136,12 @@ QByteArray setDebugLevels(LoggerState &state, const Request &request)
 
 QByteArray debugLevelsAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, texts(state.debugLevels));
+    return valuesReply(request, texts(state.debugLevels));
 }
 
 QByteArray rtcStatusAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, {state.rtcStatus});
+    return valuesReply(request, {state.rtcStatus});
 }
 
 QByteArray dateTimeAnswer(LoggerState &state, const Request &request)
@@ -158,8 +149,8 @@ QByteArray dateTimeAnswer(LoggerState &state, const Request &request)
     const QDateTime now = QDateTime::currentDateTimeUtc().addMSecs(state.clockOffset_ms);
     const QDate date = now.date();
     const QTime time = now.time();
-    return values(request, texts(QVector<int>{date.day(), date.month(), date.year(), time.hour(),
-                                              time.minute(), time.second()}));
+    return valuesReply(request, texts(QVector<int>{date.day(), date.month(), date.year(),
+                                                   time.hour(), time.minute(), time.second()}));
 }
 
 QByteArray setDateTime(LoggerState &state, const Request &request)
@@ -182,7 +173,7 @@ QByteArray logFilesAnswer(LoggerState &state, const Request &request)
     QString list;
     for (const StoredFile &file : storedFiles(state.logFolder))
         list += QStringLiteral("%1,%2;").arg(file.name).arg(file.size);
-    return values(request, {list});
+    return valuesReply(request, {list});
 }
 
 QByteArray discSpaceAnswer(LoggerState &state, const Request &request)
@@ -194,7 +185,7 @@ QByteArray discSpaceAnswer(LoggerState &state, const Request &request)
         const QStorageInfo storage(state.logFolder);
         space = {storage.bytesAvailable(), storage.bytesTotal()};
     }
-    return values(request, {QString::number(space.free), QString::number(space.total)});
+    return valuesReply(request, {QString::number(space.free), QString::number(space.total)});
 }
 
 QByteArray deleteLogFile(LoggerState &state, const Request &request)
@@ -230,7 +221,7 @@ QByteArray processStatusAnswer(LoggerState &state, const Request &request)
     const bool isRunning = process->linesWritten < process->lines.size();
     const Status status = isRunning ? Running : process->fails ? Failed : Finished;
     const QStringList written = process->lines.mid(0, process->linesWritten);
-    return values(request, {QString::number(status), written.join(QLatin1Char(';'))});
+    return valuesReply(request, {QString::number(status), written.join(QLatin1Char(';'))});
 }
 
 QByteArray killProcess(LoggerState &state, const Request &request)
@@ -241,7 +232,7 @@ QByteArray killProcess(LoggerState &state, const Request &request)
 
 QByteArray orientationAnswer(LoggerState &state, const Request &request)
 {
-    return values(request, texts(state.orientation));
+    return valuesReply(request, texts(state.orientation));
 }
 
 QByteArray setOrientation(LoggerState &state, const Request &request)
@@ -318,15 +309,10 @@ bool isKnownWord(const QByteArray &line)
 
 } // namespace
 
-std::optional<int> numberOf(const QString &text, int lowest, int highest)
-{
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    return isNumber && number >= lowest && number <= highest ? std::optional(number) : std::nullopt;
-}
-
 Answer answerCommand(LoggerState &state, const QByteArray &line)
 {
+    if (line.size() > maxLineBytes)
+        return {errorReply(InvalidCommand)};
     const auto parsed = protocol::parseCommand(line);
     if (!parsed) {
         const bool isUnknownSystemCommand = line.startsWith("sys_") && !isKnownWord(line);

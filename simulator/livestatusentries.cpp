@@ -32,7 +32,7 @@ void appendBe(QByteArray &bytes, T value)
 
 } // namespace
 
-// Two words, the high one first: the supply is the high half of a little-endian 32-bit word.
+// The high word of the two stands first.
 QByteArray systemInfoEntry(const SystemInfo &info)
 {
     QByteArray body;

@@ -1,7 +1,6 @@
 #include "simulator/moduleanswers.h"
 
 #include "link/protocol/reply.h"
-#include "simulator/commandanswers.h"
 #include "simulator/d4modmodules.h"
 #include "simulator/ethercatslaves.h"
 #include "simulator/loggerstate.h"
@@ -14,18 +13,6 @@ using protocol::errorReply;
 constexpr int highestCan = int(TerminalStruct::canChannels) - 1;
 constexpr int highestRs485 = int(TerminalStruct::rs485Ports) - 1;
 constexpr int highestNumber = 0x7FFFFFFF;
-
-QByteArray okReply()
-{
-    return QByteArrayLiteral("OK");
-}
-
-QByteArray values(const Request &request, const QStringList &list)
-{
-    return (protocol::replyKeyOf(request.command, request.arguments) + QLatin1Char('=')
-            + list.join(QLatin1Char(',')))
-        .toLatin1();
-}
 
 // Nothing unless the text is hexadecimal digits of exactly so many bytes.
 std::optional<QByteArray> bytesOf(const QString &hex, int count)
@@ -87,7 +74,7 @@ QByteArray d4modChannelInfosAnswer(LoggerState &state, const Request &request)
         return errorReply(InvalidCommand);
     if (*channel > d4modChannelCount(state.configuration, *port))
         return errorReply(SubsystemNotConnected);
-    return values(request, d4modChannelInfos(*port, *channel));
+    return valuesReply(request, d4modChannelInfos(*port, *channel));
 }
 
 QByteArray writeCpuBuffer(LoggerState &state, const Request &request)
@@ -169,7 +156,7 @@ QByteArray setTransparentMode(LoggerState &state, const Request &request)
 
 QByteArray etherCatSlaveCountAnswer(LoggerState &, const Request &request)
 {
-    return values(request, {QString::number(etherCatBus().size())});
+    return valuesReply(request, {QString::number(etherCatBus().size())});
 }
 
 QByteArray etherCatSlaveInfosAnswer(LoggerState &, const Request &request)
@@ -177,7 +164,7 @@ QByteArray etherCatSlaveInfosAnswer(LoggerState &, const Request &request)
     const auto number = numberOf(request.arguments.at(0), 0, etherCatBus().size() - 1);
     if (!number)
         return errorReply(SubsystemNotConnected);
-    return values(request, etherCatSlaveInfos(*number));
+    return valuesReply(request, etherCatSlaveInfos(*number));
 }
 
 QByteArray etherCatTxPdoCountAnswer(LoggerState &, const Request &request)
@@ -185,7 +172,7 @@ QByteArray etherCatTxPdoCountAnswer(LoggerState &, const Request &request)
     const auto number = numberOf(request.arguments.at(0), 0, etherCatBus().size() - 1);
     if (!number)
         return errorReply(SubsystemNotConnected);
-    return values(request, {QString::number(etherCatBus().at(*number).entries.size())});
+    return valuesReply(request, {QString::number(etherCatBus().at(*number).entries.size())});
 }
 
 QByteArray etherCatTxPdoInfosAnswer(LoggerState &, const Request &request)
@@ -195,7 +182,7 @@ QByteArray etherCatTxPdoInfosAnswer(LoggerState &, const Request &request)
         return errorReply(SubsystemNotConnected);
     const int entries = etherCatBus().at(*number).entries.size();
     const auto entry = numberOf(request.arguments.at(1), 0, entries - 1);
-    return entry ? values(request, etherCatTxPdoInfos(*number, *entry))
+    return entry ? valuesReply(request, etherCatTxPdoInfos(*number, *entry))
                  : errorReply(SubsystemNotConnected);
 }
 

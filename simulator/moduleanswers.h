@@ -1,29 +1,9 @@
 #pragma once
 
-#include "link/protocol/commands.h"
-
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
-
-#include <optional>
+#include "simulator/answer.h"
 
 // The answers to the commands that concern buses and modules: CAN, RS485 and EtherCAT.
 namespace simulator {
-
-struct LoggerState;
-
-struct Request
-{
-    protocol::Command command;
-    QStringList arguments;
-    QByteArray line; // as it came
-};
-
-using AnswerFunction = QByteArray (*)(LoggerState &, const Request &);
-
-// A decimal number within these limits.
-[[nodiscard]] std::optional<int> numberOf(const QString &text, int lowest, int highest);
 
 QByteArray writeCanMessage(LoggerState &state, const Request &request);
 QByteArray d4modChannelInfosAnswer(LoggerState &state, const Request &request);

@@ -125,6 +125,7 @@ private slots:
     void transparentModeOfAllReachesEachProcessor();
     void aNewWifiNameRestartsTheLogger();
     void anyBytesAreAnswered();
+    void aHugeLineIsRefused();
 
 private:
     std::unique_ptr<SimulatedLogger> m_logger; // for the exchanges
@@ -268,6 +269,14 @@ void tst_LoggerAnswers::anyBytesAreAnswered()
         QVERIFY(client.ask("sys_write_lte_config(" + noise + ")").startsWith("ERROR="));
         QVERIFY(client.ask(noise).startsWith("ERROR="));
     }
+}
+
+void tst_LoggerAnswers::aHugeLineIsRefused()
+{
+    SimulatedLogger logger;
+    RawClient client(logger.address(), protocol::commandPort);
+    const QByteArray line = "sys_start_process(" + QByteArray(8 * 1024 * 1024, ',') + ")";
+    QCOMPARE(client.ask(line), QByteArray("ERROR=-1103"));
 }
 
 QTEST_GUILESS_MAIN(tst_LoggerAnswers)
