@@ -88,7 +88,10 @@ MainWindow::MainWindow(AppController *controller, const QString &componentName,
 
 MainWindow::~MainWindow()
 {
-    // The pages work with the link, so they go first.
+    // All components hear of the last state while they live. The pages work with the link, so they
+    // go before it.
+    if (m_parts.link->isConnected())
+        m_parts.link->disconnectLogger();
     delete m_debugWindow;
     delete takeCentralWidget();
 }
@@ -357,9 +360,9 @@ void MainWindow::onTranspModeSwitchClicked(bool clicked)
         return;
     }
     m_ui->slideSwitch_transparent->setChecked(!clicked);
-    m_ui->statusbar->showMessage(
-        QStringLiteral("Transparent mode stays as it was: %1").arg(m_parts.link->lastError()),
-        noticeTime_ms);
+    m_ui->statusbar->showMessage(QStringLiteral("Transparent mode stays as it was: %1")
+                                     .arg(m_parts.link->lastError().simplified()),
+                                 noticeTime_ms);
 }
 
 void MainWindow::show_tcp_error(QString errror_txt)

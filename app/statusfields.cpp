@@ -31,13 +31,12 @@ StatusFields::StatusFields(QStatusBar *bar, const LoggerLink *link)
     : QObject(bar)
     , m_bar(bar)
     , m_link(link)
-    , m_state(addField("label_link_state", "State of the link",
-                       QStringLiteral("State of the link to the logger")))
-    , m_version(addField("label_logger_version", "Software of the logger",
+    , m_state(addField("label_link_state", QStringLiteral("State of the link to the logger")))
+    , m_version(addField("label_logger_version",
                          QStringLiteral("Software version of the connected logger")))
-    , m_rate(addField("label_live_entries", "Live entries",
+    , m_rate(addField("label_live_entries",
                       QStringLiteral("Entries that came from the logger in the last second [1/s]")))
-    , m_dropped(addField("label_dropped_entries", "Dropped entries",
+    , m_dropped(addField("label_dropped_entries",
                          QStringLiteral("Live entries that came faster than they could be shown, "
                                         "since the program started. Recorded logs are complete.")))
 {
@@ -50,12 +49,12 @@ StatusFields::StatusFields(QStatusBar *bar, const LoggerLink *link)
     showLiveCounters();
 }
 
-QLabel *StatusFields::addField(const char *name, const char *accessibleName, const QString &toolTip)
+QLabel *StatusFields::addField(const char *name, const QString &meaning)
 {
     auto *label = new QLabel(m_bar);
     label->setObjectName(QLatin1String(name));
-    label->setAccessibleName(QLatin1String(accessibleName));
-    label->setToolTip(toolTip);
+    label->setAccessibleDescription(meaning); // the name is the text, which has to be read out
+    label->setToolTip(meaning);
     label->setContentsMargins(6, 0, 6, 0);
     m_bar->addPermanentWidget(label);
     return label;

@@ -26,7 +26,7 @@ public slots:
     void showLiveCounters();
 
 private:
-    QLabel *addField(const char *name, const char *accessibleName, const QString &toolTip);
+    QLabel *addField(const char *name, const QString &meaning);
 
     QStatusBar *m_bar;        // not owned
     const LoggerLink *m_link; // not owned

@@ -1,6 +1,7 @@
 #include "app/log/debuglog.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <iterator>
 #include <sstream>
 
@@ -98,7 +99,7 @@ bool DebugLog::initFile(int id, Level threshold, const std::string &prefix,
     output.threshold = threshold;
     const QString time = m_surroundings.now().toString(QStringLiteral("yyyyMMdd_HHmmss"));
     const std::string name = prefix + time.toStdString() + "." + extension;
-    output.file.open(name, std::ios::binary | std::ios::app);
+    output.file.open(std::filesystem::u8path(name), std::ios::binary | std::ios::app);
     if (!output.file.is_open()) {
         m_surroundings.print("DebugLog-> Failed to open file " + name + "!");
         return false;

@@ -43,7 +43,8 @@ public:
     bool init(int outputs);
     // Makes the output a print to the console.
     bool initConsole(int id, Level threshold);
-    // Makes the output a file "prefixYYYYmmdd_HHMMSS.extension", extension "txt" or "log".
+    // Makes the output a file "prefixYYYYmmdd_HHMMSS.extension", extension "txt" or "log". The
+    // prefix is UTF-8.
     bool initFile(int id, Level threshold, const std::string &prefix, const std::string &extension);
 
     // Dropped before init().

@@ -45,6 +45,7 @@ private slots:
     void conversionAsksForLogsAndFolder();
     void aConversionIsCancelledWithEitherPicker();
     void closingDisconnects();
+    void aConnectedWindowThatIsDestroyedDisconnectsFirst();
     void theWindowOpensWhereItWasClosed();
     void everyControlHasANameAndAToolTip();
 
@@ -382,6 +383,14 @@ void tst_MainWindow::closingDisconnects()
     m_bench->connectByButton(true);
     window.show();
     QVERIFY(window.close());
+    QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
+}
+
+void tst_MainWindow::aConnectedWindowThatIsDestroyedDisconnectsFirst()
+{
+    m_bench->window();
+    m_bench->connectByButton(true);
+    m_bench->closeWindow();
     QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
 }
 
