@@ -115,6 +115,7 @@ void MainWindow::fillAddressBox()
     QComboBox *box = m_ui->comboBox_ipAddr;
     const QSignalBlocker blocker(box);
     box->setCompleter(nullptr); // would select another address than the one typed
+    box->lineEdit()->setAccessibleName(box->accessibleName());
     box->addItem(m_parts.settings->ipAddress());
     for (const char *standard : {"192.168.1.111", "192.168.200.1"})
         if (box->findText(QLatin1String(standard)) < 0)

@@ -40,13 +40,13 @@ StatusFields::StatusFields(QStatusBar *bar, const LoggerLink *link)
                          QStringLiteral("Live entries that came faster than they could be shown, "
                                         "since the program started. Recorded logs are complete.")))
 {
-    setObjectName(QStringLiteral("StatusFields"));
     auto *timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, &StatusFields::showLiveCounters);
+    connect(timer, &QTimer::timeout, this,
+            [this] { showLiveCounters(m_link->liveCounters(), m_sinceUpdate.restart()); });
     timer->start(updatePeriod_ms);
     m_sinceUpdate.start();
     showState(APP_STA_DISCONN);
-    showLiveCounters();
+    showLiveCounters(m_link->liveCounters(), 0);
 }
 
 QLabel *StatusFields::addField(const char *name, const QString &meaning)
@@ -73,10 +73,9 @@ void StatusFields::showVersion(int majorNumber, int minorNumber)
     m_version->setText(QStringLiteral("Logger software: V%1.%2").arg(majorNumber).arg(minorNumber));
 }
 
-void StatusFields::showLiveCounters()
+void StatusFields::showLiveCounters(const LoggerLink::LiveCounters &counters, qint64 elapsed_ms)
 {
-    const LoggerLink::LiveCounters counters = m_link->liveCounters();
-    const quint64 rate = m_liveRate.update(counters.entries, m_sinceUpdate.restart());
+    const quint64 rate = m_liveRate.update(counters.entries, elapsed_ms);
     m_rate->setText(QStringLiteral("Live: %1 entries/s").arg(QLocale().toString(rate)));
     m_dropped->setText(QStringLiteral("Dropped: %1").arg(QLocale().toString(counters.dropped)));
     m_dropped->setStyleSheet(counters.dropped > 0 ? QStringLiteral("color: #B3261E") : QString());

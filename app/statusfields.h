@@ -21,9 +21,8 @@ public:
     void showState(AppSta_t state);
     void showVersion(int majorNumber, int minorNumber);
 
-public slots:
-    // Once a second, by its own timer.
-    void showLiveCounters();
+    // The counters after so much more time.
+    void showLiveCounters(const LoggerLink::LiveCounters &counters, qint64 elapsed_ms);
 
 private:
     QLabel *addField(const char *name, const QString &meaning);

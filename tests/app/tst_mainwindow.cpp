@@ -1,9 +1,11 @@
+#include "app/statusfields.h"
 #include "tests/app/windowbench.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QDialog>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QTest>
 
@@ -324,10 +326,11 @@ void tst_MainWindow::theStatusBarShowsLinkVersionAndLiveEntries()
                 .contains(QStringLiteral("Connected - Logging Disabled")));
     QCOMPARE(m_bench->label("label_logger_version"), QStringLiteral("Logger software: V1.61"));
 
-    m_bench->link->counters = {1'000'000, 5};
-    auto *fields = window.findChild<QObject *>(QStringLiteral("StatusFields"));
-    QVERIFY(QMetaObject::invokeMethod(fields, "showLiveCounters"));
-    QVERIFY(m_bench->label("label_live_entries") != QStringLiteral("Live: 0 entries/s"));
+    auto *fields = window.findChild<StatusFields *>();
+    fields->showLiveCounters({1000, 0}, 1000);
+    fields->showLiveCounters({6000, 5}, 2000);
+    QCOMPARE(m_bench->label("label_live_entries"),
+             QStringLiteral("Live: %1 entries/s").arg(QLocale().toString(2500)));
     QCOMPARE(m_bench->label("label_dropped_entries"), QStringLiteral("Dropped: 5"));
 
     m_bench->link->lose();

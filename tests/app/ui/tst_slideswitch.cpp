@@ -78,13 +78,13 @@ void tst_SlideSwitch::itIsACheckBoxToAssistiveTools()
 {
     SlideSwitch widget;
     widget.setAccessibleName(QStringLiteral("Transparent mode"));
-    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&widget);
-    QVERIFY(interface);
-    QCOMPARE(interface->role(), QAccessible::CheckBox);
-    QCOMPARE(interface->text(QAccessible::Name), QStringLiteral("Transparent mode"));
-    QVERIFY(!interface->state().checked);
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&widget);
+    QVERIFY(accessible);
+    QCOMPARE(accessible->role(), QAccessible::CheckBox);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Transparent mode"));
+    QVERIFY(!accessible->state().checked);
     widget.setChecked(true);
-    QVERIFY(interface->state().checked);
+    QVERIFY(accessible->state().checked);
 }
 
 void tst_SlideSwitch::onAndOffLookDifferent()
