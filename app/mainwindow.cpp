@@ -86,6 +86,7 @@ MainWindow::~MainWindow()
 void MainWindow::setIcons()
 {
     using icons::Symbol;
+    setWindowIcon(icons::icon(Symbol::Logger, palette().color(QPalette::Highlight)));
     m_ui->pushButton_ip_nfo->setIcon(icons::icon(Symbol::Network));
     m_ui->pushButton_info->setIcon(icons::icon(Symbol::Info));
     m_ui->pushButton_cmd_window->setIcon(icons::icon(Symbol::Console));
@@ -312,7 +313,7 @@ void MainWindow::on_pushButton_ip_nfo_clicked()
 {
     m_parts.prompt->inform(
         QStringLiteral("IP Info"),
-        QStringLiteral("Standard addresses of the logger, from software version V1.58:\n\n"
+        QStringLiteral("Standard addresses of the logger,\nfrom software version V1.58:\n\n"
                        "LAN: 192.168.1.111\nWLAN: 192.168.200.1"));
 }
 

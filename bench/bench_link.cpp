@@ -103,7 +103,7 @@ double threadSeconds(SimulatedLogger &logger)
     });
 }
 
-LiveFigures live(SimulatedLogger &logger, int seconds)
+LiveFigures streamFor(SimulatedLogger &logger, int seconds)
 {
     AppController controller;
     Logger_Data_Handler_Class handler(&controller);
@@ -159,16 +159,16 @@ int main(int argc, char *argv[])
 
     SimulatedLogger logger;
     logger.inspect([](simulator::LoggerSimulator &s) {
-        for (TerminalCanCfg &can : s.state().terminal.can)
+        for (TerminalCanCfg &can : s.state().configuration.can)
             can.enabled = 1;
-        s.state().terminal.gps.gps_enabled = 1;
-        s.state().terminal.agm.enabled = 1;
-        for (TerminalRs485Cfg &port : s.state().terminal.rs485)
+        s.state().configuration.gps.gps_enabled = 1;
+        s.state().configuration.agm.enabled = 1;
+        for (TerminalRs485Cfg &port : s.state().configuration.rs485)
             port.d4mod.enabled = 1;
     });
     Bars bars;
     bars.judge("connect to whole configuration", connectTime_ms(logger), connectBar_ms, "ms");
-    const LiveFigures figures = live(logger, seconds);
+    const LiveFigures figures = streamFor(logger, seconds);
     std::printf("%-44s %10.0f /s\n", "live entries", figures.entriesPerSecond);
     std::printf("%-44s %10llu\n", "CAN frames delivered",
                 static_cast<unsigned long long>(figures.delivered));

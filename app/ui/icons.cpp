@@ -279,8 +279,9 @@ static_assert(std::size(drawings) == static_cast<std::size_t>(Symbol::Warning) +
 class DrawnIcon : public QIconEngine
 {
 public:
-    explicit DrawnIcon(Symbol symbol)
+    explicit DrawnIcon(Symbol symbol, const QColor &colour = {})
         : m_symbol(symbol)
+        , m_colour(colour)
     {}
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
@@ -305,11 +306,13 @@ public:
         return pixmap;
     }
 
-    QIconEngine *clone() const override { return new DrawnIcon(m_symbol); }
+    QIconEngine *clone() const override { return new DrawnIcon(m_symbol, m_colour); }
 
 private:
-    static QColor colourOf(QIcon::Mode mode)
+    [[nodiscard]] QColor colourOf(QIcon::Mode mode) const
     {
+        if (m_colour.isValid())
+            return m_colour;
         const QPalette palette = QGuiApplication::palette();
         switch (mode) {
         case QIcon::Disabled:
@@ -324,6 +327,7 @@ private:
     }
 
     const Symbol m_symbol;
+    const QColor m_colour; // not valid: that of the palette
 };
 
 } // namespace
@@ -331,4 +335,9 @@ private:
 QIcon icons::icon(Symbol symbol)
 {
     return QIcon(new DrawnIcon(symbol)); // the icon owns its engine
+}
+
+QIcon icons::icon(Symbol symbol, const QColor &colour)
+{
+    return QIcon(new DrawnIcon(symbol, colour));
 }

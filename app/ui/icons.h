@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QIcon>
 
 // Icons that are drawn with the colours of the palette, sharp at every size.
@@ -33,5 +34,7 @@ enum class Symbol {
 };
 
 [[nodiscard]] QIcon icon(Symbol symbol);
+// In one colour, whatever the state of its widget.
+[[nodiscard]] QIcon icon(Symbol symbol, const QColor &colour);
 
 } // namespace icons

@@ -7,19 +7,21 @@
 
 namespace {
 
-QIcon iconOf(QMessageBox::Icon icon)
+QIcon iconOf(QMessageBox::Icon icon, const QPalette &palette)
 {
+    const QColor calm = palette.color(QPalette::Highlight);
+    const QColor amber(0xC7, 0x77, 0x00);
     switch (icon) {
     case QMessageBox::Question:
-        return icons::icon(icons::Symbol::Question);
+        return icons::icon(icons::Symbol::Question, calm);
     case QMessageBox::Information:
-        return icons::icon(icons::Symbol::Info);
+        return icons::icon(icons::Symbol::Info, calm);
     case QMessageBox::Warning:
     case QMessageBox::Critical:
     case QMessageBox::NoIcon:
         break;
     }
-    return icons::icon(icons::Symbol::Warning);
+    return icons::icon(icons::Symbol::Warning, amber);
 }
 
 // Texts come from files and from the logger, too: none is read as markup.
@@ -27,7 +29,7 @@ void fill(QMessageBox &box, QMessageBox::Icon icon, const QString &title, const 
 {
     box.setIcon(icon);
     const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
-    box.setIconPixmap(iconOf(icon).pixmap(side));
+    box.setIconPixmap(iconOf(icon, box.palette()).pixmap(side));
     box.setWindowTitle(title);
     box.setTextFormat(Qt::PlainText);
     box.setText(text);

@@ -1,4 +1,5 @@
 #include "link/protocol/commands.h"
+#include "link/protocol/reply.h"
 
 #include <QTest>
 
@@ -14,6 +15,8 @@ private slots:
     void theTableIsInTheOrderOfTheCommands();
     void everyCommandIsReadBack_data();
     void everyCommandIsReadBack();
+    void everyReplyIsEvaluated_data();
+    void everyReplyIsEvaluated();
     void argumentsMayLookLikePlaceholders();
     void theLastArgumentTakesCommas();
     void blanksAroundArgumentsDoNotCount();
@@ -117,6 +120,29 @@ void tst_Commands::everyCommandIsReadBack()
     QVERIFY(parsed);
     QCOMPARE(int(parsed->command), int(row.command));
     QCOMPARE(parsed->arguments, arguments);
+}
+
+void tst_Commands::everyReplyIsEvaluated_data()
+{
+    everyCommandIsReadBack_data();
+}
+
+// What answers well, an error, silence and garbage.
+void tst_Commands::everyReplyIsEvaluated()
+{
+    QFETCH(int, index);
+    const CommandRow &row = commandTable().at(index);
+    const QString key = replyKeyOf(row.command, numberedArguments(row.argumentCount()));
+    const auto evaluate = [&](const QByteArray &reply) {
+        return key.isEmpty() ? evaluateSetReply(reply, row.word())
+                             : evaluateGetReply(reply, row.word(), key, ValueCount::atLeast(1));
+    };
+    const QByteArray good = key.isEmpty() ? QByteArray("OK\r\n") : key.toLatin1() + "=1,2\r\n";
+    QVERIFY(evaluate(good));
+    QCOMPARE(evaluate("ERROR=-1104\r\n").error, QStringLiteral("ERROR_CODE_UNKNOWN"));
+    QCOMPARE(evaluate({}).error, QStringLiteral("No CMD-Response. (%1)").arg(row.word()));
+    QCOMPARE(evaluate("\xFF\x01").error,
+             QStringLiteral("Unknown CMD-Response.\r\n Response: \u00FF\u0001."));
 }
 
 void tst_Commands::argumentsMayLookLikePlaceholders()
