@@ -29,11 +29,16 @@ public:
     void close();
     [[nodiscard]] const QHostAddress &address() const { return m_address; }
 
-    // What is changed here shows in the next answers and in the live data.
+    // What is changed here shows in the next answers. The live data follow a changed configuration
+    // after the push of a record, or once the tool connects to the data port again.
     [[nodiscard]] LoggerState &state() { return m_state; }
     [[nodiscard]] FaultSet &faults() { return m_faults; }
     [[nodiscard]] CommandPort &commandPort() { return m_commandPort; }
     [[nodiscard]] DataPort &dataPort() { return m_dataPort; }
+
+    // Tells every connected tool the record of this message type, as the logger does when it has
+    // changed it itself.
+    void push(int type);
 
 signals:
     // Up again after an update or another restart; `error` tells why not.

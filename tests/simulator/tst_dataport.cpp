@@ -61,6 +61,7 @@ class tst_DataPort : public QObject
 private slots:
     void entriesComeWithoutBeingAskedFor();
     void theStreamFollowsTheConfiguration();
+    void aPushOfTheLoggerReachesTheStream();
     void aToolThatDoesNotReadLosesWholeEntries();
     void twoToolsGetTheSameEntries();
     void aLogIsReplayedInsteadOfTheSources();
@@ -94,6 +95,17 @@ void tst_DataPort::theStreamFollowsTheConfiguration()
     agm.enabled = 1;
     commands.send(protocol::Message{protocol::Agm, 1, record::toBytes(agm)});
     QCOMPARE(commands.message().payload, record::toBytes(agm));
+    QVERIFY(client.waitFor(rawlog::RLD_AGM));
+}
+
+void tst_DataPort::aPushOfTheLoggerReachesTheStream()
+{
+    SimulatedLogger logger;
+    logger.inspect([](simulator::LoggerSimulator &s) { s.state().configuration.agm.enabled = 0; });
+    DataClient client(logger);
+    QVERIFY(client.waitFor(rawlog::RLD_SYSTEM_INFO));
+    logger.inspect([](simulator::LoggerSimulator &s) { s.state().configuration.agm.enabled = 1; });
+    logger.push(protocol::Agm);
     QVERIFY(client.waitFor(rawlog::RLD_AGM));
 }
 
