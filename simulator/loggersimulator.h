@@ -12,8 +12,8 @@
 
 namespace simulator {
 
-// A logger on the network, without the device: it answers on the command, data and file ports of one
-// address, from a state that may be changed, and as badly as its faults say.
+// A logger on the network, without the device: it answers on the command, data and file ports of
+// one address, from a state that may be changed, and as badly as its faults say.
 //
 // All of it runs on the thread that it lives on, which needs an event loop. Other threads reach it
 // by queued calls only.
