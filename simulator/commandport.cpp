@@ -75,6 +75,11 @@ bool CommandPort::listen(const QHostAddress &address, QString *error)
 void CommandPort::close()
 {
     m_server.close();
+    dropConnections();
+}
+
+void CommandPort::dropConnections()
+{
     const QList<CommandSession *> sessions = m_sessions;
     for (CommandSession *session : sessions)
         session->drop();

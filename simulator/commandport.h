@@ -27,6 +27,8 @@ public:
     [[nodiscard]] bool listen(const QHostAddress &address, QString *error);
     // Drops every connection and takes no new one.
     void close();
+    // Drops every connection; the next may come.
+    void dropConnections();
 
     // Sends the record of this message type to every connected tool without being asked.
     void push(int type);

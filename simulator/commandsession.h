@@ -14,8 +14,8 @@ namespace simulator {
 
 class FaultSet;
 
-// One connection to the command port: finds the messages that come in, and sends messages as well or
-// as badly as the faults say. Lives on the simulator's thread.
+// One connection to the command port: finds the messages that come in, and sends messages as well
+// or as badly as the faults say. Lives on the simulator's thread.
 class CommandSession : public QObject
 {
     Q_OBJECT

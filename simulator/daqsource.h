@@ -17,8 +17,8 @@ namespace simulator {
 using ListedDtoEntryMaker =
     std::function<QByteArray(int list, const drive::Moment &, const QByteArray &dto)>;
 
-// Schedules what an ECU answers to the DAQ lists of the module: every ODT in the period of its list,
-// with values within the measurements' limits.
+// Schedules what an ECU answers to the DAQ lists of the module: every ODT in the period of its
+// list, with values within the measurements' limits.
 void addDaqLists(const StreamingClass_A2L_Module &module, drive::Schedule &schedule,
                  const drive::Vehicle &vehicle, const ListedDtoEntryMaker &makeEntry);
 

@@ -44,6 +44,11 @@ bool DataPort::listen(const QHostAddress &address, QString *error)
 void DataPort::close()
 {
     m_server.close();
+    dropConnections();
+}
+
+void DataPort::dropConnections()
+{
     const QList<Session> sessions = m_sessions;
     for (const Session &session : sessions)
         session.socket->abort();

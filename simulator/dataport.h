@@ -37,6 +37,8 @@ public:
     [[nodiscard]] bool listen(const QHostAddress &address, QString *error);
     // Drops every connection and takes no new one.
     void close();
+    // Drops every connection; the next may come.
+    void dropConnections();
 
     // The stream follows the configuration anew.
     void configurationChanged() { m_isOutdated = true; }

@@ -84,7 +84,7 @@ void addTunneling(const EthTunnelingCfg &tunneling, Schedule &schedule, const Ve
 QByteArray udpFrame(quint16 count)
 {
     QByteArray frame = QByteArray::fromHex("0250000000020250000000010800"             // ethernet
-                                           "4500003000000000401100000a0000010a000002" // IPv4
+                                           "4500002800000000401100000a0000010a000002" // IPv4
                                            "8235823600140000"                         // UDP
                                            "000000000000000000000000");
     constexpr int identification = 18;

@@ -10,8 +10,8 @@ namespace simulator {
 class FaultSet;
 struct LoggerState;
 
-// The logger's side of the file port: a connection asks for one file of the storage folder, gets its
-// bytes and is closed. Lives on the simulator's thread.
+// The logger's side of the file port: a connection asks for one file of the storage folder, gets
+// its bytes and is closed. Lives on the simulator's thread.
 class FilePort : public QObject
 {
     Q_OBJECT

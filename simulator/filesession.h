@@ -11,7 +11,8 @@ namespace simulator {
 class FaultSet;
 struct LoggerState;
 
-// One connection to the file port. Deletes itself when it has ended. Lives on the simulator's thread.
+// One connection to the file port. Deletes itself when it has ended. Lives on the simulator's
+// thread.
 class FileSession : public QObject
 {
     Q_OBJECT

@@ -8,8 +8,8 @@ class Vehicle;
 } // namespace drive
 
 // What a logger with a given configuration streams. The vehicle outlives the schedule; the
-// configuration is read at once. Whatever the configuration holds, values are finite and frames stay
-// within their buses' limits.
+// configuration is read at once. Whatever the configuration holds, values are finite and frames
+// stay within their buses' limits.
 namespace simulator {
 
 struct LoggerState;

@@ -12,8 +12,8 @@ namespace simulator {
 
 struct LoggerState;
 
-// The entries that the logger makes from moment to moment, in the time of its own clock. Used on one
-// thread.
+// The entries that the logger makes from moment to moment, in the time of its own clock. Used on
+// one thread.
 class LiveStream
 {
 public:
@@ -28,8 +28,8 @@ public:
     // CAN frames a second, by turns on twelve channels, on top of the configured sources. 0: none.
     void setLoad(quint32 framesPerSecond);
 
-    // What came up since the last call, or since the restart. After a gap of more than a second only
-    // the last second.
+    // What came up since the last call, or since the restart. After a gap of more than a second
+    // only the last second.
     [[nodiscard]] QByteArray entriesUntil(qint64 now_us);
 
 private:

@@ -35,6 +35,12 @@ void LoggerSimulator::close()
     m_filePort.close();
 }
 
+void LoggerSimulator::push(int type)
+{
+    m_commandPort.push(type);
+    m_dataPort.configurationChanged();
+}
+
 void LoggerSimulator::restart()
 {
     m_dataPort.close();

@@ -12,8 +12,8 @@
 
 namespace simulator {
 
-// A logger on the network, without the device: it answers on the command, data and file ports of one
-// address, from a state that may be changed, and as badly as its faults say.
+// A logger on the network, without the device: it answers on the command, data and file ports of
+// one address, from a state that may be changed, and as badly as its faults say.
 //
 // All of it runs on the thread that it lives on, which needs an event loop. Other threads reach it
 // by queued calls only.
@@ -29,11 +29,16 @@ public:
     void close();
     [[nodiscard]] const QHostAddress &address() const { return m_address; }
 
-    // What is changed here shows in the next answers and in the live data.
+    // What is changed here shows in the next answers. The live data follow a changed configuration
+    // after the push of a record, or once the tool connects to the data port again.
     [[nodiscard]] LoggerState &state() { return m_state; }
     [[nodiscard]] FaultSet &faults() { return m_faults; }
     [[nodiscard]] CommandPort &commandPort() { return m_commandPort; }
     [[nodiscard]] DataPort &dataPort() { return m_dataPort; }
+
+    // Tells every connected tool the record of this message type, as the logger does when it has
+    // changed it itself.
+    void push(int type);
 
 signals:
     // Up again after an update or another restart; `error` tells why not.

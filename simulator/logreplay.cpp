@@ -97,7 +97,8 @@ bool LogReplay::readNext()
     return false;
 }
 
-// Clocks of the logger's processors differ a little: what lies before the last entry is due with it.
+// Clocks of the logger's processors differ a little: what lies before the last entry is due with
+// it.
 void LogReplay::noteTime()
 {
     if (!hasTimestamp(m_entry))

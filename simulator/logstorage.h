@@ -5,8 +5,8 @@
 
 #include <optional>
 
-// The folder in which the simulated logger keeps its files. Only regular files directly in it can be
-// reached: no folders, links or hidden files, and nothing outside.
+// The folder in which the simulated logger keeps its files. Only regular files directly in it can
+// be reached: no folders, links or hidden files, and nothing outside.
 namespace simulator {
 
 struct StoredFile

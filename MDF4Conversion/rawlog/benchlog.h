@@ -7,9 +7,9 @@
 
 #include <memory>
 
-// Large logs of one kind of entry, to measure with: classic CAN frames of 8 bytes, as a rule a tenth
-// of a millisecond apart, the messages by turns over all channels. The signals wander slowly and carry a
-// little noise, as those of sensors do. The same bytes for the same plan.
+// Large logs of one kind of entry, to measure with: classic CAN frames of 8 bytes, as a rule a
+// tenth of a millisecond apart, the messages by turns over all channels. The signals wander slowly
+// and carry a little noise, as those of sensors do. The same bytes for the same plan.
 namespace benchlog {
 
 enum class Widths {

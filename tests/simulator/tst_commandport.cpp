@@ -21,6 +21,7 @@ private slots:
     void severalMessagesInOneEnvelopeAreAllAnswered();
     void anImpossibleEnvelopeEndsTheConnection();
     void loggingIsStoppedUntilTheConnectionEnds();
+    void aDroppedConnectionMayComeAgain();
     void anUpdateIsAcknowledgedAndBringsTheLoggerBackWithItsVersion();
 };
 
@@ -158,6 +159,24 @@ void tst_CommandPort::loggingIsStoppedUntilTheConnectionEnds()
         QVERIFY(isStopped());
     }
     QTRY_VERIFY(!isStopped());
+}
+
+void tst_CommandPort::aDroppedConnectionMayComeAgain()
+{
+    SimulatedLogger logger;
+    RawClient commands(logger.address(), protocol::commandPort);
+    RawClient data(logger.address(), protocol::dataPort);
+    QCOMPARE(commands.ask("get_rtc_status()"), QByteArray("rtc_status=VALID"));
+    QVERIFY(!data.receive().isEmpty());
+    logger.dropDataConnections();
+    QVERIFY(data.waitForEnd());
+    QCOMPARE(commands.ask("get_rtc_status()"), QByteArray("rtc_status=VALID"));
+    logger.dropCommandConnections();
+    QVERIFY(commands.waitForEnd());
+    RawClient next(logger.address(), protocol::commandPort);
+    QCOMPARE(next.ask("get_rtc_status()"), QByteArray("rtc_status=VALID"));
+    RawClient nextData(logger.address(), protocol::dataPort);
+    QVERIFY(!nextData.receive().isEmpty());
 }
 
 void tst_CommandPort::anUpdateIsAcknowledgedAndBringsTheLoggerBackWithItsVersion()

@@ -93,6 +93,7 @@ private slots:
     void aBusWithoutKnownMessagesHasTraffic();
     void daqListsAreAnsweredUnderTheirPids();
     void tunnelingSendsBlocksAndStatus();
+    void mirroringSendsPacketsAndStatus();
     void transducerSheetsHoldBothParts();
     void wildConfigurationsDoNoHarm();
     void theLoadIsSpreadOverTwelveChannels();
@@ -255,6 +256,29 @@ void tst_LiveStream::tunnelingSendsBlocksAndStatus()
     }
     QVERIFY(anyBlock);
     QVERIFY(count(streamed(state, 1), rawlog::RLD_ETH_INFO, 0) > 0);
+}
+
+void tst_LiveStream::mirroringSendsPacketsAndStatus()
+{
+    LoggerState state;
+    switchEverythingOff(state);
+    state.configuration.eth.module_selection = 2;
+    state.configuration.eth.tunneling.mirroring_enabled = 1;
+    QSet<int> kinds;
+    for (const StdLogEntry &entry : entriesOf(streamed(state, 1))) {
+        if (entry.type != rawlog::RLD_ETH_INFO)
+            continue;
+        QCOMPARE(int(entry.sub), 3);
+        const int kind = entry.data.at(0);
+        kinds.insert(kind);
+        if (kind != 2)
+            continue;
+        // Kind and length, then an ethernet frame of an IP packet that tells its own length.
+        const std::size_t frame = entry.data.at(1) | entry.data.at(2) << 8;
+        QCOMPARE(entry.data.size(), 3 + frame);
+        QCOMPARE(std::size_t(entry.data.at(3 + 16) << 8 | entry.data.at(3 + 17)), frame - 14);
+    }
+    QCOMPARE(kinds, (QSet<int>{0, 2}));
 }
 
 void tst_LiveStream::transducerSheetsHoldBothParts()

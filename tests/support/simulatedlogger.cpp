@@ -53,5 +53,15 @@ void SimulatedLogger::clearFaults()
 
 void SimulatedLogger::push(int type)
 {
-    call([this, type] { m_simulator->commandPort().push(type); });
+    call([this, type] { m_simulator->push(type); });
+}
+
+void SimulatedLogger::dropCommandConnections()
+{
+    call([this] { m_simulator->commandPort().dropConnections(); });
+}
+
+void SimulatedLogger::dropDataConnections()
+{
+    call([this] { m_simulator->dataPort().dropConnections(); });
 }

@@ -29,6 +29,10 @@ public:
     // Sends the record of this message type without being asked.
     void push(int type);
 
+    // The next connections work again.
+    void dropCommandConnections();
+    void dropDataConnections();
+
     // Runs function(LoggerSimulator &) on the simulator's thread and gives what it returns.
     template <class Function>
     auto inspect(Function function)
