@@ -1,6 +1,7 @@
 #include "app/interfacetree.h"
 
 #include <QHeaderView>
+#include <QScrollBar>
 
 namespace {
 
@@ -29,6 +30,13 @@ InterfaceTree::InterfaceTree(QWidget *parent)
     }
     for (const char *open : {"Datalogger", "Interfaces", "Modules"})
         itemOf(QLatin1String(open))->setExpanded(true);
+}
+
+QSize InterfaceTree::sizeHint() const
+{
+    const int width =
+        sizeHintForColumn(0) + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+    return {width, QTreeWidget::sizeHint().height()};
 }
 
 void InterfaceTree::setPages(const std::vector<PageRow> &pages)

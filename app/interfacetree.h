@@ -12,6 +12,9 @@ class InterfaceTree : public QTreeWidget
 public:
     explicit InterfaceTree(QWidget *parent = nullptr);
 
+    // Wide enough for every text that is visible.
+    [[nodiscard]] QSize sizeHint() const override;
+
     // Which items depend on what a logger has. The rows name items of the tree.
     void setPages(const std::vector<PageRow> &pages);
 

@@ -74,7 +74,8 @@ MainWindow::MainWindow(AppController *controller, const QString &componentName,
     m_ui->setupUi(this);
     m_status = new StatusFields(m_ui->statusbar, m_parts.link.get());
     m_ui->splitter->setStretchFactor(1, 1);
-    m_ui->splitter->setSizes({230, 900});
+    const int treeWidth = m_ui->treeWidget->sizeHint().width();
+    m_ui->splitter->setSizes({treeWidth, qMax(width() - treeWidth, treeWidth)});
     setIcons();
     fillAddressBox();
     fillConversionMenu();

@@ -24,6 +24,7 @@ DialogCmdWindow::DialogCmdWindow(AppController *controller, Logger_Data_Handler_
     m_ui->setupUi(this);
     m_ui->plainTextEdit_cmdlist->setMaximumBlockCount(maxLines);
     m_ui->lineEdit_cmd->installEventFilter(this);
+    m_ui->lineEdit_cmd->setFocus();
     update_gui();
 }
 

@@ -12,6 +12,7 @@ private slots:
     void init() { m_bench = std::make_unique<WindowBench>(); }
     void cleanup() { m_bench.reset(); }
 
+    void theTreeIsWideEnoughForItsTexts();
     void theItemsStandInTheirGroups();
     void everyItemShowsItsPage_data();
     void everyItemShowsItsPage();
@@ -60,6 +61,14 @@ QSet<QString> tst_InterfaceTree::disabledItems() const
         if ((*it)->isDisabled())
             texts.insert((*it)->text(0));
     return texts;
+}
+
+void tst_InterfaceTree::theTreeIsWideEnoughForItsTexts()
+{
+    const InterfaceTree tree;
+    constexpr int levels = 3;
+    const int text = tree.fontMetrics().horizontalAdvance(QStringLiteral("Automotive-Ethernet"));
+    QVERIFY(tree.sizeHint().width() >= levels * tree.indentation() + text);
 }
 
 void tst_InterfaceTree::theItemsStandInTheirGroups()

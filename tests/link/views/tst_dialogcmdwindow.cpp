@@ -20,6 +20,7 @@ private slots:
     void sendingIsPossibleOnlyWhileConnected();
     void theUpArrowBringsBackEarlierCommands();
     void clearEmptiesTheList();
+    void theCommandLineTakesTheFirstKeys();
 };
 
 namespace {
@@ -127,6 +128,12 @@ void tst_DialogCmdWindow::clearEmptiesTheList()
     window.send("a");
     QTest::mouseClick(window.child<QPushButton>("pushButton_clear"), Qt::LeftButton);
     QCOMPARE(window.list(), QString());
+}
+
+void tst_DialogCmdWindow::theCommandLineTakesTheFirstKeys()
+{
+    Window window(always("OK"));
+    QCOMPARE(window.dialog.focusWidget(), window.line);
 }
 
 QTEST_MAIN(tst_DialogCmdWindow)
