@@ -66,7 +66,7 @@ struct FaultSetting
     Fault fault;
     QString value; // as the kind of the row says
     // The command (its word) or the message type (decimal) to which a fault of the command port is
-    // confined; empty: all of them.
+    // confined, or "push" for what the logger sends unasked; empty: all of them.
     QString word;
 };
 

@@ -1,5 +1,7 @@
+#include "MDF4Conversion/rawlog/drive/drivemath.h"
 #include "MDF4Conversion/rawlog/stdlogentry.h"
 #include "link/protocol/framereader.h"
+#include "simulator/configurationrecords.h"
 #include "simulator/livestream.h"
 #include "simulator/loggerstate.h"
 
@@ -96,6 +98,7 @@ private slots:
     void mirroringSendsPacketsAndStatus();
     void transducerSheetsHoldBothParts();
     void wildConfigurationsDoNoHarm();
+    void damagedRecordsDoNoHarm();
     void theLoadIsSpreadOverTwelveChannels();
     void theClockGoesOnWhenTheConfigurationChanges();
     void aLongPauseIsLeftOut();
@@ -352,6 +355,30 @@ void tst_LiveStream::wildConfigurationsDoNoHarm()
         if (entry.type == rawlog::RLD_CAN)
             QVERIFY(entry.data.size() <= 64);
     }
+}
+
+void tst_LiveStream::damagedRecordsDoNoHarm()
+{
+    constexpr quint32 noiseStream = 7;
+    LoggerState state;
+    quint64 used = 0;
+    const auto random = [&used](int below) {
+        return int(drive::randomBits(noiseStream, used++) % quint64(below));
+    };
+    int taken = 0;
+    for (int round = 0; round < 4; ++round) {
+        for (int type = 0; type < 256; ++type) {
+            auto record = simulator::recordBytes(state.configuration, type);
+            if (!record)
+                continue;
+            for (int i = 0; i < 10; ++i)
+                (*record)[random(record->size())] = char(random(256));
+            taken += simulator::takeRecord(state.configuration, type, *record);
+        }
+        for (const StdLogEntry &entry : entriesOf(streamed(state, 1)))
+            QVERIFY(entry.isComplete());
+    }
+    QVERIFY(taken > 20);
 }
 
 void tst_LiveStream::theLoadIsSpreadOverTwelveChannels()
