@@ -58,7 +58,7 @@ void Logger_Data_Handler_Class::connectWorkers()
     connect(
         m_commands.get(), &CMD_Handler_Class::signal_streaming_prot_received, this,
         [this](int type, QByteArray *data) {
-            m_commands->recordTaken(data->size());
+            m_commands->recordTaken(data);
             slot_streaming_prot_received(type, data);
         },
         Qt::QueuedConnection);
