@@ -163,7 +163,7 @@ void CMD_Handler_Class::process(const protocol::Message &message)
             qWarning() << "Something Went Wrong - Landed in DEFAULT";
         return;
     }
-    if (m_wait.answer(ReplyWait::Kind::Streaming, message.sequence))
+    if (m_wait.answer(ReplyWait::Kind::Streaming, message.sequence, message.payload))
         m_responseTimer->stop();
     if (isRecord)
         passOn(message);

@@ -32,6 +32,8 @@ public:
     // Sends a record or an image and waits for the echo or acknowledgement. False, with
     // signal_cmd_timeout_error, when none came in time.
     [[nodiscard]] bool sendStreamingMessage(int type, const QByteArray &payload, int timeout_ms);
+    // The content of the echo, behind a sendStreamingMessage that has succeeded.
+    [[nodiscard]] QByteArray takeEcho() { return m_wait.takeReply(); }
 
     // From any thread.
     [[nodiscard]] bool isConnected() const { return m_isConnected; }
