@@ -15,7 +15,6 @@ namespace {
 constexpr int connectTimeout_ms = 10'000;
 constexpr int keepAliveInterval_ms = 5000;
 constexpr qint64 readBufferBytes = 1 << 20;
-constexpr qint64 maxPendingBytes = 256LL << 20;
 
 } // namespace
 
@@ -88,7 +87,8 @@ void CMD_Handler_Class::send(const protocol::Message &message, int timeout_ms)
         this,
         [this, timeout_ms, data = bytes.release()] {
             m_responseTimer->start(timeout_ms);
-            m_keepAliveTimer->start(keepAliveInterval_ms);
+            if (m_isConnected)
+                m_keepAliveTimer->start(keepAliveInterval_ms);
             write_data(data);
         },
         Qt::BlockingQueuedConnection);
@@ -101,7 +101,8 @@ bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port
     m_reader.reset();
     m_socket->abort();
     m_socket->connectToHost(tcp_address, tcp_port);
-    m_isConnected = m_socket->waitForConnected(connectTimeout_ms);
+    m_isConnected = m_socket->waitForConnected(connectTimeout_ms)
+                    && m_socket->state() == QAbstractSocket::ConnectedState;
     if (m_isConnected)
         m_keepAliveTimer->start(keepAliveInterval_ms);
     else if (m_lastError.isEmpty())
@@ -109,9 +110,12 @@ bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port
     return m_isConnected;
 }
 
+// A peer that doesn't read must not keep the connection closing: unsent bytes are given up.
 void CMD_Handler_Class::socket_disconnect()
 {
     m_socket->close();
+    if (m_socket->state() != QAbstractSocket::UnconnectedState)
+        m_socket->abort();
 }
 
 bool CMD_Handler_Class::is_socket_connected()
@@ -130,7 +134,7 @@ void CMD_Handler_Class::write_data(QByteArray *data)
     if (m_socket->state() == QAbstractSocket::ConnectedState && !owned->isEmpty())
         m_socket->write(*owned);
     else
-        m_wait.giveUp();
+        endWait();
 }
 
 void CMD_Handler_Class::read_cmd()
@@ -140,9 +144,7 @@ void CMD_Handler_Class::read_cmd()
             process(message);
         if (!m_reader.isBroken())
             continue;
-        if (m_warnings.allows())
-            qWarning() << "The logger announced an envelope of an impossible length.";
-        m_socket->close();
+        fail(QStringLiteral("The logger announced an envelope of an impossible length."));
         return;
     }
 }
@@ -161,7 +163,7 @@ void CMD_Handler_Class::process(const protocol::Message &message)
             qWarning() << "Something Went Wrong - Landed in DEFAULT";
         return;
     }
-    if (m_wait.answer(ReplyWait::Kind::Streaming, message.sequence))
+    if (m_wait.answer(ReplyWait::Kind::Streaming, message.sequence, message.payload))
         m_responseTimer->stop();
     if (isRecord)
         passOn(message);
@@ -169,31 +171,33 @@ void CMD_Handler_Class::process(const protocol::Message &message)
 
 void CMD_Handler_Class::passOn(const protocol::Message &message)
 {
-    qDebug() << "CMD_TYPE:" << message.type << " serialized data lenth:" << message.payload.size();
-    if (m_pendingBytes + message.payload.size() > maxPendingBytes) {
-        if (m_warnings.allows())
-            qWarning() << "Records come faster than they are read, one is dropped.";
-        return;
-    }
-    m_pendingBytes += message.payload.size();
-    auto data = std::make_unique<QByteArray>(message.payload);
-    emit signal_streaming_prot_received(message.type, data.release());
+    if (m_recordLines.allows())
+        qDebug() << "CMD_TYPE:" << message.type
+                 << " serialized data lenth:" << message.payload.size();
+    if (QByteArray *data = m_records.put(message.payload))
+        emit signal_streaming_prot_received(message.type, data);
+    else if (m_warnings.allows())
+        qWarning() << "Records come faster than they are read, one is dropped.";
 }
 
 void CMD_Handler_Class::socket_disconnected()
 {
     m_isConnected = false;
     m_keepAliveTimer->stop();
-    m_responseTimer->stop();
-    m_wait.giveUp();
-    emit signal_disconnected();
+    emit signal_disconnected(); // ahead of what the caller, who goes on then, has to tell
+    endWait();
 }
 
 void CMD_Handler_Class::tcp_socket_error(QAbstractSocket::SocketError)
 {
-    const QString text = m_socket->errorString();
+    fail(m_socket->errorString());
+}
+
+void CMD_Handler_Class::fail(const QString &text)
+{
     qWarning("Warning TCP-Cmd-Socket-Error %s", text.toLatin1().constData());
     m_lastError = text; // closing forgets it
+    m_isConnected = false;
     emit signal_socket_error(text);
     m_socket->close();
     m_socket->abort();
@@ -202,5 +206,12 @@ void CMD_Handler_Class::tcp_socket_error(QAbstractSocket::SocketError)
 void CMD_Handler_Class::cmd_response_timeout_occured()
 {
     qDebug() << "std_cmd_response_timeout_occured";
+    endWait();
+}
+
+// A timer that went on could end the wait of a later command.
+void CMD_Handler_Class::endWait()
+{
+    m_responseTimer->stop();
     m_wait.giveUp();
 }

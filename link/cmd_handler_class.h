@@ -3,6 +3,7 @@
 #include "link/messagerate.h"
 #include "link/protocol/envelope.h"
 #include "link/protocol/sequencenumber.h"
+#include "link/recordsunderway.h"
 #include "link/replywait.h"
 
 #include <QAbstractSocket>
@@ -16,7 +17,7 @@ class QTimer;
 
 // Owns the command socket. The object lives on its own thread, where all slots run; sendCommand and
 // sendStreamingMessage are called by one other thread, which waits in them. Both threads use the
-// reply wait and the atomics, nothing else.
+// reply wait, the records under way and the atomic, nothing else.
 class CMD_Handler_Class : public QThread
 {
     Q_OBJECT
@@ -31,12 +32,14 @@ public:
     // Sends a record or an image and waits for the echo or acknowledgement. False, with
     // signal_cmd_timeout_error, when none came in time.
     [[nodiscard]] bool sendStreamingMessage(int type, const QByteArray &payload, int timeout_ms);
+    // The content of the echo, behind a sendStreamingMessage that has succeeded.
+    [[nodiscard]] QByteArray takeEcho() { return m_wait.takeReply(); }
 
     // From any thread.
     [[nodiscard]] bool isConnected() const { return m_isConnected; }
 
-    // The receiver of signal_streaming_prot_received has taken this many bytes.
-    void recordTaken(int bytes) { m_pendingBytes -= bytes; }
+    // The receiver of signal_streaming_prot_received owns the record from now on.
+    void recordTaken(const QByteArray *data) { m_records.release(data); }
 
 public slots:
     bool socket_connect(QHostAddress tcp_address, ushort tcp_port);
@@ -51,7 +54,7 @@ public slots:
 
 signals:
     void signal_disconnected();
-    // The receiver owns the bytes.
+    // The one receiver calls recordTaken() with the bytes and owns them then.
     void signal_streaming_prot_received(int type, QByteArray *data);
     void signal_socket_error(QString error_txt);
     void signal_cmd_timeout_error(int cmd_type);
@@ -64,6 +67,8 @@ private:
     void send(const protocol::Message &message, int timeout_ms);
     void process(const protocol::Message &message);
     void passOn(const protocol::Message &message);
+    void fail(const QString &text);
+    void endWait();
 
     QTcpSocket *m_socket = nullptr;
     QTimer *m_responseTimer = nullptr;
@@ -71,6 +76,7 @@ private:
     protocol::EnvelopeReader m_reader;
     QString m_lastError;
     MessageRate m_warnings;
+    MessageRate m_recordLines{100};
 
     // Of the calling thread.
     protocol::SequenceNumber m_streamingSequence;
@@ -78,5 +84,5 @@ private:
 
     ReplyWait m_wait;
     std::atomic<bool> m_isConnected{false};
-    std::atomic<qint64> m_pendingBytes{0}; // of records that the receiver hasn't taken
+    RecordsUnderway m_records;
 };

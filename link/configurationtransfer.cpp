@@ -96,9 +96,21 @@ void Logger_Data_Handler_Class::fakeTransfer(int type, const QByteArray &bytes)
 void Logger_Data_Handler_Class::slot_streaming_prot_received(int type, QByteArray *data)
 {
     const std::unique_ptr<QByteArray> owned(data);
-    qDebug() << "slot_streaming_prot_received TYPE:" << type;
+    if (m_recordLines.allows())
+        qDebug() << "slot_streaming_prot_received TYPE:" << type;
     if (!applyRecord(type, *owned) && m_warnings.allows())
         qWarning() << "slot_streaming_prot_received -> UNKNOWN-Type";
+}
+
+// What is cut short would read as a record of defaults.
+template <class R>
+bool Logger_Data_Handler_Class::takeRecord(const QByteArray &data, R &record)
+{
+    if (record::frameIsWhole(data))
+        return record::fromBytes(data, record);
+    if (m_warnings.allows())
+        qWarning() << "A record of the logger is not whole, it is dropped.";
+    return false;
 }
 
 // False for a type that carries no record of ours.
@@ -107,49 +119,50 @@ bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
     using namespace protocol;
     switch (type) {
     case WholeConfiguration:
-        record::fromBytes(data, *m_terminal);
-        emit signal_full_update();
+        if (takeRecord(data, *m_terminal))
+            emit signal_full_update();
         return true;
     case Gps:
-        record::fromBytes(data, m_terminal->gps);
-        emit signal_update_cfg_gps();
+        if (takeRecord(data, m_terminal->gps))
+            emit signal_update_cfg_gps();
         return true;
     case Agm:
-        record::fromBytes(data, m_terminal->agm);
-        emit sigUpdCfgAgm();
+        if (takeRecord(data, m_terminal->agm))
+            emit sigUpdCfgAgm();
         return true;
     case Lte:
         return true;
     case LogTrigger:
-        record::fromBytes(data, m_terminal->trigger);
-        emit signal_update_cfg_logtrigger();
+        if (takeRecord(data, m_terminal->trigger))
+            emit signal_update_cfg_logtrigger();
         return true;
     case AuxSupply:
-        record::fromBytes(data, m_terminal->event);
-        emit signal_full_update();
+        if (takeRecord(data, m_terminal->event))
+            emit signal_full_update();
         return true;
     default:
         break;
     }
     if (auto *can = elementOf(m_terminal->can, indexIn(type, Can, canTypes))) {
-        record::fromBytes(data, *can);
-        emit signal_update_cfg_can(type - Can);
-        emit signal_update_cfg_logtrigger(); // its signals come from the channels
+        if (takeRecord(data, *can)) {
+            emit signal_update_cfg_can(type - Can);
+            emit signal_update_cfg_logtrigger(); // its signals come from the channels
+        }
         return true;
     }
     if (auto *port = elementOf(m_terminal->rs485, indexIn(type, Rs485, rs485Types))) {
-        record::fromBytes(data, *port);
-        emit signal_update_cfg_rs485(type - Rs485);
+        if (takeRecord(data, *port))
+            emit signal_update_cfg_rs485(type - Rs485);
         return true;
     }
     if (auto *master = elementOf(m_terminal->ethercat, indexIn(type, EtherCat, etherCatTypes))) {
-        record::fromBytes(data, *master);
-        emit signal_update_cfg_ethercat(type - EtherCat);
+        if (takeRecord(data, *master))
+            emit signal_update_cfg_ethercat(type - EtherCat);
         return true;
     }
     if (type == Ethernet) {
-        record::fromBytes(data, m_terminal->eth);
-        emit signal_update_cfg_ethernet(type - Ethernet);
+        if (takeRecord(data, m_terminal->eth))
+            emit signal_update_cfg_ethernet(type - Ethernet);
         return true;
     }
     return false;

@@ -1,5 +1,7 @@
 #include "link/data_handler_class.h"
 
+#include "link/rawqueue.h"
+
 #include <QDebug>
 #include <QNetworkProxy>
 #include <QTcpSocket>
@@ -13,6 +15,7 @@ constexpr int connectTimeout_ms = 10'000;
 constexpr int copyInterval_ms = 100;
 constexpr int debugInterval_ms = 1000;
 constexpr qint64 readBufferBytes = 4 << 20;
+constexpr qint64 maxGatheredBytes = 4 << 20; // far more than a vehicle's buses fill in a cycle
 
 } // namespace
 
@@ -59,7 +62,8 @@ bool Data_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_por
     m_reader.reset();
     dropGathered();
     m_socket->connectToHost(tcp_address, tcp_port);
-    m_isConnected = m_socket->waitForConnected(connectTimeout_ms);
+    m_isConnected = m_socket->waitForConnected(connectTimeout_ms)
+                    && m_socket->state() == QAbstractSocket::ConnectedState;
     if (!m_isConnected && m_lastError.isEmpty())
         m_lastError = m_socket->errorString();
     return m_isConnected;
@@ -68,6 +72,7 @@ bool Data_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_por
 void Data_Handler_Class::socket_disconnect()
 {
     m_socket->close();
+    dropGathered();
 }
 
 bool Data_Handler_Class::is_socket_connected()
@@ -87,11 +92,21 @@ void Data_Handler_Class::read_socket_data()
     if (!m_dataEnabled)
         return;
     for (const QByteArray &frame : frames)
-        m_gathered.append(new QByteArray(frame));
+        gather(frame);
+}
+
+// A flood is handed over at once: what the other side doesn't take is counted and bounded there.
+void Data_Handler_Class::gather(const QByteArray &entry)
+{
+    m_gathered.append(new QByteArray(entry));
+    m_gatheredBytes += entry.size() + RawQueue::costOfEntry;
+    if (m_gatheredBytes > maxGatheredBytes)
+        copy_data_to_gui();
 }
 
 void Data_Handler_Class::copy_data_to_gui()
 {
+    m_gatheredBytes = 0;
     if (!m_gathered.isEmpty())
         emit signal_data_copy_ONLY_DIRECT_CONNECTION(std::exchange(m_gathered, {}));
 }
@@ -107,6 +122,7 @@ void Data_Handler_Class::tcp_socket_error(QAbstractSocket::SocketError)
     const QString text = m_socket->errorString();
     qWarning("Warning TCP-Data-Socket-Error %s", text.toLatin1().constData());
     m_lastError = text; // closing forgets it
+    m_isConnected = false;
     emit signal_socket_error(text);
     m_socket->close();
     m_socket->abort();
@@ -124,4 +140,5 @@ void Data_Handler_Class::dropGathered()
 {
     qDeleteAll(m_gathered);
     m_gathered.clear();
+    m_gatheredBytes = 0;
 }

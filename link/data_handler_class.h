@@ -47,11 +47,13 @@ protected:
 
 private:
     void socketDisconnected();
+    void gather(const QByteArray &entry);
     void dropGathered();
 
     QTcpSocket *m_socket = nullptr;
     protocol::FrameReader m_reader;
     QList<QByteArray *> m_gathered; // owned
+    qint64 m_gatheredBytes = 0;
     QString m_lastError;
     int m_readCalls = 0; // since the last debug output
 

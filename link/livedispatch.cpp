@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <iostream>
+#include <new>
+#include <sstream>
+#include <string>
 #include <utility>
 
 namespace {
@@ -24,13 +27,19 @@ void appendIfAny(QList<T *> &list, const std::optional<T> &value)
 // Emits the list by `send`, unless it is empty, and deletes what was in it. The list is taken first:
 // a receiver that spins an event loop must not meet it again.
 template <class T, class Send>
-void handOut(QList<T *> &list, Send send)
+void handOut(live::Deliveries &deliveries, QList<T *> &list, Send send)
 {
     if (list.isEmpty())
         return;
-    QList<T *> taken = std::exchange(list, {});
-    send(taken);
+    const QList<T *> taken = std::exchange(list, {});
+    deliveries.run([&] { send(taken); });
     qDeleteAll(taken);
+}
+
+template <class T>
+void drop(QList<T *> &list)
+{
+    qDeleteAll(std::exchange(list, {}));
 }
 
 } // namespace
@@ -46,11 +55,32 @@ void Logger_Data_Handler_Class::slot_take_logger_data(QList<QByteArray *> data)
 void Logger_Data_Handler_Class::slot_process_logger_data()
 {
     const QList<QByteArray *> entries = m_rawQueue.takeAll();
+    live::Deliveries deliveries; // some entries go to their receivers at once
     for (const QByteArray *entry : entries)
-        decode(*entry);
+        deliveries.run([&] { decode(*entry); });
     qDeleteAll(entries);
     QMetaObject::invokeMethod(this, &Logger_Data_Handler_Class::send_signals_to_data_receivers,
                               Qt::QueuedConnection);
+    deliveries.rethrowFirst();
+}
+
+// Entries of a connection that has ended say nothing about the next one.
+void Logger_Data_Handler_Class::dropLiveData()
+{
+    qDeleteAll(m_rawQueue.takeAll());
+    for (auto &list : m_canMessages)
+        drop(list);
+    for (auto &list : m_d4modValues)
+        drop(list);
+    drop(m_agmSamples);
+    drop(m_gpsFixes);
+    drop(m_lteStatus);
+    drop(m_tunnelingMessages);
+    drop(m_ethernetFrames);
+    m_ccpXcpInfos = {};
+    m_ports = {};
+    m_systemInfos = {};
+    m_systemInfosAreNew = false;
 }
 
 Logger_Data_Handler_Class::Decoder Logger_Data_Handler_Class::decoderOf(quint8 type)
@@ -99,10 +129,15 @@ void Logger_Data_Handler_Class::decode(const QByteArray &entry)
 {
     ++m_liveEntries;
     const quint8 type = live::typeOf(entry);
-    if (const Decoder decoder = decoderOf(type))
-        (this->*decoder)(entry);
-    else if (m_warnings.allows())
-        qDebug() << "unknown Protocoll type: " << type;
+    try {
+        if (const Decoder decoder = decoderOf(type))
+            (this->*decoder)(entry);
+        else if (m_warnings.allows())
+            qDebug() << "unknown Protocoll type: " << type;
+    } catch (const std::bad_alloc &) {
+        if (m_warnings.allows())
+            qDebug() << "SIFUP";
+    }
 }
 
 void Logger_Data_Handler_Class::takeCan(const QByteArray &entry)
@@ -142,15 +177,23 @@ void Logger_Data_Handler_Class::takeEthernet(const QByteArray &entry)
     if (live::subOf(entry) == live::xcpFrameSub)
         m_ethernetFrames.append(live::ethernetFrame(entry));
     else if (live::subOf(entry) == live::tunnelingSub)
-        m_tunnelingMessages += TunnelingMsgCreator::newTunnelingMessage(
-            entry, m_warnings.allows() ? &std::cerr : nullptr);
+        takeTunnelingBlock(entry);
+}
+
+void Logger_Data_Handler_Class::takeTunnelingBlock(const QByteArray &entry)
+{
+    std::ostringstream warnings;
+    m_tunnelingMessages += TunnelingMsgCreator::newTunnelingMessage(entry, &warnings);
+    const std::string text = warnings.str();
+    if (!text.empty() && m_warnings.allows())
+        std::cerr << text;
 }
 
 void Logger_Data_Handler_Class::takeEthernetInfo(const QByteArray &entry)
 {
     constexpr quint8 xcpSub = 1;
     constexpr quint8 hsfzSub = 2;
-    constexpr quint8 mirroringSub = 3;
+    constexpr quint8 firstMirroringSub = 3;
     const quint8 port = live::numberOf(entry);
     if (port != 0)
         return;
@@ -168,7 +211,7 @@ void Logger_Data_Handler_Class::takeEthernetInfo(const QByteArray &entry)
                && isSignalConnected(
                    QMetaMethod::fromSignal(&Logger_Data_Handler_Class::sigEthHSFZNfo))) {
         emit sigEthHSFZNfo(port, copied(), uint(entry.size()));
-    } else if (sub == mirroringSub
+    } else if (sub >= firstMirroringSub
                && isSignalConnected(
                    QMetaMethod::fromSignal(&Logger_Data_Handler_Class::sigEthMirroringNfo))) {
         emit sigEthMirroringNfo(port, copied(), uint(entry.size()));
@@ -237,36 +280,43 @@ void Logger_Data_Handler_Class::takeSystemInfos(const QByteArray &entry)
 
 void Logger_Data_Handler_Class::send_signals_to_data_receivers()
 {
+    live::Deliveries out;
     for (int can = 0; can < live::canChannels; ++can) {
-        handOut(m_canMessages.at(std::size_t(can)),
+        handOut(out, m_canMessages.at(std::size_t(can)),
                 [this, can](const auto &list) { emit signal_can_msg_list(can, list); });
         if (const auto infos = std::exchange(m_ccpXcpInfos.at(std::size_t(can)), {}))
-            emit signal_ccp_xcp_infos(can, infos->sessionStatus, infos->lastSlaveResponse);
+            out.run([&] {
+                emit signal_ccp_xcp_infos(can, infos->sessionStatus, infos->lastSlaveResponse);
+            });
     }
-    handOut(m_agmSamples, [this](const auto &list) { emit signal_agm_data_list(list); });
-    handOut(m_gpsFixes, [this](const auto &list) { emit signal_gps_data_list(list); });
+    handOut(out, m_agmSamples, [this](const auto &list) { emit signal_agm_data_list(list); });
+    handOut(out, m_gpsFixes, [this](const auto &list) { emit signal_gps_data_list(list); });
     for (int port = 0; port < live::rs485Ports; ++port)
-        sendPortSignals(port);
-    handOut(m_lteStatus, [this](const auto &list) { emit signal_lte_data_list(list); });
-    handOut(m_tunnelingMessages,
+        sendPortSignals(port, out);
+    handOut(out, m_lteStatus, [this](const auto &list) { emit signal_lte_data_list(list); });
+    handOut(out, m_tunnelingMessages,
             [this](const auto &list) { emit sigEthTunnelingMsgList(0, list); });
-    handOut(m_ethernetFrames,
+    handOut(out, m_ethernetFrames,
             [this](const auto &list) { emit signal_ethernet_frame_list(0, list); });
     if (std::exchange(m_systemInfosAreNew, false))
-        emit signal_system_infos_received();
+        out.run([this] { emit signal_system_infos_received(); });
+    out.rethrowFirst();
 }
 
-void Logger_Data_Handler_Class::sendPortSignals(int rs485_nr)
+void Logger_Data_Handler_Class::sendPortSignals(int rs485_nr, live::Deliveries &out)
 {
-    handOut(m_d4modValues.at(std::size_t(rs485_nr)),
+    handOut(out, m_d4modValues.at(std::size_t(rs485_nr)),
             [this, rs485_nr](const auto &list) { emit signal_d4mod_msg_list(rs485_nr, list); });
     const PortStatus status = std::exchange(m_ports.at(std::size_t(rs485_nr)), {});
-    for (const auto &[channel, text] : status.teds)
-        emit signal_d4mod_TED_infos(rs485_nr, channel, text);
+    for (const auto &ted : status.teds)
+        out.run([&] { emit signal_d4mod_TED_infos(rs485_nr, ted.first, ted.second); });
     if (status.infos)
-        emit signal_rs485_infos(rs485_nr, status.infos->sessionStatus, status.infos->voltage_mV);
+        out.run([&] {
+            emit signal_rs485_infos(rs485_nr, status.infos->sessionStatus,
+                                    status.infos->voltage_mV);
+        });
     for (std::size_t channel = 0; channel < status.dtiVoltages_mV.size(); ++channel) {
         if (const auto voltage = status.dtiVoltages_mV.at(channel))
-            emit signal_d4mod_infos(rs485_nr, int(channel), *voltage);
+            out.run([&] { emit signal_d4mod_infos(rs485_nr, int(channel), *voltage); });
     }
 }

@@ -58,7 +58,7 @@ void Logger_Data_Handler_Class::connectWorkers()
     connect(
         m_commands.get(), &CMD_Handler_Class::signal_streaming_prot_received, this,
         [this](int type, QByteArray *data) {
-            m_commands->recordTaken(data->size());
+            m_commands->recordTaken(data);
             slot_streaming_prot_received(type, data);
         },
         Qt::QueuedConnection);
@@ -68,10 +68,10 @@ void Logger_Data_Handler_Class::connectWorkers()
             &Handler::connectionLost, Qt::QueuedConnection);
     connect(m_data.get(), &Data_Handler_Class::signal_disconnected, this, &Handler::connectionLost,
             Qt::QueuedConnection);
-    connect(m_commands.get(), &CMD_Handler_Class::signal_socket_error, this,
-            &Handler::check_emit_tcp_error_signal, Qt::QueuedConnection);
-    connect(m_data.get(), &Data_Handler_Class::signal_socket_error, this,
-            &Handler::check_emit_tcp_error_signal, Qt::QueuedConnection);
+    connect(m_commands.get(), &CMD_Handler_Class::signal_socket_error, this, &Handler::socketFailed,
+            Qt::QueuedConnection);
+    connect(m_data.get(), &Data_Handler_Class::signal_socket_error, this, &Handler::socketFailed,
+            Qt::QueuedConnection);
     connect(m_commands.get(), &CMD_Handler_Class::signal_cmd_timeout_error, this,
             &Handler::format_cmd_timeout_error, Qt::QueuedConnection);
     connect(m_commands.get(), &CMD_Handler_Class::signal_keep_alive_needed, this,
@@ -83,16 +83,26 @@ bool Logger_Data_Handler_Class::connectLogger(const QHostAddress &address)
     const auto open = [&address](auto &worker, quint16 port) {
         return onThreadOf(worker, [&] { return worker.socket_connect(address, port); });
     };
+    const auto lastError = [](auto &worker) {
+        return onThreadOf(worker, [&] { return worker.get_last_error(); });
+    };
     m_showsErrors = false;
+    bool areOpen = false;
     if (!open(*m_commands, protocol::commandPort))
-        showSocketFailure(onThreadOf(*m_commands, [this] { return m_commands->get_last_error(); }));
+        showSocketFailure(lastError(*m_commands));
     else if (!open(*m_data, protocol::dataPort))
-        showSocketFailure(onThreadOf(*m_data, [this] { return m_data->get_last_error(); }));
-    const bool areOpen = m_commands->isConnected() && m_data->isConnected();
+        showSocketFailure(lastError(*m_data));
+    else if (areOpen = areBothConnected(); !areOpen) // one of them was closed again at once
+        showSocketFailure(lastError(*m_commands) + lastError(*m_data));
     if (!areOpen)
         disconnectLogger();
     m_showsErrors = areOpen;
     return areOpen;
+}
+
+bool Logger_Data_Handler_Class::areBothConnected() const
+{
+    return m_commands->isConnected() && m_data->isConnected();
 }
 
 void Logger_Data_Handler_Class::showSocketFailure(const QString &text)
@@ -111,15 +121,22 @@ void Logger_Data_Handler_Class::disconnectLogger()
     onThreadOf(*m_commands, [this] { m_commands->socket_disconnect(); });
     onThreadOf(*m_data, [this] { m_data->socket_disconnect(); });
     m_showsErrors = false;
-    m_systemInfos = {};
+    dropLiveData();
     setAppState(APP_STA_DISCONN);
 }
 
 // The news of a lost connection may arrive when the next one is up.
 void Logger_Data_Handler_Class::connectionLost()
 {
-    if (!m_commands->isConnected() || !m_data->isConnected())
+    if (!areBothConnected())
         disconnectLogger();
+}
+
+// So may an error, which must not be shown for the present connection.
+void Logger_Data_Handler_Class::socketFailed(const QString &error_txt)
+{
+    if (!areBothConnected())
+        check_emit_tcp_error_signal(error_txt);
 }
 
 void Logger_Data_Handler_Class::check_emit_tcp_error_signal(QString error_txt)
@@ -212,7 +229,8 @@ bool Logger_Data_Handler_Class::disableStopLogging()
 
 bool Logger_Data_Handler_Class::requestConfiguration()
 {
-    return m_commands->sendStreamingMessage(protocol::ConfigurationRequest, {}, m_writeTimeout_ms);
+    return m_commands->sendStreamingMessage(protocol::ConfigurationRequest, {}, m_writeTimeout_ms)
+           && record::frameIsWhole(m_commands->takeEcho());
 }
 
 void Logger_Data_Handler_Class::enableLiveData()

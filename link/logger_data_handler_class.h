@@ -3,6 +3,7 @@
 #include "app/state/appcomponentbaseclass.h"
 #include "config/terminalstruct.h"
 #include "link/capabilities.h"
+#include "link/deliveries.h"
 #include "link/liveentries.h"
 #include "link/liveobjects.h"
 #include "link/messagerate.h"
@@ -175,6 +176,7 @@ signals:
 
 private slots:
     void connectionLost();
+    void socketFailed(const QString &error_txt);
 
 private:
     // Latest values of a port, and which of them views haven't seen.
@@ -186,11 +188,15 @@ private:
     };
 
     void connectWorkers();
+    [[nodiscard]] bool areBothConnected() const;
+    void dropLiveData();
     void showSocketFailure(const QString &text);
     bool sendRecord(int type, const QByteArray &bytes);
     void fakeTransfer(int type, const QByteArray &bytes);
     template <class R>
     bool writeRecord(int type, const R &record, const char *name);
+    template <class R>
+    bool takeRecord(const QByteArray &data, R &record);
     template <class R, class Owner, class T>
     bool writeField(int type, R &record, Owner &owner, T Owner::*field, T value, const char *name);
     bool applyRecord(int type, const QByteArray &data);
@@ -204,6 +210,7 @@ private:
     void takeGps(const QByteArray &entry);
     void takeEtherCat(const QByteArray &entry);
     void takeEthernet(const QByteArray &entry);
+    void takeTunnelingBlock(const QByteArray &entry);
     void takeEthernetInfo(const QByteArray &entry);
     void takeTransparentData(const QByteArray &entry);
     void takeEtherCatInfos(const QByteArray &entry);
@@ -214,7 +221,7 @@ private:
     void takeLte(const QByteArray &entry);
     void takeSystemInfos(const QByteArray &entry);
     void ignoreEntry(const QByteArray &) {}
-    void sendPortSignals(int rs485_nr);
+    void sendPortSignals(int rs485_nr, live::Deliveries &out);
 
     std::unique_ptr<TerminalStruct> m_terminal;
     std::unique_ptr<CMD_Handler_Class> m_commands;
@@ -230,6 +237,7 @@ private:
 
     quint64 m_liveEntries = 0;
     MessageRate m_warnings;
+    MessageRate m_recordLines{100};
     std::array<QList<CAN_Msg_Class *>, live::canChannels> m_canMessages; // all lists are owned
     std::array<std::optional<live::CcpXcpInfos>, live::canChannels> m_ccpXcpInfos;
     QList<AGM_DataContainer *> m_agmSamples;

@@ -12,12 +12,13 @@ bool RawQueue::put(const QList<QByteArray *> &entries)
     const std::lock_guard lock(m_mutex);
     const bool wasEmpty = m_entries.isEmpty();
     for (QByteArray *entry : entries) {
-        if (m_bytes + entry->size() > maxBytes) {
+        const qint64 cost = entry->size() + costOfEntry;
+        if (m_bytes + cost > maxBytes) {
             ++m_dropped;
             delete entry;
             continue;
         }
-        m_bytes += entry->size();
+        m_bytes += cost;
         m_entries.append(entry);
     }
     return wasEmpty && !m_entries.isEmpty();

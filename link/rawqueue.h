@@ -7,11 +7,13 @@
 #include <mutex>
 
 // Entries of the live stream on their way from the data worker's thread to the GUI thread. When
-// that doesn't come to take them, only so much is kept.
+// that doesn't come to take them, only so much is kept: each entry counts with its bytes and what
+// holding them costs.
 class RawQueue
 {
 public:
     static constexpr qint64 maxBytes = 64LL << 20;
+    static constexpr qint64 costOfEntry = 96;
 
     ~RawQueue();
 

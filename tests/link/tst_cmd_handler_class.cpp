@@ -4,8 +4,12 @@
 #include "tests/support/peerlogger.h"
 
 #include <QElapsedTimer>
+#include <QSemaphore>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTest>
+
+#include <atomic>
 
 using protocol::Message;
 
@@ -32,6 +36,12 @@ private slots:
     void aRefusedConnectionHasItsCause();
     void typesWithoutMeaningAreSkipped();
     void aKeepAliveIsAskedForWhileConnected();
+    void aMessageThatCannotGoOutLeavesNoTimerBehind();
+    void theLossIsToldBeforeTheWaitEnds();
+    void anImpossibleEnvelopeIsToldOnce();
+    void unsentBytesDontHoldAClosedConnection();
+    void recordsThatNobodyTakesAreBounded();
+    void manyRecordsDontFloodTheLog();
 };
 
 namespace {
@@ -67,7 +77,8 @@ public:
     explicit RecordSink(CMD_Handler_Class &worker)
     {
         connect(&worker, &CMD_Handler_Class::signal_streaming_prot_received, this,
-                [this](int type, QByteArray *data) {
+                [this, &worker](int type, QByteArray *data) {
+                    worker.recordTaken(data);
                     records.append({quint8(type), 0, *data});
                     delete data;
                 });
@@ -79,6 +90,53 @@ public:
 QByteArray okReply(const Message &message)
 {
     return textReply(message, "OK\r\n");
+}
+
+void onThreadOf(CMD_Handler_Class &worker, const std::function<void()> &function)
+{
+    QMetaObject::invokeMethod(&worker, function, Qt::BlockingQueuedConnection);
+}
+
+// Counts the messages of its scope, from all threads, that begin with a text.
+class MessageCount
+{
+public:
+    explicit MessageCount(const char *start)
+    {
+        wanted() = QString::fromLatin1(start);
+        count() = 0;
+        m_previous = qInstallMessageHandler(take);
+    }
+    ~MessageCount() { qInstallMessageHandler(m_previous); }
+    MessageCount(const MessageCount &) = delete;
+    MessageCount &operator=(const MessageCount &) = delete;
+
+    [[nodiscard]] int value() const { return count(); }
+
+private:
+    static QString &wanted()
+    {
+        static QString text;
+        return text;
+    }
+    static std::atomic<int> &count()
+    {
+        static std::atomic<int> value;
+        return value;
+    }
+    static void take(QtMsgType, const QMessageLogContext &, const QString &text)
+    {
+        if (text.startsWith(wanted()))
+            ++count();
+    }
+
+    QtMessageHandler m_previous;
+};
+
+// One envelope of many records without content.
+QByteArray emptyRecords(int count)
+{
+    return protocol::envelopeBytes(QVector<Message>(count, Message{protocol::Gps, 0, {}}));
 }
 
 } // namespace
@@ -265,6 +323,101 @@ void tst_CMD_Handler::aKeepAliveIsAskedForWhileConnected()
     Connected link(okReply);
     QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
     QVERIFY(needed.wait(8000));
+}
+
+// A timer that went on would end the wait of a later command.
+void tst_CMD_Handler::aMessageThatCannotGoOutLeavesNoTimerBehind()
+{
+    CMD_Handler_Class worker;
+    worker.start();
+    const MessageCount timeOuts("std_cmd_response_timeout_occured");
+    QVERIFY(!worker.sendStreamingMessage(4, "record", 0));
+    for (int turnsOfTheEventLoop = 0; turnsOfTheEventLoop < 5; ++turnsOfTheEventLoop)
+        onThreadOf(worker, [] {});
+    QCOMPARE(timeOuts.value(), 0);
+}
+
+// What a caller sends behind a failed wait has to stand behind the news in the event queue.
+void tst_CMD_Handler::theLossIsToldBeforeTheWaitEnds()
+{
+    constexpr int patience_ms = 100;
+    Connected link;
+    QSemaphore returned;
+    std::atomic<bool> hasReturnedFirst{false};
+    QObject::connect(
+        &link.worker, &CMD_Handler_Class::signal_disconnected, &link.worker,
+        [&] { hasReturnedFirst = returned.tryAcquire(1, patience_ms); }, Qt::DirectConnection);
+    QThread *closer = QThread::create([&link] {
+        while (link.peer.received().isEmpty())
+            QThread::yieldCurrentThread();
+        link.peer.closeCommandSocket();
+    });
+    closer->start();
+    (void)link.worker.sendCommand("a", 60'000);
+    returned.release();
+    closer->wait();
+    delete closer;
+    onThreadOf(link.worker, [] {});
+    QVERIFY(!hasReturnedFirst);
+}
+
+void tst_CMD_Handler::anImpossibleEnvelopeIsToldOnce()
+{
+    Connected link(okReply);
+    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
+    QSignalSpy errors(&link.worker, &CMD_Handler_Class::signal_socket_error);
+    (void)link.worker.sendCommand("a", 1000);
+    link.peer.sendCommandBytes(QByteArray::fromHex("aaffffffff"));
+    QTRY_COMPARE(lost.size(), 1);
+    QCOMPARE(errors, (QList<QVariantList>{{QStringLiteral(
+                         "The logger announced an envelope of an impossible length.")}}));
+}
+
+// The peer's system accepts the connection, but nobody reads from it.
+void tst_CMD_Handler::unsentBytesDontHoldAClosedConnection()
+{
+    QTcpServer silent;
+    QVERIFY(silent.listen(QHostAddress::LocalHost));
+    CMD_Handler_Class worker;
+    worker.start();
+    bool isConnected = false;
+    onThreadOf(worker, [&] {
+        isConnected = worker.socket_connect(silent.serverAddress(), silent.serverPort());
+    });
+    QVERIFY(isConnected);
+    QVERIFY(!worker.sendStreamingMessage(100, QByteArray(32 << 20, 'x'), 50));
+    onThreadOf(worker, [&] { worker.socket_disconnect(); });
+    QVERIFY(!worker.isConnected());
+    QCOMPARE(worker.sendCommand("a", 50), QByteArray("ERROR=-1001"));
+}
+
+void tst_CMD_Handler::recordsThatNobodyTakesAreBounded()
+{
+    constexpr int sent = 700'000;
+    Connected link;
+    std::atomic<int> passedOn{0};
+    QObject::connect(
+        &link.worker, &CMD_Handler_Class::signal_streaming_prot_received, &link.worker,
+        [&passedOn] { ++passedOn; }, Qt::DirectConnection);
+    link.peer.sendCommandBytes(emptyRecords(sent) + protocol::envelopeBytes({99, 0, {}}));
+    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
+    link.peer.closeCommandSocket();
+    QTRY_COMPARE_WITH_TIMEOUT(lost.size(), 1, 60'000);
+    QVERIFY(passedOn > 0);
+    QVERIFY(passedOn < sent);
+}
+
+void tst_CMD_Handler::manyRecordsDontFloodTheLog()
+{
+    constexpr int sent = 20'000;
+    const MessageCount lines("CMD_TYPE:");
+    Connected link;
+    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
+    link.peer.sendCommandBytes(emptyRecords(sent));
+    link.peer.closeCommandSocket();
+    QTRY_COMPARE_WITH_TIMEOUT(lost.size(), 1, 60'000);
+    QVERIFY(lines.value() > 0);
+    QVERIFY(lines.value() < sent / 10);
 }
 
 QTEST_GUILESS_MAIN(tst_CMD_Handler)

@@ -27,6 +27,8 @@ private slots:
     void offlineTheFilterLimitRunsOnAllChannelsOfAWholeConfiguration();
     void recordsRaiseTheirSignals_data();
     void recordsRaiseTheirSignals();
+    void aRecordThatIsCutIsWarnedOfAndIgnored_data();
+    void aRecordThatIsCutIsWarnedOfAndIgnored();
     void typesWithoutARecordAreWarnedOfAndIgnored_data();
     void typesWithoutARecordAreWarnedOfAndIgnored();
     void aLoadedConfigurationIsTakenOver();
@@ -272,8 +274,30 @@ void tst_ConfigurationTransfer::recordsRaiseTheirSignals()
     connect(&tool.handler, &Handler::signal_update_cfg_rs485, this, noteNumber("rs485-"));
     connect(&tool.handler, &Handler::signal_update_cfg_ethercat, this, noteNumber("ethercat"));
     connect(&tool.handler, &Handler::signal_update_cfg_ethernet, this, noteNumber("eth"));
-    tool.handler.slot_streaming_prot_received(type, new QByteArray);
+    const QByteArray emptyFrame = QByteArray::fromHex("0000000400000001");
+    tool.handler.slot_streaming_prot_received(type, new QByteArray(emptyFrame));
     QTEST(raised.join(QLatin1Char(' ')), "raised");
+}
+
+void tst_ConfigurationTransfer::aRecordThatIsCutIsWarnedOfAndIgnored_data()
+{
+    QTest::addColumn<int>("type");
+    for (const int type : {3, 4, 5, 20, 40, 41, 50, 70, 80})
+        QTest::addRow("%d", type) << type;
+}
+
+void tst_ConfigurationTransfer::aRecordThatIsCutIsWarnedOfAndIgnored()
+{
+    QFETCH(int, type);
+    Offline tool;
+    TerminalStruct held;
+    held.gps.gps_enabled = 1;
+    held.can[0].enabled = 1;
+    tool.handler.writeWholeConfiguration(held);
+    QTest::ignoreMessage(QtWarningMsg, "A record of the logger is not whole, it is dropped.");
+    tool.handler.slot_streaming_prot_received(
+        type, new QByteArray(record::toBytes(TerminalStruct()).left(9)));
+    QCOMPARE(tool.handler.terminal(), held);
 }
 
 void tst_ConfigurationTransfer::typesWithoutARecordAreWarnedOfAndIgnored_data()

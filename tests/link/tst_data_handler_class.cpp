@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <atomic>
+
 class tst_Data_Handler : public QObject
 {
     Q_OBJECT
@@ -16,6 +18,7 @@ private slots:
     void aNewConnectionStartsWithTheFlagCleared();
     void theLossOfTheSocketIsTold();
     void aRefusedConnectionHasItsCause();
+    void aFloodIsHandedOverBeforeTheCycleEnds();
 };
 
 namespace {
@@ -137,6 +140,33 @@ void tst_Data_Handler::aRefusedConnectionHasItsCause()
     QMetaObject::invokeMethod(
         &link.worker, [&] { cause = link.worker.get_last_error(); }, Qt::BlockingQueuedConnection);
     QCOMPARE(cause, QStringLiteral("Connection refused"));
+}
+
+// Far more arrives in one go than a cycle may gather.
+void tst_Data_Handler::aFloodIsHandedOverBeforeTheCycleEnds()
+{
+    constexpr int count = 1'000'000;
+    constexpr int mostInAList = 200'000;
+    std::atomic<int> entries{0};
+    std::atomic<int> largest{0};
+    Data_Handler_Class worker;
+    worker.start();
+    QObject::connect(
+        &worker, &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION, &worker,
+        [&](const QList<QByteArray *> &list) {
+            largest = qMax(int(largest), list.size());
+            entries += list.size();
+            qDeleteAll(list);
+        },
+        Qt::DirectConnection);
+    PeerLogger peer;
+    QMetaObject::invokeMethod(
+        &worker, [&] { (void)worker.socket_connect(peer.address(), protocol::dataPort); },
+        Qt::BlockingQueuedConnection);
+    worker.setDataEnabled(true);
+    peer.sendDataBytes(first.repeated(count));
+    QTRY_COMPARE_WITH_TIMEOUT(int(entries), count, 60'000);
+    QVERIFY(largest < mostInAList);
 }
 
 QTEST_GUILESS_MAIN(tst_Data_Handler)

@@ -7,6 +7,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <new>
+#include <stdexcept>
+
 using rawlog::entryBytes;
 
 // Entries are put in where the data worker would: no socket is needed.
@@ -34,6 +37,11 @@ private slots:
     void anUnknownTypeIsADebugLine();
     void listsComeInTheirOrder();
     void whatTheViewsDontTakeInTimeIsDroppedAndCounted();
+    void aReceiverThatThrowsHoldsNothingBack();
+    void aReceiverThatThrowsInDecodingLosesNoOtherEntry();
+    void withoutMemoryAnEntryIsDroppedWithADebugLine();
+    void aReceiverMayRunAnEventLoop();
+    void goodTunnelingBlocksDontUseUpTheWarnings();
 
 private:
     void take(const QList<QByteArray> &entries)
@@ -213,7 +221,8 @@ void tst_LiveDispatch::infosOfEthernetComeByTheirKind()
     QCOMPARE(xcp.size(), 1);
     QCOMPARE(xcp.first().at(4).value<int8_t>(), int8_t(1));
     QCOMPARE(found,
-             (QList<QByteArray>{"hsfz " + info(0, 2).toHex(), "mirroring " + info(0, 3).toHex()}));
+             (QList<QByteArray>{"hsfz " + info(0, 2).toHex(), "mirroring " + info(0, 3).toHex(),
+                                "mirroring " + info(0, 4).toHex()}));
 }
 
 void tst_LiveDispatch::systemInfosAreKept()
@@ -291,6 +300,75 @@ void tst_LiveDispatch::whatTheViewsDontTakeInTimeIsDroppedAndCounted()
     QVERIFY(m_handler->liveCounters().entries * quint64(large.size()) <= quint64(64) << 20);
     process({large});
     QCOMPARE(m_handler->liveCounters().dropped, dropped);
+}
+
+void tst_LiveDispatch::aReceiverThatThrowsHoldsNothingBack()
+{
+    using Handler = Logger_Data_Handler_Class;
+    int fixes = 0;
+    int frames = 0;
+    connect(m_handler.get(), &Handler::signal_can_msg_list, this,
+            [&frames](int, const QList<CAN_Msg_Class *> &list) {
+                frames += list.size();
+                throw std::out_of_range("map::at");
+            });
+    connect(m_handler.get(), &Handler::signal_gps_data_list, this,
+            [&fixes](const QList<GPS_DataContainer *> &list) { fixes += list.size(); });
+    take({rawlog::canEntry(1, 0, {}), rawlog::canEntry(1, 5, {}), rawlog::gpsEntry(2, {})});
+    m_handler->slot_process_logger_data();
+    QVERIFY_EXCEPTION_THROWN(m_handler->send_signals_to_data_receivers(), std::out_of_range);
+    QCOMPARE(frames, 2);
+    QCOMPARE(fixes, 1);
+    m_handler->send_signals_to_data_receivers(); // nothing is left to throw for
+}
+
+void tst_LiveDispatch::aReceiverThatThrowsInDecodingLosesNoOtherEntry()
+{
+    using Handler = Logger_Data_Handler_Class;
+    int frames = 0;
+    connect(m_handler.get(), &Handler::signal_can_msg_list, this, [&frames] { ++frames; });
+    connect(m_handler.get(), &Handler::signal_ethercat_data_prot, this,
+            [] { throw std::out_of_range("map::at"); });
+    take({rawlog::etherCatEntry(1, 0, "image"), rawlog::canEntry(1, 0, {})});
+    QVERIFY_EXCEPTION_THROWN(m_handler->slot_process_logger_data(), std::out_of_range);
+    QCoreApplication::processEvents();
+    QCOMPARE(frames, 1);
+}
+
+void tst_LiveDispatch::withoutMemoryAnEntryIsDroppedWithADebugLine()
+{
+    connect(m_handler.get(), &Logger_Data_Handler_Class::signal_ethercat_data_prot, this,
+            [] { throw std::bad_alloc(); });
+    QTest::ignoreMessage(QtDebugMsg, "SIFUP");
+    process({rawlog::etherCatEntry(1, 0, "image")});
+}
+
+// A receiver that opens a box: what comes meanwhile is delivered once, and after what it holds.
+void tst_LiveDispatch::aReceiverMayRunAnEventLoop()
+{
+    QList<quint32> ids;
+    connect(m_handler.get(), &Logger_Data_Handler_Class::signal_can_msg_list, this,
+            [&](int, const QList<CAN_Msg_Class *> &list) {
+                const quint32 id = list.first()->id;
+                ids.append(id);
+                if (id < 3)
+                    process({rawlog::canEntry(1, 4, {id + 1, false, ""})});
+                QCOMPARE(list.first()->id, id);
+            });
+    process({rawlog::canEntry(1, 4, {1, false, ""})});
+    QCOMPARE(ids, (QList<quint32>{1, 2, 3}));
+}
+
+void tst_LiveDispatch::goodTunnelingBlocksDontUseUpTheWarnings()
+{
+    const QByteArray lin = QByteArray(8, '\1') + QByteArray::fromHex("0500220161");
+    const QByteArray block =
+        entryBytes({rawlog::RLD_ETH, 0, 2, 0}, QByteArray(20, '\0') + lin + QByteArray(12, '\0'));
+    QList<QByteArray> entries;
+    for (int i = 0; i < 50; ++i)
+        entries.append(block);
+    QTest::ignoreMessage(QtDebugMsg, "unknown Protocoll type:  77");
+    process(entries << entryBytes({77, 0, 0, 0}, {}));
 }
 
 QTEST_GUILESS_MAIN(tst_LiveDispatch)

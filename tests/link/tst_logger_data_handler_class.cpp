@@ -32,6 +32,10 @@ private slots:
     void aCanMessageGoesOutAsText();
     void aKeepAliveAsksForTheVersion();
     void liveEntriesAreDeliveredOnceEnabled();
+    void anErrorOfAnEarlierConnectionIsNotShown();
+    void theFirstErrorBehindAnEarlierOneIsShown();
+    void whatIsUnderWayEndsWithTheConnection();
+    void aConfigurationThatIsCutIsNotReceived();
 };
 
 namespace {
@@ -287,6 +291,59 @@ void tst_Logger_Data_Handler::liveEntriesAreDeliveredOnceEnabled()
     tool.peer.sendDataBytes(QByteArray::fromHex("aa551000ff000000") + QByteArray(12, '\x7'));
     QTRY_COMPARE(received.size(), 1);
     QCOMPARE(tool.handler.systemInfos().flags, 0x07070707U);
+}
+
+// The error of the failed attempt is still in the event queue when the next one succeeds.
+void tst_Logger_Data_Handler::anErrorOfAnEarlierConnectionIsNotShown()
+{
+    Online tool("OK");
+    tool.handler.disconnectLogger();
+    QVERIFY(!tool.handler.connectLogger(nobody));
+    QVERIFY(tool.handler.connectLogger(tool.peer.address()));
+    QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
+    QCoreApplication::processEvents();
+    QCOMPARE(told, QList<QVariantList>());
+    QVERIFY(tool.handler.isConnected());
+}
+
+void tst_Logger_Data_Handler::theFirstErrorBehindAnEarlierOneIsShown()
+{
+    Online tool("OK");
+    tool.handler.disconnectLogger();
+    QVERIFY(!tool.handler.connectLogger(nobody));
+    QVERIFY(tool.handler.connectLogger(tool.peer.address()));
+    QCoreApplication::processEvents();
+    QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
+    QVERIFY(tool.handler.disableStopLogging());
+    tool.peer.closeCommandSocket();
+    QTRY_COMPARE(told.size(), 1);
+}
+
+void tst_Logger_Data_Handler::whatIsUnderWayEndsWithTheConnection()
+{
+    const QByteArray systemInfo = QByteArray::fromHex("aa551000ff000000") + QByteArray(12, '\x7');
+    Online tool("OK");
+    QSignalSpy received(&tool.handler, &Handler::signal_system_infos_received);
+    tool.handler.slot_take_logger_data({new QByteArray(systemInfo)});
+    tool.handler.disconnectLogger();
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    QCOMPARE(received.size(), 0);
+    QVERIFY(!tool.handler.systemInfos().received);
+    tool.handler.slot_take_logger_data({new QByteArray(systemInfo)});
+    QTRY_COMPARE(received.size(), 1);
+}
+
+void tst_Logger_Data_Handler::aConfigurationThatIsCutIsNotReceived()
+{
+    const QByteArray bytes = record::toBytes(TerminalStruct());
+    Online tool(PeerLogger::Answer([&bytes](const protocol::Message &message) {
+        return protocol::envelopeBytes({3, message.sequence, bytes.left(bytes.size() / 2)});
+    }));
+    QSignalSpy full(&tool.handler, &Handler::signal_full_update);
+    QVERIFY(!tool.handler.requestConfiguration());
+    QCoreApplication::processEvents();
+    QCOMPARE(full.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_Logger_Data_Handler)

@@ -12,6 +12,7 @@ private slots:
     void onlyTheFirstEntriesCallTheOtherSide();
     void entriesKeepTheirOrder();
     void whatExceedsTheLimitIsDroppedAndCounted();
+    void smallEntriesCountWithWhatTheyCost();
     void twoThreadsLoseNothing();
 };
 
@@ -51,12 +52,23 @@ void tst_RawQueue::entriesKeepTheirOrder()
 void tst_RawQueue::whatExceedsTheLimitIsDroppedAndCounted()
 {
     RawQueue queue;
-    const auto large = [] { return new QByteArray(int(RawQueue::maxBytes), 'x'); };
-    (void)queue.put({large(), new QByteArray("y")});
+    constexpr int allThereIs = int(RawQueue::maxBytes - RawQueue::costOfEntry);
+    (void)queue.put({new QByteArray(allThereIs, 'x'), new QByteArray("y")});
     QCOMPARE(queue.dropped(), quint64(1));
-    QCOMPARE(takenFrom(queue).size(), int(RawQueue::maxBytes));
+    QCOMPARE(takenFrom(queue).size(), allThereIs);
     (void)queue.put({new QByteArray("z")});
     QCOMPARE(takenFrom(queue), QByteArray("z"));
+    QCOMPARE(queue.dropped(), quint64(1));
+}
+
+void tst_RawQueue::smallEntriesCountWithWhatTheyCost()
+{
+    constexpr int count = int(RawQueue::maxBytes / RawQueue::costOfEntry) + 1;
+    RawQueue queue;
+    QList<QByteArray *> entries;
+    for (int i = 0; i < count; ++i)
+        entries.append(new QByteArray);
+    (void)queue.put(entries);
     QCOMPARE(queue.dropped(), quint64(1));
 }
 
