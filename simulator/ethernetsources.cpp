@@ -80,18 +80,18 @@ void addTunneling(const EthTunnelingCfg &tunneling, Schedule &schedule, const Ve
     });
 }
 
-// A UDP packet between two ECUs, without checksums.
+// A UDP packet between two ECUs, without checksums. The counter is its identification and begins its
+// payload.
 QByteArray udpFrame(quint16 count)
 {
-    QByteArray frame = QByteArray::fromHex("0250000000020250000000010800"             // ethernet
-                                           "4500002800000000401100000a0000010a000002" // IPv4
-                                           "8235823600140000"                         // UDP
-                                           "000000000000000000000000");
-    constexpr int identification = 18;
-    constexpr int payload = 42;
-    qToBigEndian(count, frame.data() + identification);
-    qToBigEndian(count, frame.data() + payload);
-    return frame;
+    QByteArray counter(sizeof count, '\0');
+    qToBigEndian(count, counter.data());
+    return QByteArray::fromHex("0250000000020250000000010800" // ethernet
+                               "45000028")                    // IPv4
+           + counter
+           + QByteArray::fromHex("0000401100000a0000010a000002"
+                                 "8235823600140000") // UDP
+           + counter + QByteArray(10, '\0');
 }
 
 void addMirroring(Schedule &schedule)
