@@ -20,6 +20,7 @@ private slots:
     void sendingIsPossibleOnlyWhileConnected();
     void theUpArrowBringsBackEarlierCommands();
     void clearEmptiesTheList();
+    void aHugeReplyIsShownCut();
 };
 
 namespace {
@@ -127,6 +128,16 @@ void tst_DialogCmdWindow::clearEmptiesTheList()
     window.send("a");
     QTest::mouseClick(window.child<QPushButton>("pushButton_clear"), Qt::LeftButton);
     QCOMPARE(window.list(), QString());
+}
+
+void tst_DialogCmdWindow::aHugeReplyIsShownCut()
+{
+    const QByteArray huge = "key=" + QByteArray(1 << 20, 'x');
+    Window window(always(huge.constData()));
+    window.send("a");
+    QVERIFY(window.list().size() < 100'000);
+    QVERIFY(window.list().startsWith(QStringLiteral("a\nkey=xxx")));
+    QVERIFY(window.list().endsWith(QStringLiteral("... (1048580 characters)")));
 }
 
 QTEST_MAIN(tst_DialogCmdWindow)
