@@ -36,6 +36,9 @@ private slots:
     void aRefusedConnectionHasItsCause();
     void typesWithoutMeaningAreSkipped();
     void aKeepAliveIsAskedForWhileConnected();
+    void keepAlivesDontGatherBehindALongWait();
+    void itsThreadSaysWhenItRunsConnectsAndEnds_data();
+    void itsThreadSaysWhenItRunsConnectsAndEnds();
     void aMessageThatCannotGoOutLeavesNoTimerBehind();
     void theLossIsToldBeforeTheWaitEnds();
     void anImpossibleEnvelopeIsToldOnce();
@@ -323,6 +326,39 @@ void tst_CMD_Handler::aKeepAliveIsAskedForWhileConnected()
     Connected link(okReply);
     QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
     QVERIFY(needed.wait(8000));
+}
+
+// Queued, each would wait for a reply of its own.
+void tst_CMD_Handler::keepAlivesDontGatherBehindALongWait()
+{
+    Connected link(okReply);
+    QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
+    const auto expire = [&link] { link.worker.keep_alive_expired(); };
+    onThreadOf(link.worker, expire);
+    onThreadOf(link.worker, expire);
+    QCOMPARE(needed.size(), 1);
+    (void)link.worker.sendCommand("a", 1000);
+    onThreadOf(link.worker, expire);
+    QCOMPARE(needed.size(), 2);
+}
+
+void tst_CMD_Handler::itsThreadSaysWhenItRunsConnectsAndEnds_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("runs") << QByteArray("CMD_Handler_Class executing event-looop: thread id - ");
+    QTest::newRow("connects") << QByteArray("CONNECT ");
+    QTest::newRow("ends") << QByteArray("CMD_Handler_Class leaved event-looop: thread id - ");
+}
+
+void tst_CMD_Handler::itsThreadSaysWhenItRunsConnectsAndEnds()
+{
+    QFETCH(QByteArray, line);
+    const MessageCount lines(line.constData());
+    {
+        const Connected link;
+        QVERIFY(link.isConnected);
+    }
+    QCOMPARE(lines.value(), 1);
 }
 
 // A timer that went on would end the wait of a later command.
