@@ -1,6 +1,7 @@
 #include "link/cmd_handler_class.h"
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
+#include "tests/support/messagecount.h"
 #include "tests/support/peerlogger.h"
 
 #include <QElapsedTimer>
@@ -99,42 +100,6 @@ void onThreadOf(CMD_Handler_Class &worker, const std::function<void()> &function
 {
     QMetaObject::invokeMethod(&worker, function, Qt::BlockingQueuedConnection);
 }
-
-// Counts the messages of its scope, from all threads, that begin with a text.
-class MessageCount
-{
-public:
-    explicit MessageCount(const char *start)
-    {
-        wanted() = QString::fromLatin1(start);
-        count() = 0;
-        m_previous = qInstallMessageHandler(take);
-    }
-    ~MessageCount() { qInstallMessageHandler(m_previous); }
-    MessageCount(const MessageCount &) = delete;
-    MessageCount &operator=(const MessageCount &) = delete;
-
-    [[nodiscard]] int value() const { return count(); }
-
-private:
-    static QString &wanted()
-    {
-        static QString text;
-        return text;
-    }
-    static std::atomic<int> &count()
-    {
-        static std::atomic<int> value;
-        return value;
-    }
-    static void take(QtMsgType, const QMessageLogContext &, const QString &text)
-    {
-        if (text.startsWith(wanted()))
-            ++count();
-    }
-
-    QtMessageHandler m_previous;
-};
 
 // One envelope of many records without content.
 QByteArray emptyRecords(int count)
