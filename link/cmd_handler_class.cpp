@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -45,7 +46,7 @@ void CMD_Handler_Class::run()
     connect(&socket, &QTcpSocket::readyRead, this, &CMD_Handler_Class::read_cmd);
     connect(&responseTimer, &QTimer::timeout, this,
             &CMD_Handler_Class::cmd_response_timeout_occured);
-    connect(&keepAliveTimer, &QTimer::timeout, this, &CMD_Handler_Class::signal_keep_alive_needed);
+    connect(&keepAliveTimer, &QTimer::timeout, this, &CMD_Handler_Class::keep_alive_expired);
 
     qDebug() << "CMD_Handler_Class executing event-looop: thread id - " << currentThreadId();
     exec();
@@ -86,6 +87,7 @@ void CMD_Handler_Class::send(const protocol::Message &message, int timeout_ms)
     QMetaObject::invokeMethod(
         this,
         [this, timeout_ms, data = bytes.release()] {
+            m_keepAliveIsAsked = false;
             m_responseTimer->start(timeout_ms);
             if (m_isConnected)
                 m_keepAliveTimer->start(keepAliveInterval_ms);
@@ -99,6 +101,7 @@ bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port
     qDebug() << "CONNECT " << tcp_address.toString() << tcp_port;
     m_lastError.clear();
     m_reader.reset();
+    m_keepAliveIsAsked = false;
     m_socket->abort();
     m_socket->connectToHost(tcp_address, tcp_port);
     m_isConnected = m_socket->waitForConnected(connectTimeout_ms)
@@ -207,6 +210,13 @@ void CMD_Handler_Class::cmd_response_timeout_occured()
 {
     qDebug() << "std_cmd_response_timeout_occured";
     endWait();
+}
+
+// The caller may be waiting in a long command: one request is enough for when it is back.
+void CMD_Handler_Class::keep_alive_expired()
+{
+    if (!std::exchange(m_keepAliveIsAsked, true))
+        emit signal_keep_alive_needed();
 }
 
 // A timer that went on could end the wait of a later command.

@@ -51,6 +51,7 @@ public slots:
     void socket_disconnected();
     void tcp_socket_error(QAbstractSocket::SocketError socketError);
     void cmd_response_timeout_occured();
+    void keep_alive_expired();
 
 signals:
     void signal_disconnected();
@@ -77,6 +78,7 @@ private:
     QString m_lastError;
     MessageRate m_warnings;
     MessageRate m_recordLines{100};
+    bool m_keepAliveIsAsked = false; // and no command has gone out since
 
     // Of the calling thread.
     protocol::SequenceNumber m_streamingSequence;

@@ -6,6 +6,8 @@
 
 #include <QDebug>
 
+#include <utility>
+
 using protocol::Command;
 using protocol::ValueCount;
 
@@ -64,18 +66,33 @@ void Logger_Data_Handler_Class::connectWorkers()
         Qt::QueuedConnection);
     connect(m_data.get(), &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION, this,
             &Handler::slot_take_logger_data, Qt::DirectConnection);
-    connect(m_commands.get(), &CMD_Handler_Class::signal_disconnected, this,
-            &Handler::connectionLost, Qt::QueuedConnection);
-    connect(m_data.get(), &Data_Handler_Class::signal_disconnected, this, &Handler::connectionLost,
-            Qt::QueuedConnection);
-    connect(m_commands.get(), &CMD_Handler_Class::signal_socket_error, this, &Handler::socketFailed,
-            Qt::QueuedConnection);
-    connect(m_data.get(), &Data_Handler_Class::signal_socket_error, this, &Handler::socketFailed,
-            Qt::QueuedConnection);
-    connect(m_commands.get(), &CMD_Handler_Class::signal_cmd_timeout_error, this,
-            &Handler::format_cmd_timeout_error, Qt::QueuedConnection);
-    connect(m_commands.get(), &CMD_Handler_Class::signal_keep_alive_needed, this,
-            &Handler::req_keep_alive, Qt::QueuedConnection);
+    connectNews(m_commands.get(), &CMD_Handler_Class::signal_disconnected,
+                &Handler::disconnectLogger);
+    connectNews(m_data.get(), &Data_Handler_Class::signal_disconnected, &Handler::disconnectLogger);
+    connectNews(m_commands.get(), &CMD_Handler_Class::signal_socket_error,
+                &Handler::check_emit_tcp_error_signal);
+    connectNews(m_data.get(), &Data_Handler_Class::signal_socket_error,
+                &Handler::check_emit_tcp_error_signal);
+    connectNews(m_commands.get(), &CMD_Handler_Class::signal_cmd_timeout_error,
+                &Handler::format_cmd_timeout_error);
+    connectNews(m_commands.get(), &CMD_Handler_Class::signal_keep_alive_needed,
+                &Handler::req_keep_alive);
+}
+
+// News is queued, and may be of a connection that has ended when the next one is up: it is told
+// apart by the number that it was sent with, on whichever thread that was.
+template <class Worker, class... Arguments>
+void Logger_Data_Handler_Class::connectNews(Worker *worker, void (Worker::*signal)(Arguments...),
+                                            void (Logger_Data_Handler_Class::*slot)(Arguments...))
+{
+    const auto queue = [this, slot](Arguments... arguments) {
+        const auto deliver = [this, slot, number = m_connectionNumber.load(), arguments...] {
+            if (number == m_connectionNumber)
+                (this->*slot)(arguments...);
+        };
+        QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+    };
+    connect(worker, signal, this, queue, Qt::DirectConnection);
 }
 
 bool Logger_Data_Handler_Class::connectLogger(const QHostAddress &address)
@@ -86,6 +103,8 @@ bool Logger_Data_Handler_Class::connectLogger(const QHostAddress &address)
     const auto lastError = [](auto &worker) {
         return onThreadOf(worker, [&] { return worker.get_last_error(); });
     };
+    closeSockets();
+    ++m_connectionNumber;
     m_showsErrors = false;
     bool areOpen = false;
     if (!open(*m_commands, protocol::commandPort))
@@ -116,34 +135,24 @@ bool Logger_Data_Handler_Class::isConnected() const
     return m_data->isConnected();
 }
 
-void Logger_Data_Handler_Class::disconnectLogger()
+void Logger_Data_Handler_Class::closeSockets()
 {
     onThreadOf(*m_commands, [this] { m_commands->socket_disconnect(); });
     onThreadOf(*m_data, [this] { m_data->socket_disconnect(); });
+}
+
+void Logger_Data_Handler_Class::disconnectLogger()
+{
+    closeSockets();
     m_showsErrors = false;
     dropLiveData();
     setAppState(APP_STA_DISCONN);
 }
 
-// The news of a lost connection may arrive when the next one is up.
-void Logger_Data_Handler_Class::connectionLost()
-{
-    if (!areBothConnected())
-        disconnectLogger();
-}
-
-// So may an error, which must not be shown for the present connection.
-void Logger_Data_Handler_Class::socketFailed(const QString &error_txt)
-{
-    if (!areBothConnected())
-        check_emit_tcp_error_signal(error_txt);
-}
-
 void Logger_Data_Handler_Class::check_emit_tcp_error_signal(QString error_txt)
 {
-    if (m_showsErrors)
+    if (std::exchange(m_showsErrors, false))
         emit signal_show_tcp_error(QStringLiteral("Socket: %1").arg(error_txt));
-    m_showsErrors = false;
 }
 
 void Logger_Data_Handler_Class::format_cmd_timeout_error(int cmd_type)

@@ -17,6 +17,7 @@
 #include <QObject>
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -174,10 +175,6 @@ signals:
     void sigEthHSFZNfo(uchar eth_nr, quint8 *rldEntry, uint len);
     void sigEthMirroringNfo(uchar eth_nr, quint8 *rldEntry, uint len);
 
-private slots:
-    void connectionLost();
-    void socketFailed(const QString &error_txt);
-
 private:
     // Latest values of a port, and which of them views haven't seen.
     struct PortStatus
@@ -189,6 +186,10 @@ private:
 
     void connectWorkers();
     [[nodiscard]] bool areBothConnected() const;
+    template <class Worker, class... Arguments>
+    void connectNews(Worker *worker, void (Worker::*signal)(Arguments...),
+                     void (Logger_Data_Handler_Class::*slot)(Arguments...));
+    void closeSockets();
     void dropLiveData();
     void showSocketFailure(const QString &text);
     bool sendRecord(int type, const QByteArray &bytes);
@@ -232,6 +233,7 @@ private:
     std::function<void(TerminalCanCfg &)> m_filterLimit;
     int m_writeTimeout_ms = 8000;
     bool m_showsErrors = false;
+    std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it
 
     RawQueue m_rawQueue; // the data worker puts in, this thread takes out
 

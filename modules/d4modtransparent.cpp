@@ -26,6 +26,8 @@ bool D4MODTransparent::setTransparentMode(bool on, QString &error)
 // Nobody reads a port before its modules are edited.
 void D4MODTransparent::dataArrived(const QByteArray &data)
 {
+    if (!m_warnings.allows())
+        return;
     qWarning() << "Data Arrived - but noone expected it.." << QString::fromLatin1(data)
                << "RS485:" << m_rs485Number;
 }

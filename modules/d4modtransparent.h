@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/messagerate.h"
+
 #include <QObject>
 
 namespace protocol {
@@ -25,4 +27,5 @@ public:
 private:
     protocol::CommandSender &m_sender;
     const int m_rs485Number;
+    MessageRate m_warnings;
 };

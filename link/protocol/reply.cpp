@@ -29,9 +29,16 @@ QString textOf(const QByteArray &reply)
     return QString::fromLatin1(end < 0 ? reply : reply.left(end));
 }
 
+// A reply may have 100 MB, a message box shows its start.
+QString startOf(const QString &text)
+{
+    constexpr int maxShown = 1000;
+    return text.size() > maxShown ? text.left(maxShown) + QStringLiteral("...") : text;
+}
+
 QString withResponse(const char *text, const QByteArray &reply)
 {
-    return QString::fromLatin1(text).arg(textOf(reply));
+    return QString::fromLatin1(text).arg(startOf(textOf(reply)));
 }
 
 QString noResponse(const QString &word)
@@ -75,7 +82,7 @@ QString errorText(const QByteArray &reply)
     bool isNumber = false;
     const int code = equals < 0 ? 0 : whole.mid(equals + 1).simplified().toInt(&isNumber);
     if (!isNumber)
-        return whole;
+        return startOf(whole);
     const auto text = errorTexts().find(code);
     return text == errorTexts().end() ? QString::number(code) : text->second;
 }

@@ -14,7 +14,8 @@ namespace protocol {
 [[nodiscard]] QString replyKey(const QByteArray &reply);
 // What is behind the first "=", divided at each comma. Empty without "=".
 [[nodiscard]] QStringList replyValues(const QByteArray &reply);
-// The text of an error reply's code; the code itself when it is unknown; else the whole reply.
+// The text of an error reply's code; the code itself when it is unknown; else the reply, of which no
+// text for the user holds more than the first 1000 characters.
 [[nodiscard]] QString errorText(const QByteArray &reply);
 
 // What came of a command. On failure `error` tells why, for the user.

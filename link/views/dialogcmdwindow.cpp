@@ -11,6 +11,15 @@ namespace {
 constexpr int timeout_ms = 1000;
 constexpr int maxLines = 600;
 constexpr int maxHistory = 100;
+constexpr int maxReply = 10'000; // characters that are shown
+
+QString shownReply(const QByteArray &reply)
+{
+    if (reply.size() <= maxReply)
+        return QString::fromLatin1(reply).trimmed();
+    return QString::fromLatin1(reply.left(maxReply))
+           + QStringLiteral("... (%1 characters)").arg(reply.size());
+}
 
 } // namespace
 
@@ -54,7 +63,7 @@ void DialogCmdWindow::on_pushButton_send_clicked()
         m_ui->plainTextEdit_cmdlist->appendPlainText(
             QStringLiteral("Error: No response received!"));
     else
-        appendLine("black", QString::fromLatin1(reply).trimmed());
+        appendLine("black", shownReply(reply));
 }
 
 void DialogCmdWindow::on_pushButton_clear_clicked()

@@ -1,6 +1,7 @@
 #include "link/cmd_handler_class.h"
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
+#include "tests/support/messagecount.h"
 #include "tests/support/peerlogger.h"
 
 #include <QElapsedTimer>
@@ -36,6 +37,9 @@ private slots:
     void aRefusedConnectionHasItsCause();
     void typesWithoutMeaningAreSkipped();
     void aKeepAliveIsAskedForWhileConnected();
+    void keepAlivesDontGatherBehindALongWait();
+    void itsThreadSaysWhenItRunsConnectsAndEnds_data();
+    void itsThreadSaysWhenItRunsConnectsAndEnds();
     void aMessageThatCannotGoOutLeavesNoTimerBehind();
     void theLossIsToldBeforeTheWaitEnds();
     void anImpossibleEnvelopeIsToldOnce();
@@ -96,42 +100,6 @@ void onThreadOf(CMD_Handler_Class &worker, const std::function<void()> &function
 {
     QMetaObject::invokeMethod(&worker, function, Qt::BlockingQueuedConnection);
 }
-
-// Counts the messages of its scope, from all threads, that begin with a text.
-class MessageCount
-{
-public:
-    explicit MessageCount(const char *start)
-    {
-        wanted() = QString::fromLatin1(start);
-        count() = 0;
-        m_previous = qInstallMessageHandler(take);
-    }
-    ~MessageCount() { qInstallMessageHandler(m_previous); }
-    MessageCount(const MessageCount &) = delete;
-    MessageCount &operator=(const MessageCount &) = delete;
-
-    [[nodiscard]] int value() const { return count(); }
-
-private:
-    static QString &wanted()
-    {
-        static QString text;
-        return text;
-    }
-    static std::atomic<int> &count()
-    {
-        static std::atomic<int> value;
-        return value;
-    }
-    static void take(QtMsgType, const QMessageLogContext &, const QString &text)
-    {
-        if (text.startsWith(wanted()))
-            ++count();
-    }
-
-    QtMessageHandler m_previous;
-};
 
 // One envelope of many records without content.
 QByteArray emptyRecords(int count)
@@ -323,6 +291,39 @@ void tst_CMD_Handler::aKeepAliveIsAskedForWhileConnected()
     Connected link(okReply);
     QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
     QVERIFY(needed.wait(8000));
+}
+
+// Queued, each would wait for a reply of its own.
+void tst_CMD_Handler::keepAlivesDontGatherBehindALongWait()
+{
+    Connected link(okReply);
+    QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
+    const auto expire = [&link] { link.worker.keep_alive_expired(); };
+    onThreadOf(link.worker, expire);
+    onThreadOf(link.worker, expire);
+    QCOMPARE(needed.size(), 1);
+    (void)link.worker.sendCommand("a", 1000);
+    onThreadOf(link.worker, expire);
+    QCOMPARE(needed.size(), 2);
+}
+
+void tst_CMD_Handler::itsThreadSaysWhenItRunsConnectsAndEnds_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("runs") << QByteArray("CMD_Handler_Class executing event-looop: thread id - ");
+    QTest::newRow("connects") << QByteArray("CONNECT ");
+    QTest::newRow("ends") << QByteArray("CMD_Handler_Class leaved event-looop: thread id - ");
+}
+
+void tst_CMD_Handler::itsThreadSaysWhenItRunsConnectsAndEnds()
+{
+    QFETCH(QByteArray, line);
+    const MessageCount lines(line.constData());
+    {
+        const Connected link;
+        QVERIFY(link.isConnected);
+    }
+    QCOMPARE(lines.value(), 1);
 }
 
 // A timer that went on would end the wait of a later command.

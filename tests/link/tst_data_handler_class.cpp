@@ -1,5 +1,6 @@
 #include "link/data_handler_class.h"
 #include "link/protocol/messagetypes.h"
+#include "tests/support/messagecount.h"
 #include "tests/support/peerlogger.h"
 
 #include <QSignalSpy>
@@ -19,6 +20,8 @@ private slots:
     void theLossOfTheSocketIsTold();
     void aRefusedConnectionHasItsCause();
     void aFloodIsHandedOverBeforeTheCycleEnds();
+    void itsThreadSaysWhatHappens_data();
+    void itsThreadSaysWhatHappens();
 };
 
 namespace {
@@ -167,6 +170,25 @@ void tst_Data_Handler::aFloodIsHandedOverBeforeTheCycleEnds()
     peer.sendDataBytes(first.repeated(count));
     QTRY_COMPARE_WITH_TIMEOUT(int(entries), count, 60'000);
     QVERIFY(largest < mostInAList);
+}
+
+void tst_Data_Handler::itsThreadSaysWhatHappens_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("runs") << QByteArray("Data_Handler_Class executing event-looop: thread id - ");
+    QTest::newRow("fails") << QByteArray("Warning TCP-Data-Socket-Error Connection refused");
+    QTest::newRow("ends") << QByteArray("Data_Handler_Class leaved event-looop: thread id - ");
+}
+
+void tst_Data_Handler::itsThreadSaysWhatHappens()
+{
+    QFETCH(QByteArray, line);
+    const MessageCount lines(line.constData());
+    {
+        Connected link;
+        QVERIFY(!link.connectTo(QHostAddress(QStringLiteral("127.255.255.250"))));
+    }
+    QCOMPARE(lines.value(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_Data_Handler)

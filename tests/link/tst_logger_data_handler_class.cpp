@@ -19,6 +19,7 @@ private slots:
     void theLossOfEitherSocketDropsTheConnectionWithOneMessage();
     void theNextConnectionWorksBehindALoss();
     void onlyTheFirstOfABurstOfErrorsIsShown();
+    void anErrorBehindAnOpenBoxIsNotShown();
     void theVersionHasExactlyTwoNumbers_data();
     void theVersionHasExactlyTwoNumbers();
     void capabilitiesMayLackTheEighthValue_data();
@@ -147,6 +148,20 @@ void tst_Logger_Data_Handler::onlyTheFirstOfABurstOfErrorsIsShown()
     tool.handler.check_emit_tcp_error_signal(QStringLiteral("first"));
     tool.handler.check_emit_tcp_error_signal(QStringLiteral("second"));
     QCOMPARE(told, (QList<QVariantList>{{QStringLiteral("Socket: first")}}));
+}
+
+// The box that shows the first error runs the event loop, which brings the next one.
+void tst_Logger_Data_Handler::anErrorBehindAnOpenBoxIsNotShown()
+{
+    Online tool("OK");
+    QStringList told;
+    connect(&tool.handler, &Handler::signal_show_tcp_error, this, [&](const QString &text) {
+        told += text;
+        if (told.size() < 3)
+            tool.handler.check_emit_tcp_error_signal(QStringLiteral("behind"));
+    });
+    tool.handler.check_emit_tcp_error_signal(QStringLiteral("first"));
+    QCOMPARE(told, QStringList{QStringLiteral("Socket: first")});
 }
 
 void tst_Logger_Data_Handler::theVersionHasExactlyTwoNumbers_data()

@@ -12,6 +12,7 @@ private slots:
     void transparentModeIsSwitchedByOneCommand();
     void aFailureHasItsText();
     void dataThatNobodyExpectsIsWarnedOf();
+    void manyDataDontFloodTheLog();
 };
 
 namespace {
@@ -62,6 +63,20 @@ void tst_D4MODTransparent::dataThatNobodyExpectsIsWarnedOf()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral(
                                            "^Data Arrived - but noone expected it\\.\\. \"abc\"")));
     port.dataArrived("abc");
+}
+
+void tst_D4MODTransparent::manyDataDontFloodTheLog()
+{
+    static int warnings = 0;
+    Sender sender;
+    D4MODTransparent port(sender, 3);
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &) { ++warnings; });
+    for (int i = 0; i < 10'000; ++i)
+        port.dataArrived("abc");
+    qInstallMessageHandler(previous);
+    QVERIFY(warnings > 0);
+    QVERIFY(warnings < 1000);
 }
 
 QTEST_GUILESS_MAIN(tst_D4MODTransparent)

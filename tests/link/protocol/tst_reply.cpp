@@ -23,6 +23,7 @@ private slots:
     void aGetterIsEvaluated_data();
     void aGetterIsEvaluated();
     void aCommandWithoutConnectionFailsWithItsText();
+    void aTextForTheUserHoldsOnlyTheStartOfAHugeReply();
 };
 
 void tst_Reply::okIsTheWholeSimplifiedText_data()
@@ -177,6 +178,18 @@ void tst_Reply::aCommandWithoutConnectionFailsWithItsText()
 {
     QCOMPARE(errorReply(loggerNotConnected), QByteArray("ERROR=-1001"));
     QCOMPARE(errorText(errorReply(loggerNotConnected)), QStringLiteral("Logger not connected"));
+}
+
+void tst_Reply::aTextForTheUserHoldsOnlyTheStartOfAHugeReply()
+{
+    const QString word = QStringLiteral("word");
+    const QByteArray huge(1 << 20, 'x');
+    const QStringList texts{errorText("ERROR=" + huge), evaluateSetReply(huge, word).error,
+                            evaluateGetReply(huge, word, word, {}).error};
+    for (const QString &text : texts) {
+        QVERIFY(text.contains(QStringLiteral("xxx...")));
+        QVERIFY(text.size() < 2000);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Reply)

@@ -21,6 +21,7 @@ private slots:
     void theUpArrowBringsBackEarlierCommands();
     void clearEmptiesTheList();
     void theCommandLineTakesTheFirstKeys();
+    void aHugeReplyIsShownCut();
 };
 
 namespace {
@@ -134,6 +135,16 @@ void tst_DialogCmdWindow::theCommandLineTakesTheFirstKeys()
 {
     Window window(always("OK"));
     QCOMPARE(window.dialog.focusWidget(), window.line);
+}
+
+void tst_DialogCmdWindow::aHugeReplyIsShownCut()
+{
+    const QByteArray huge = "key=" + QByteArray(1 << 20, 'x');
+    Window window(always(huge.constData()));
+    window.send("a");
+    QVERIFY(window.list().size() < 100'000);
+    QVERIFY(window.list().startsWith(QStringLiteral("a\nkey=xxx")));
+    QVERIFY(window.list().endsWith(QStringLiteral("... (1048580 characters)")));
 }
 
 QTEST_MAIN(tst_DialogCmdWindow)
