@@ -45,12 +45,8 @@ bool HandlerLink::saveConfiguration(const QString &path, QString *error)
 
 bool HandlerLink::loadConfiguration(const QString &path, QString *error)
 {
-    return m_handler->loadConfiguration(path, error);
-}
-
-void HandlerLink::writeConfiguration()
-{
-    m_handler->writeWholeConfiguration(m_handler->terminal());
+    error->clear(); // stays so where only the sending fails
+    return m_handler->loadConfiguration(path, error) || error->isEmpty();
 }
 
 void HandlerLink::writeEmptyConfiguration()

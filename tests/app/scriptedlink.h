@@ -45,7 +45,6 @@ public:
     {
         return fileCommand("load ", path, error);
     }
-    void writeConfiguration() override { session.calls += QStringLiteral("write"); }
     void writeEmptyConfiguration() override { session.calls += QStringLiteral("write empty"); }
     Logger_Data_Handler_Class *handler() const override { return nullptr; }
 
