@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMetaEnum>
+#include <QScopedValueRollback>
 #include <QSettings>
 #include <QSignalBlocker>
 
@@ -233,10 +234,11 @@ void MainWindow::enterConnectSequence()
     m_ui->comboBox_ipAddr->setEnabled(false);
     m_parts.settings->setIpAddress(address());
 
-    m_connecting = true;
     m_tcpErrorMeanwhile.clear();
-    const ConnectSequence::Result result = m_connectSequence.run();
-    m_connecting = false;
+    const ConnectSequence::Result result = [this] {
+        const QScopedValueRollback<bool> connecting(m_connecting, true);
+        return m_connectSequence.run();
+    }();
     // One message for one loss: a failed step was told by the sequence itself.
     if (result == ConnectSequence::Result::Lost && !m_tcpErrorMeanwhile.isEmpty())
         show_tcp_error(m_tcpErrorMeanwhile);
