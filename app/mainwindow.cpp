@@ -288,10 +288,12 @@ void MainWindow::on_comboBox_ipAddr_currentTextChanged(QString arg1)
     QComboBox *box = m_ui->comboBox_ipAddr;
     const int match = box->findText(arg1, Qt::MatchExactly | Qt::MatchCaseSensitive);
     const QSignalBlocker blocker(box);
+    const int cursor = box->lineEdit()->cursorPosition(); // goes to the end with the new item
     if (match >= 0)
         box->setCurrentIndex(match);
     else
         box->setItemText(box->currentIndex(), arg1);
+    box->lineEdit()->setCursorPosition(cursor);
 }
 
 void MainWindow::on_pushButton_new_empty_configuration_clicked()
