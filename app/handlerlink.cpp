@@ -5,6 +5,7 @@
 HandlerLink::HandlerLink(AppController *controller)
     : m_handler(std::make_unique<Logger_Data_Handler_Class>(controller))
 {
+    m_handler->setObjectName(m_handler->componentName());
     m_handler->registerToController();
     connect(m_handler.get(), &Logger_Data_Handler_Class::signal_show_tcp_error, this,
             &LoggerLink::tcpError);

@@ -6,6 +6,7 @@
 #include "app/ui/slideswitch.h"
 #include "config/configfile.h"
 #include "link/protocol/messagetypes.h"
+#include "tests/app/messagesink.h"
 #include "tests/app/scriptedprompt.h"
 #include "tests/support/simulatedlogger.h"
 
@@ -29,6 +30,7 @@ private slots:
     void init();
     void cleanup();
 
+    void theLinkIsToldFirstAndTheWindowLast();
     void connectingReadsTheConfiguration();
     void aDisconnectedWindowConnectsAgain();
     void aChangeIsEchoed();
@@ -107,6 +109,20 @@ void tst_WindowWithLogger::cleanup()
 {
     m_window.reset();
     m_logger.reset();
+}
+
+void tst_WindowWithLogger::theLinkIsToldFirstAndTheWindowLast()
+{
+    QStringList printed;
+    {
+        const MessageSink sink;
+        m_controller->printRegisteredComponents();
+        printed = sink.messages().replaceInStrings(QStringLiteral("Debug: "), QString()).mid(3);
+    }
+    QCOMPARE(printed.first(), QStringLiteral("Logger_Data_Handler_Class"));
+    QCOMPARE(printed.mid(printed.size() - 3, 2),
+             QStringList({QStringLiteral("DialogCmdWindow"), QStringLiteral("MainWindow")}));
+    QCOMPARE(m_handler->objectName(), QStringLiteral("Logger_Data_Handler_Class"));
 }
 
 void tst_WindowWithLogger::connectingReadsTheConfiguration()
