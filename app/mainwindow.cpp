@@ -240,7 +240,13 @@ void MainWindow::enterConnectSequence()
         return m_connectSequence.run();
     }();
     // One message for one loss: a failed step was told by the sequence itself.
-    if (result == ConnectSequence::Result::Lost && !m_tcpErrorMeanwhile.isEmpty())
+    if (result == ConnectSequence::Result::Lost)
+        showTcpErrorMeanwhile();
+}
+
+void MainWindow::showTcpErrorMeanwhile()
+{
+    if (!m_tcpErrorMeanwhile.isEmpty())
         show_tcp_error(m_tcpErrorMeanwhile);
 }
 
@@ -273,14 +279,17 @@ void MainWindow::on_pushButton_connect_disconnect_clicked()
     }
     m_ui->statusbar->showMessage(QStringLiteral("Connecting to %1 ...").arg(logger.toString()));
     m_ui->statusbar->repaint();
-    bool connected = false;
-    {
+    m_tcpErrorMeanwhile.clear();
+    const bool connected = [&] {
         const WaitCursor wait;
-        connected = m_parts.link->connectLogger(logger);
-    }
+        const QScopedValueRollback<bool> connecting(m_connecting, true);
+        return m_parts.link->connectLogger(logger);
+    }();
     m_ui->statusbar->clearMessage();
     if (connected)
         setAppState(APP_STA_CONN_INIT);
+    else
+        showTcpErrorMeanwhile();
 }
 
 void MainWindow::on_comboBox_ipAddr_currentTextChanged(QString arg1)

@@ -27,6 +27,8 @@ public:
     {
         session.calls += QStringLiteral("connect %1").arg(address.toString());
         m_connected = connects;
+        if (!connects)
+            emit tcpError(QStringLiteral("Socket: refused"));
         return connects;
     }
     bool isConnected() const override { return m_connected; }

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QMenu>
+#include <QStatusBar>
 #include <QTest>
 
 #include <stdexcept>
@@ -31,6 +32,7 @@ private slots:
     void anInvalidAddressIsTold_data();
     void anInvalidAddressIsTold();
     void aFailedConnectionKeepsTheState();
+    void aFailedConnectionIsToldWhenTheWaitIsOver();
     void aFailedStepEndsDisconnectedWithOneMessage();
     void aLossDuringTheQuestionIsToldOnce();
     void theTitleNamesTheConnectSequence();
@@ -183,6 +185,23 @@ void tst_MainWindow::aFailedConnectionKeepsTheState()
     m_bench->connectByButton(true);
     QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
     QCOMPARE(m_bench->link->calls().size(), 1);
+}
+
+void tst_MainWindow::aFailedConnectionIsToldWhenTheWaitIsOver()
+{
+    MainWindow &window = m_bench->window();
+    bool waits = true;
+    QString statusMeanwhile;
+    m_bench->prompt.duringABox = [&] {
+        waits = QGuiApplication::overrideCursor() != nullptr;
+        statusMeanwhile = window.statusBar()->currentMessage();
+    };
+    m_bench->link->connects = false;
+    m_bench->connectByButton(true);
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Connection-Error|Socket: refused")}));
+    QVERIFY(!waits);
+    QCOMPARE(statusMeanwhile, QString());
 }
 
 void tst_MainWindow::aFailedStepEndsDisconnectedWithOneMessage()
