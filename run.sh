@@ -16,7 +16,9 @@ if [ "${1:-}" != --unattended ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; th
     build/bin/zds-logger-sim --address "$address" --config "$out/logger.zdc" --log-dir "$out" &
     logger=$!
     trap 'kill "$logger" 2>/dev/null || true' EXIT
-    printf '[general]\nip_address = %s\n' "$address" >build/bin/usr_settings.ini
+    settings=build/bin/usr_settings.ini
+    others=$(grep -viE '^ *(\[general\]|ip_address *[=:])' "$settings" 2>/dev/null || true)
+    printf '[general]\nip_address = %s\n%s\n' "$address" "$others" >"$settings"
     echo "Press Connect: a simulated logger listens on $address. Its logs are in $out."
     build/bin/zds
 else

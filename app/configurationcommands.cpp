@@ -40,8 +40,6 @@ void ConfigurationCommands::open()
         return;
     }
     m_fileName = path;
-    if (m_link.isConnected())
-        m_link.writeConfiguration();
 }
 
 void ConfigurationCommands::save()

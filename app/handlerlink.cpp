@@ -5,6 +5,7 @@
 HandlerLink::HandlerLink(AppController *controller)
     : m_handler(std::make_unique<Logger_Data_Handler_Class>(controller))
 {
+    m_handler->setObjectName(m_handler->componentName());
     m_handler->registerToController();
     connect(m_handler.get(), &Logger_Data_Handler_Class::signal_show_tcp_error, this,
             &LoggerLink::tcpError);
@@ -45,12 +46,8 @@ bool HandlerLink::saveConfiguration(const QString &path, QString *error)
 
 bool HandlerLink::loadConfiguration(const QString &path, QString *error)
 {
-    return m_handler->loadConfiguration(path, error);
-}
-
-void HandlerLink::writeConfiguration()
-{
-    m_handler->writeWholeConfiguration(m_handler->terminal());
+    error->clear(); // stays so where only the sending fails
+    return m_handler->loadConfiguration(path, error) || error->isEmpty();
 }
 
 void HandlerLink::writeEmptyConfiguration()

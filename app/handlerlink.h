@@ -18,7 +18,6 @@ public:
     [[nodiscard]] LiveCounters liveCounters() const override;
     [[nodiscard]] bool saveConfiguration(const QString &path, QString *error) override;
     [[nodiscard]] bool loadConfiguration(const QString &path, QString *error) override;
-    void writeConfiguration() override;
     void writeEmptyConfiguration() override;
     [[nodiscard]] Logger_Data_Handler_Class *handler() const override { return m_handler.get(); }
 

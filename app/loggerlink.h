@@ -32,11 +32,11 @@ public:
 
     // The configuration in memory, as a file. On failure error gets the reason.
     [[nodiscard]] virtual bool saveConfiguration(const QString &path, QString *error) = 0;
+    // Sends the whole configuration of a file to the connected logger, whose echo becomes the one in
+    // memory; without a logger the file's is it at once. False, with the reason in error, if the
+    // file can't be read. A failure to send is told by errorWhileConnected().
     [[nodiscard]] virtual bool loadConfiguration(const QString &path, QString *error) = 0;
-    // Sends the whole configuration to the connected logger. A failure is told by
-    // errorWhileConnected().
-    virtual void writeConfiguration() = 0;
-    // The same with a default configuration; without a logger it is the one in memory from now on.
+    // The same with a default configuration.
     virtual void writeEmptyConfiguration() = 0;
 
     // What the pages work with.

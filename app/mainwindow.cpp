@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMetaEnum>
+#include <QScopedValueRollback>
 #include <QSettings>
 #include <QSignalBlocker>
 
@@ -233,12 +234,19 @@ void MainWindow::enterConnectSequence()
     m_ui->comboBox_ipAddr->setEnabled(false);
     m_parts.settings->setIpAddress(address());
 
-    m_connecting = true;
     m_tcpErrorMeanwhile.clear();
-    const ConnectSequence::Result result = m_connectSequence.run();
-    m_connecting = false;
+    const ConnectSequence::Result result = [this] {
+        const QScopedValueRollback<bool> connecting(m_connecting, true);
+        return m_connectSequence.run();
+    }();
     // One message for one loss: a failed step was told by the sequence itself.
-    if (result == ConnectSequence::Result::Lost && !m_tcpErrorMeanwhile.isEmpty())
+    if (result == ConnectSequence::Result::Lost)
+        showTcpErrorMeanwhile();
+}
+
+void MainWindow::showTcpErrorMeanwhile()
+{
+    if (!m_tcpErrorMeanwhile.isEmpty())
         show_tcp_error(m_tcpErrorMeanwhile);
 }
 
@@ -271,14 +279,17 @@ void MainWindow::on_pushButton_connect_disconnect_clicked()
     }
     m_ui->statusbar->showMessage(QStringLiteral("Connecting to %1 ...").arg(logger.toString()));
     m_ui->statusbar->repaint();
-    bool connected = false;
-    {
+    m_tcpErrorMeanwhile.clear();
+    const bool connected = [&] {
         const WaitCursor wait;
-        connected = m_parts.link->connectLogger(logger);
-    }
+        const QScopedValueRollback<bool> connecting(m_connecting, true);
+        return m_parts.link->connectLogger(logger);
+    }();
     m_ui->statusbar->clearMessage();
     if (connected)
         setAppState(APP_STA_CONN_INIT);
+    else
+        showTcpErrorMeanwhile();
 }
 
 void MainWindow::on_comboBox_ipAddr_currentTextChanged(QString arg1)
@@ -286,10 +297,12 @@ void MainWindow::on_comboBox_ipAddr_currentTextChanged(QString arg1)
     QComboBox *box = m_ui->comboBox_ipAddr;
     const int match = box->findText(arg1, Qt::MatchExactly | Qt::MatchCaseSensitive);
     const QSignalBlocker blocker(box);
+    const int cursor = box->lineEdit()->cursorPosition(); // goes to the end with the new item
     if (match >= 0)
         box->setCurrentIndex(match);
     else
         box->setItemText(box->currentIndex(), arg1);
+    box->lineEdit()->setCursorPosition(cursor);
 }
 
 void MainWindow::on_pushButton_new_empty_configuration_clicked()

@@ -84,6 +84,7 @@ private:
     void showConnectButton(bool connected);
     void enterDisconnected();
     void enterConnectSequence();
+    void showTcpErrorMeanwhile();
     void waitForUpdate(int delay_s);
     [[nodiscard]] QString address() const;
 
@@ -98,6 +99,6 @@ private:
     QMap<QString, QWidget *> m_pageOfItem; // by the text of the item
     QWidget *m_debugWindow = nullptr;      // a child, none if there is no such window
     AppSta_t m_stateBeforeTransparent = APP_STA_CONN_LOG_OFF;
-    bool m_connecting = false; // the connect sequence runs
-    QString m_tcpErrorMeanwhile;
+    bool m_connecting = false;   // the sockets are being opened, or the connect sequence runs
+    QString m_tcpErrorMeanwhile; // held back as long as that takes
 };

@@ -107,7 +107,8 @@ bool Journey::run()
     takePicture(QStringLiteral("start"));
     for (const Step &step : steps) {
         QString seen;
-        const bool works = (this->*step.function)(seen) && m_prompt.warnings == 0;
+        const bool works =
+            (this->*step.function)(seen) && m_prompt.warnings == 0 && m_arePicturesSaved;
         print(QStringLiteral("%1 %2: %3")
                   .arg(works ? QStringLiteral("ok  ") : QStringLiteral("FAIL"),
                        QString::fromLatin1(step.name), seen));
@@ -136,7 +137,10 @@ void Journey::takePicture(const QString &name)
 {
     QCoreApplication::processEvents();
     const QString file = QStringLiteral("%1-%2.png").arg(++m_pictures).arg(name);
-    m_window->grab().save(m_folder.filePath(file));
+    if (!m_window->grab().save(m_folder.filePath(file))) {
+        m_arePicturesSaved = false;
+        print(QStringLiteral("     %1 can't be written").arg(m_folder.filePath(file)));
+    }
 }
 
 bool Journey::makeDrive(QString &seen)

@@ -83,4 +83,5 @@ private:
     Logger_Data_Handler_Class *m_handler = nullptr; // the window's
     std::unique_ptr<MainWindow> m_window;
     int m_pictures = 0;
+    bool m_arePicturesSaved = true;
 };

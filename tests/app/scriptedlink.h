@@ -27,6 +27,8 @@ public:
     {
         session.calls += QStringLiteral("connect %1").arg(address.toString());
         m_connected = connects;
+        if (!connects)
+            emit tcpError(QStringLiteral("Socket: refused"));
         return connects;
     }
     bool isConnected() const override { return m_connected; }
@@ -45,7 +47,6 @@ public:
     {
         return fileCommand("load ", path, error);
     }
-    void writeConfiguration() override { session.calls += QStringLiteral("write"); }
     void writeEmptyConfiguration() override { session.calls += QStringLiteral("write empty"); }
     Logger_Data_Handler_Class *handler() const override { return nullptr; }
 

@@ -15,6 +15,7 @@ private slots:
     void theStoredAddressStandsFirst();
     void aStoredStandardAddressStandsOnce();
     void typingReplacesTheCurrentItem();
+    void typingInTheMiddleKeepsTheCursorThere();
     void typingAnItemSelectsIt();
     void blanksAreTrimmedForConnectingAndStoring();
     void theAddressIsStoredWhenTheSequenceStarts();
@@ -76,6 +77,16 @@ void tst_AddressBox::typingReplacesTheCurrentItem()
     QCOMPARE(items(), QStringList({QStringLiteral("10.0.0.5")}) + defaults.mid(1));
     QCOMPARE(m_bench->addressBox()->currentText(), QStringLiteral("10.0.0.5"));
     QCOMPARE(m_bench->addressBox()->lineEdit()->cursorPosition(), 8);
+}
+
+void tst_AddressBox::typingInTheMiddleKeepsTheCursorThere()
+{
+    m_bench->window();
+    QLineEdit *line = m_bench->addressBox()->lineEdit();
+    line->setCursorPosition(8); // 192.168.|2.1
+    QTest::keyClicks(line, QStringLiteral("11"));
+    QCOMPARE(m_bench->addressBox()->itemText(0), QStringLiteral("192.168.112.1"));
+    QCOMPARE(line->cursorPosition(), 10);
 }
 
 void tst_AddressBox::typingAnItemSelectsIt()

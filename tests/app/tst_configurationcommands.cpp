@@ -12,10 +12,10 @@ private slots:
     void init();
 
     void openLoadsTheChosenFile();
-    void openWritesToAConnectedLoggerAfterTheQuestion();
+    void openLoadsIntoAConnectedLoggerAfterTheQuestion();
     void openStopsAtANo();
     void openStopsWithoutAFile();
-    void aFileThatFailsToLoadIsToldAndNotWritten();
+    void aFileThatFailsToLoadIsTold();
     void saveWithoutANameAsksForOne();
     void saveUsesTheNameOfTheLastOpen();
     void saveUsesTheNameOfTheLastSaveAs();
@@ -62,7 +62,7 @@ void tst_ConfigurationCommands::openLoadsTheChosenFile()
     QVERIFY(m_prompt->shown.isEmpty());
 }
 
-void tst_ConfigurationCommands::openWritesToAConnectedLoggerAfterTheQuestion()
+void tst_ConfigurationCommands::openLoadsIntoAConnectedLoggerAfterTheQuestion()
 {
     connectTheLink();
     m_prompt->answer = true;
@@ -70,7 +70,7 @@ void tst_ConfigurationCommands::openWritesToAConnectedLoggerAfterTheQuestion()
     m_commands->open();
     QCOMPARE(m_prompt->shown,
              QStringList({QStringLiteral("Info|Load/Write configuration to data logger?")}));
-    QCOMPARE(calls(), QStringLiteral("load /a/b.zdc|write"));
+    QCOMPARE(calls(), QStringLiteral("load /a/b.zdc"));
 }
 
 void tst_ConfigurationCommands::openStopsAtANo()
@@ -88,7 +88,7 @@ void tst_ConfigurationCommands::openStopsWithoutAFile()
     QVERIFY(m_prompt->shown.isEmpty());
 }
 
-void tst_ConfigurationCommands::aFileThatFailsToLoadIsToldAndNotWritten()
+void tst_ConfigurationCommands::aFileThatFailsToLoadIsTold()
 {
     connectTheLink();
     m_prompt->answer = true;

@@ -7,7 +7,10 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QMenu>
+#include <QStatusBar>
 #include <QTest>
+
+#include <stdexcept>
 
 class tst_MainWindow : public QObject
 {
@@ -29,11 +32,16 @@ private slots:
     void anInvalidAddressIsTold_data();
     void anInvalidAddressIsTold();
     void aFailedConnectionKeepsTheState();
+    void aFailedConnectionIsToldWhenTheWaitIsOver();
     void aFailedStepEndsDisconnectedWithOneMessage();
     void aLossDuringTheQuestionIsToldOnce();
+    void theTitleNamesTheConnectSequence();
+    void aLossIsToldAfterAnExceptionInTheSequence();
     void anErrorIsShownOnlyWhileConnected();
     void theSentUpdateDisablesTheWindowUntilItReconnects();
     void endingTheWaitGivesTheWindowBack();
+    void aTimeoutOfTheUpdateLeavesTheWindowEnabled();
+    void anUpdateWithoutAnImageLeavesTheWindowEnabled();
 
     void transparentModeIsEnteredAndLeftForTheStateBefore();
     void aFailedSwitchOnPutsTheSwitchBack();
@@ -179,6 +187,23 @@ void tst_MainWindow::aFailedConnectionKeepsTheState()
     QCOMPARE(m_bench->link->calls().size(), 1);
 }
 
+void tst_MainWindow::aFailedConnectionIsToldWhenTheWaitIsOver()
+{
+    MainWindow &window = m_bench->window();
+    bool waits = true;
+    QString statusMeanwhile;
+    m_bench->prompt.duringABox = [&] {
+        waits = QGuiApplication::overrideCursor() != nullptr;
+        statusMeanwhile = window.statusBar()->currentMessage();
+    };
+    m_bench->link->connects = false;
+    m_bench->connectByButton(true);
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Connection-Error|Socket: refused")}));
+    QVERIFY(!waits);
+    QCOMPARE(statusMeanwhile, QString());
+}
+
 void tst_MainWindow::aFailedStepEndsDisconnectedWithOneMessage()
 {
     m_bench->window();
@@ -206,6 +231,29 @@ void tst_MainWindow::aLossDuringTheQuestionIsToldOnce()
     QCOMPARE(m_bench->prompt.shown.last(), QStringLiteral("Connection-Error|Socket: closed"));
     QVERIFY(m_bench->prompt.withdrawn);
     QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
+}
+
+void tst_MainWindow::theTitleNamesTheConnectSequence()
+{
+    MainWindow &window = m_bench->window();
+    QString titleMeanwhile;
+    m_bench->prompt.duringABox = [&] { titleMeanwhile = window.windowTitle(); };
+    m_bench->connectByButton(true);
+    QCOMPARE(titleMeanwhile,
+             QStringLiteral("Zelvo-LoggingSystem - Zelvo-ZDS V2.19 Connected - Init"));
+}
+
+void tst_MainWindow::aLossIsToldAfterAnExceptionInTheSequence()
+{
+    m_bench->window();
+    m_bench->prompt.duringABox = [] { throw std::out_of_range("map::at"); };
+    QVERIFY_EXCEPTION_THROWN(m_bench->controller.slotSetAppState(APP_STA_CONN_INIT),
+                             std::out_of_range);
+    m_bench->prompt.duringABox = nullptr;
+    m_bench->prompt.shown.clear();
+    emit m_bench->link->tcpError(QStringLiteral("Socket: closed"));
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Connection-Error|Socket: closed")}));
 }
 
 void tst_MainWindow::anErrorIsShownOnlyWhileConnected()
@@ -245,6 +293,30 @@ void tst_MainWindow::endingTheWaitGivesTheWindowBack()
     auto *dialog = window.findChild<QDialog *>(QStringLiteral("DialogDelayDialog"));
     QTest::keyClick(dialog, Qt::Key_Escape);
     QVERIFY(window.isEnabled());
+    QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
+}
+
+void tst_MainWindow::aTimeoutOfTheUpdateLeavesTheWindowEnabled()
+{
+    MainWindow &window = m_bench->window();
+    m_bench->link->session.version = SoftwareVersion{1, 60};
+    m_bench->link->session.acknowledgesUpdate = false;
+    m_bench->connectByButton(true);
+    QCOMPARE(m_bench->prompt.shown.last(), QStringLiteral("Timeout|Timeout sending update."));
+    QVERIFY(window.isEnabled());
+    QVERIFY(!window.findChild<QDialog *>(QStringLiteral("DialogDelayDialog")));
+    QVERIFY(!m_bench->link->isConnected());
+    QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
+}
+
+void tst_MainWindow::anUpdateWithoutAnImageLeavesTheWindowEnabled()
+{
+    m_bench->update_image.reset();
+    MainWindow &window = m_bench->window();
+    m_bench->link->session.version = SoftwareVersion{1, 60};
+    m_bench->connectByButton(true);
+    QVERIFY(window.isEnabled());
+    QVERIFY(!m_bench->link->isConnected());
     QCOMPARE(m_bench->controller.appState(), APP_STA_DISCONN);
 }
 

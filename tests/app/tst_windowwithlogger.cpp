@@ -4,6 +4,9 @@
 #include "app/state/appcontroller.h"
 #include "app/state/usersettings.h"
 #include "app/ui/slideswitch.h"
+#include "config/configfile.h"
+#include "link/protocol/messagetypes.h"
+#include "tests/app/messagesink.h"
 #include "tests/app/scriptedprompt.h"
 #include "tests/support/simulatedlogger.h"
 
@@ -16,6 +19,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
+
 // The whole window with the real link, connected to a simulated logger by its own buttons.
 class tst_WindowWithLogger : public QObject
 {
@@ -25,9 +30,12 @@ private slots:
     void init();
     void cleanup();
 
+    void theLinkIsToldFirstAndTheWindowLast();
     void connectingReadsTheConfiguration();
     void aDisconnectedWindowConnectsAgain();
     void aChangeIsEchoed();
+    void anOpenedConfigurationIsWrittenToTheLoggerOnce();
+    void anOpenedConfigurationThatIsNotAcknowledgedIsATimeout();
     void theTreeFollowsTheLoggersCapabilities();
     void aLoggerThatIsNotReadyEndsDisconnected();
     void anotherVersionLeadsToTheQuestion_data();
@@ -41,6 +49,20 @@ private slots:
 
 private:
     void connectByButton() { button()->click(); }
+    // Makes a file whose GPS is enabled, unlike the logger's, which the user picks next.
+    TerminalStruct configurationToOpen()
+    {
+        m_logger->inspect([](simulator::LoggerSimulator &logger) {
+            logger.state().configuration.gps.gps_enabled = 0;
+        });
+        TerminalStruct configuration;
+        configuration.gps.gps_enabled = 1;
+        const QString path = m_folder->filePath(QStringLiteral("opened.zdc"));
+        if (!configfile::save(configuration, path))
+            qFatal("%s can't be written", qPrintable(path));
+        m_prompt->picks = QStringList({path});
+        return configuration;
+    }
     QPushButton *button() const
     {
         return m_window->findChild<QPushButton *>(QStringLiteral("pushButton_connect_disconnect"));
@@ -89,6 +111,20 @@ void tst_WindowWithLogger::cleanup()
     m_logger.reset();
 }
 
+void tst_WindowWithLogger::theLinkIsToldFirstAndTheWindowLast()
+{
+    QStringList printed;
+    {
+        const MessageSink sink;
+        m_controller->printRegisteredComponents();
+        printed = sink.messages().replaceInStrings(QStringLiteral("Debug: "), QString()).mid(3);
+    }
+    QCOMPARE(printed.first(), QStringLiteral("Logger_Data_Handler_Class"));
+    QCOMPARE(printed.mid(printed.size() - 3, 2),
+             QStringList({QStringLiteral("DialogCmdWindow"), QStringLiteral("MainWindow")}));
+    QCOMPARE(m_handler->objectName(), QStringLiteral("Logger_Data_Handler_Class"));
+}
+
 void tst_WindowWithLogger::connectingReadsTheConfiguration()
 {
     m_logger->inspect([](simulator::LoggerSimulator &logger) {
@@ -120,6 +156,42 @@ void tst_WindowWithLogger::aChangeIsEchoed()
     QTRY_VERIFY(!updated.isEmpty());
     QCOMPARE(updated.last().first().toInt(), 4);
     QCOMPARE(int(m_handler->terminal().can[4].enabled), 1);
+}
+
+void tst_WindowWithLogger::anOpenedConfigurationIsWrittenToTheLoggerOnce()
+{
+    const TerminalStruct opened = configurationToOpen();
+    connectByButton();
+    std::atomic<int> writes{0};
+    m_logger->inspect([&writes](simulator::LoggerSimulator &logger) {
+        connect(&logger.commandPort(), &simulator::CommandPort::received, &logger,
+                [&writes](const protocol::Message &message) {
+                    if (message.type == protocol::WholeConfiguration)
+                        ++writes;
+                });
+    });
+    m_window->on_pushButton_open_configuration_clicked();
+    QTRY_COMPARE(int(m_handler->terminal().gps.gps_enabled), 1);
+    QVERIFY(m_logger->inspect([&opened](simulator::LoggerSimulator &logger) {
+        return logger.state().configuration == opened;
+    }));
+    QCOMPARE(writes.load(), 1);
+    m_window.reset(); // no write comes behind the count
+}
+
+void tst_WindowWithLogger::anOpenedConfigurationThatIsNotAcknowledgedIsATimeout()
+{
+    (void)configurationToOpen();
+    connectByButton();
+    m_prompt->shown.clear();
+    m_handler->setWriteTimeout(1);
+    m_logger->setFault(QStringLiteral("lost-reply@3"));
+    m_window->on_pushButton_open_configuration_clicked();
+    QTRY_COMPARE(m_prompt->shown.size(), 2);
+    QCOMPARE(m_prompt->shown,
+             QStringList({QStringLiteral("Info|Load/Write configuration to data logger?"),
+                          QStringLiteral("Timeout|Error sending data(timeout). Type:3")}));
+    QCOMPARE(int(m_handler->terminal().gps.gps_enabled), 0);
 }
 
 void tst_WindowWithLogger::theTreeFollowsTheLoggersCapabilities()

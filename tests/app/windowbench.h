@@ -35,7 +35,7 @@ public:
             parts.prompt = &prompt;
             parts.settings = settings.get();
             parts.log_path = QStringLiteral("/state/zds.log");
-            parts.update_image = [] { return QByteArray("image"); };
+            parts.update_image = [this] { return update_image; };
             parts.convert = [this](ConversionGlobal::OutputFormat format, const QStringList &logs,
                                    const QString &target, QWidget *) {
                 conversions +=
@@ -82,6 +82,7 @@ public:
     std::unique_ptr<UserSettings> settings;
     ScriptedLink *link = nullptr; // the window's
     QStringList conversions;
+    std::optional<QByteArray> update_image = QByteArray("image"); // none: none is built in
 
 private:
     std::unique_ptr<MainWindow> m_window;
