@@ -25,8 +25,6 @@ target_include_directories(zds_common INTERFACE ${CMAKE_SOURCE_DIR})
 target_compile_definitions(zds_common INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x050F00
-    # Qt leaves file and line out of the messages of optimised builds, but the log names them.
-    $<$<NOT:$<CONFIG:Debug>>:QT_MESSAGELOGCONTEXT>
     ZDS_VERSION_MAJOR=${PROJECT_VERSION_MAJOR} ZDS_VERSION_MINOR=${PROJECT_VERSION_MINOR})
 if(MSVC)
     target_compile_options(zds_common INTERFACE /W4 /utf-8 /permissive- $<$<BOOL:${ZDS_WERROR}>:/WX>)
