@@ -7,6 +7,7 @@
 #include "config/terminalstruct.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
 
 #include <cassert>
@@ -101,7 +102,11 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
         source.path = group->records().path();
         source.recordSize = group->recordSize();
         source.size = group->recordCount() * group->recordSize();
-        assert(quint64(group->records().size()) == source.size
+        const auto fileSize = quint64(group->records().size());
+        if (fileSize != source.size)
+            qDebug() << "Size Mismatch, Modulo: " << fileSize % source.recordSize
+                     << " | FileSize:" << fileSize << " | Record Size:" << source.recordSize;
+        assert(fileSize == source.size
                && "Extracted data-size have to match a channel-grp record-sample in size.");
         source.blockSize = quint32(m4BlockSize(group->recordSize(), group->recordCount()));
         m_totalBytes += source.size;

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QUuid>
 
+#include <cassert>
+
 void TemporaryFilePool::setExpectedFiles(int count)
 {
     m_bufferSize = qBound(minBufferSize, totalBufferSize / qMax(count, 1), maxBufferSize);
@@ -65,6 +67,7 @@ void TemporaryFile::choosePath()
     if (QFile::exists(m_path)) {
         m_path = QStringLiteral("%1/%2.bin")
                      .arg(m_pool.folder(), QUuid::createUuid().toString(QUuid::WithoutBraces));
+        assert(!QFile::exists(m_path) && "Error in tmp-filename generation.");
     }
 }
 
