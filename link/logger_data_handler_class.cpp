@@ -52,6 +52,7 @@ Logger_Data_Handler_Class::~Logger_Data_Handler_Class()
 {
     m_data.reset();
     m_commands.reset();
+    dropLiveData();
 }
 
 void Logger_Data_Handler_Class::connectWorkers()

@@ -35,6 +35,7 @@ private slots:
     void ofAnotherInterfaceIsACriticalLine();
     void someTypesAreIgnored();
     void anUnknownTypeIsADebugLine();
+    void whatIsDecodedButNotDeliveredEndsWithTheHandler();
     void listsComeInTheirOrder();
     void whatTheViewsDontTakeInTimeIsDroppedAndCounted();
     void aReceiverThatThrowsHoldsNothingBack();
@@ -260,6 +261,19 @@ void tst_LiveDispatch::anUnknownTypeIsADebugLine()
 {
     QTest::ignoreMessage(QtDebugMsg, "unknown Protocoll type:  77");
     process({entryBytes({77, 0, 0, 0}, {})});
+}
+
+// The sanitizer build tells whether it is freed.
+void tst_LiveDispatch::whatIsDecodedButNotDeliveredEndsWithTheHandler()
+{
+    int lists = 0;
+    connect(m_handler.get(), &Logger_Data_Handler_Class::signal_can_msg_list, this,
+            [&lists] { ++lists; });
+    take({rawlog::canEntry(1, 3, {0x10, false, "a"}), rawlog::d4modEntry(1, 0, {7})});
+    m_handler->slot_process_logger_data();
+    QCOMPARE(m_handler->liveCounters().entries, quint64(2));
+    m_handler.reset();
+    QCOMPARE(lists, 0);
 }
 
 void tst_LiveDispatch::listsComeInTheirOrder()
