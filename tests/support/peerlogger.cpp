@@ -87,28 +87,35 @@ QVector<protocol::Message> PeerLogger::received() const
     return m_received;
 }
 
+// The tool may know of its connection before this thread has seen it.
+QTcpSocket *PeerLogger::accepted(QTcpServer *server, QTcpSocket *const &socket)
+{
+    constexpr int timeout_ms = 5000;
+    if (!socket)
+        server->waitForNewConnection(timeout_ms);
+    if (!socket)
+        qFatal("nobody has connected");
+    return socket;
+}
+
 void PeerLogger::sendCommandBytes(const QByteArray &bytes)
 {
-    onThread([&] { m_commandSocket->write(bytes); });
+    onThread([&] { accepted(m_commandServer, m_commandSocket)->write(bytes); });
 }
 
 void PeerLogger::sendDataBytes(const QByteArray &bytes)
 {
-    onThread([&] {
-        if (!m_dataSocket)
-            m_dataServer->waitForNewConnection(1000);
-        m_dataSocket->write(bytes);
-    });
+    onThread([&] { accepted(m_dataServer, m_dataSocket)->write(bytes); });
 }
 
 void PeerLogger::closeCommandSocket()
 {
-    onThread([&] { m_commandSocket->close(); });
+    onThread([&] { accepted(m_commandServer, m_commandSocket)->close(); });
 }
 
 void PeerLogger::closeDataSocket()
 {
-    onThread([&] { m_dataSocket->close(); });
+    onThread([&] { accepted(m_dataServer, m_dataSocket)->close(); });
 }
 
 void PeerLogger::stopListeningForData()

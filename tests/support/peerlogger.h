@@ -43,6 +43,7 @@ protected:
 private:
     void readCommands();
     void onThread(const std::function<void()> &function);
+    static QTcpSocket *accepted(QTcpServer *server, QTcpSocket *const &socket);
 
     const QHostAddress m_address;
     const Answer m_answer;
