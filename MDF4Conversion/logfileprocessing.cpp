@@ -8,6 +8,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <cassert>
 
 LogFileProcessing::LogFileProcessing(const ConversionJob &job,
                                      MDF4_Conversion_Msg_Interface &messages)
@@ -62,6 +63,7 @@ void LogFileProcessing::processEntry(const StdLogEntry &entry)
             && group->droppedRecords() == dropped)
             noteFirstTimestamp(*group);
     }
+    assert(m_metaData && "no info-interface set");
     m_metaData->takeEntry(entry);
 }
 

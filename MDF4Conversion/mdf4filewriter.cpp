@@ -102,6 +102,7 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
         source.path = group->records().path();
         source.recordSize = group->recordSize();
         source.size = group->recordCount() * group->recordSize();
+        assert((source.size == 0 || !source.path.isEmpty()) && "tmp-file mdf4-DataBlock not open");
         const auto fileSize = quint64(group->records().size());
         if (fileSize != source.size)
             qDebug() << "Size Mismatch, Modulo: " << fileSize % source.recordSize
