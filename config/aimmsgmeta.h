@@ -32,3 +32,5 @@ struct AimMsgMeta
                                field("unit", &R::unit));
     }
 };
+
+RECORD_CODE_ELSEWHERE(AimMsgMeta)

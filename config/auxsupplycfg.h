@@ -19,3 +19,5 @@ struct AuxSupplyCfg
                                field("aux_mode", &R::aux_mode, 2));
     }
 };
+
+RECORD_CODE_ELSEWHERE(AuxSupplyCfg)

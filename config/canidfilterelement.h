@@ -21,3 +21,5 @@ struct CanIdFilterElement
                                field("id1", &R::id1), field("id2", &R::id2));
     }
 };
+
+RECORD_CODE_ELSEWHERE(CanIdFilterElement)

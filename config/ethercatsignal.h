@@ -37,3 +37,5 @@ struct EtherCatSignal
             field("further_value_2", &R::further_value_2), field("mdf4_flags", &R::mdf4_flags));
     }
 };
+
+RECORD_CODE_ELSEWHERE(EtherCatSignal)

@@ -26,3 +26,5 @@ struct EtherCatSlave
                                field("signals", &R::slave_signals));
     }
 };
+
+RECORD_CODE_ELSEWHERE(EtherCatSlave)

@@ -34,3 +34,5 @@ struct EthTunnelingCfg
                                field("tunneling_flags", &R::tunneling_flags));
     }
 };
+
+RECORD_CODE_ELSEWHERE(EthTunnelingCfg)

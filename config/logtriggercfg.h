@@ -29,3 +29,5 @@ struct LogTriggerCfg
             field("multiplexor", &R::multiplexor).keptWhenMissing());
     }
 };
+
+RECORD_CODE_ELSEWHERE(LogTriggerCfg)

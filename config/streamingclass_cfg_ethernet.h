@@ -26,3 +26,5 @@ struct StreamingClass_Cfg_Ethernet
                                field("further_byte", &R::further_byte, 2));
     }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_Cfg_Ethernet)

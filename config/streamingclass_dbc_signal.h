@@ -48,3 +48,5 @@ struct StreamingClass_DBC_Signal
             field("extended_id", &R::extended_id));
     }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_DBC_Signal)

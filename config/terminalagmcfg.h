@@ -44,3 +44,5 @@ struct TerminalAgmCfg
             field("gyro_hp", &R::gyro_hp));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalAgmCfg)

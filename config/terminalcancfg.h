@@ -52,3 +52,5 @@ struct TerminalCanCfg
             field("aim_modules", &R::aim_modules, 4));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalCanCfg)

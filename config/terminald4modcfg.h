@@ -19,3 +19,5 @@ struct TerminalD4ModCfg
                                field("rate", &R::rate), field("mode_value", &R::mode_value));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalD4ModCfg)

@@ -19,3 +19,5 @@ struct TerminalEtherCatCfg
                                field("slaves", &R::slaves));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalEtherCatCfg)

@@ -15,3 +15,5 @@ struct TerminalGpsCfg
         return std::make_tuple(field("enabled", &R::gps_enabled));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalGpsCfg)

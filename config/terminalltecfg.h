@@ -16,3 +16,5 @@ struct TerminalLteCfg
         return std::make_tuple(field("switch", &R::lte_switch), field("companion", &R::companion));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalLteCfg)

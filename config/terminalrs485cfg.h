@@ -23,3 +23,5 @@ struct TerminalRs485Cfg
 
     void resetUnstreamed() { channels.clear(); }
 };
+
+RECORD_CODE_ELSEWHERE(TerminalRs485Cfg)

@@ -58,6 +58,8 @@ struct TerminalStruct
     void versionRead(qint32 streamVersionRead) { version = streamVersionRead; }
 };
 
+RECORD_CODE_ELSEWHERE(TerminalStruct)
+
 extern template void record::write(QDataStream &, const TerminalStruct &);
 extern template void record::read(QDataStream &, TerminalStruct &);
 extern template void record::reset(TerminalStruct &);

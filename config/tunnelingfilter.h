@@ -18,3 +18,5 @@ struct TunnelingFilter
                                field("channel", &R::channel), field("reserved", &R::reserved));
     }
 };
+
+RECORD_CODE_ELSEWHERE(TunnelingFilter)

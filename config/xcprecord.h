@@ -16,3 +16,5 @@ struct XcpRecord
         return std::make_tuple(record::zeroByte(), field("module", &R::module));
     }
 };
+
+RECORD_CODE_ELSEWHERE(XcpRecord)

@@ -37,3 +37,5 @@ struct A2lCompuMethod
             field("table_name", &R::table_name), field("formula", &R::formula));
     }
 };
+
+RECORD_CODE_ELSEWHERE(A2lCompuMethod)

@@ -16,3 +16,5 @@ struct A2lCompuTabPair
         return std::make_tuple(field("x", &R::x), field("y", &R::y));
     }
 };
+
+RECORD_CODE_ELSEWHERE(A2lCompuTabPair)

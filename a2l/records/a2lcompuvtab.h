@@ -25,3 +25,5 @@ struct A2lCompuVTab
                                field("pair_count", &R::pair_count), field("pairs", &R::pairs));
     }
 };
+
+RECORD_CODE_ELSEWHERE(A2lCompuVTab)

@@ -18,3 +18,5 @@ struct A2lCompuVTabPair
         return std::make_tuple(field("value", &R::value), field("text", &R::text));
     }
 };
+
+RECORD_CODE_ELSEWHERE(A2lCompuVTabPair)

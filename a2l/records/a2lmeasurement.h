@@ -37,3 +37,5 @@ struct A2lMeasurement
             field("selection_flags", &R::selection_flags));
     }
 };
+
+RECORD_CODE_ELSEWHERE(A2lMeasurement)

@@ -20,3 +20,5 @@ struct A2lModuleConfig
                                field("cfg", &R::cfg));
     }
 };
+
+RECORD_CODE_ELSEWHERE(A2lModuleConfig)

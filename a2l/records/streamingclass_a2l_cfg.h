@@ -54,3 +54,5 @@ struct StreamingClass_A2L_CFG
             field("flag_word", &R::flag_word, 3), field("max_odt_index", &R::max_odt_index, 3));
     }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_A2L_CFG)

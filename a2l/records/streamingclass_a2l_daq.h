@@ -32,3 +32,5 @@ struct StreamingClass_A2L_DAQ
             field("odts", &R::odts), field("odt_capacity", &R::odt_capacity, 2));
     }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_A2L_DAQ)

@@ -19,3 +19,5 @@ struct StreamingClass_A2L_ODT
                                field("elements", &R::elements));
     }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_A2L_ODT)

@@ -31,3 +31,5 @@ struct StreamingClass_A2L_ODT_ELEMENT
 
     void versionRead(qint32 version) { splitKnown = version >= splitSince; }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_A2L_ODT_ELEMENT)

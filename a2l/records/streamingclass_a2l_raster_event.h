@@ -24,3 +24,5 @@ struct StreamingClass_A2L_RASTER_EVENT
                                field("period_rate", &R::period_rate));
     }
 };
+
+RECORD_CODE_ELSEWHERE(StreamingClass_A2L_RASTER_EVENT)

@@ -362,3 +362,17 @@ template <class R>
 {
     return !record::equal(a, b);
 }
+
+// The streaming code of a record is long, and every file that streams a configuration needs that of
+// all its records. So it is compiled once: the header says RECORD_CODE_ELSEWHERE behind the class,
+// one source file of the library says RECORD_CODE_HERE.
+#define RECORD_CODE(specifier, R)                                                                  \
+    specifier template void record::detail::writeRecord(QDataStream &, const R &);                 \
+    specifier template qint32 record::detail::fillRecord(QDataStream &, R &,                       \
+                                                         record::detail::ReadState &);             \
+    specifier template void record::detail::moveValue(R &, R &);                                   \
+    specifier template void record::detail::resetValue(R &, R &);                                  \
+    specifier template bool record::detail::equalValues(const R &, const R &);                     \
+    specifier template void record::read(QDataStream &, R &);
+#define RECORD_CODE_ELSEWHERE(R) RECORD_CODE(extern, R)
+#define RECORD_CODE_HERE(R) RECORD_CODE(, R)

@@ -119,7 +119,8 @@ void tst_StdLogFileClass::messagesOfTheProcessReachTheFile()
     qInfo("two");
     log.flush();
     const QRegularExpression lines(QStringLiteral(
-        R"(^\d\d-\d\d-\d{4} \d\d:\d\d:\d\d:\d{3} \[Debug\] \S+: one\r\n.+ \[Info\] \S+: two\r\n$)"));
+        R"(^\d\d-\d\d-\d{4} \d\d:\d\d:\d\d:\d{3} \[Debug\] tst_stdlogfileclass\.cpp:\d+: one\r\n)"
+        R"(.+ \[Info\] tst_stdlogfileclass\.cpp:\d+: two\r\n$)"));
     QVERIFY2(lines.match(content()).hasMatch(), qPrintable(content()));
 }
 
