@@ -168,8 +168,8 @@ void MainWindow::makePages()
         for (int number = 0; number < row.count; ++number) {
             const QString title = numbered(row.tree_text, number);
             const QString name = numbered(row.object_name, number);
-            QWidget *page =
-                row.make({appController(), handler, name, title, number, m_ui->stackedWidget});
+            QWidget *page = row.make({appController(), handler, m_parts.prompt, name, title, number,
+                                      m_ui->stackedWidget});
             page->setObjectName(name);
             m_ui->stackedWidget->addWidget(page);
             m_pageOfItem.insert(title, page);
@@ -181,7 +181,8 @@ void MainWindow::makePages()
     m_ui->pushButton_cmd_window->setVisible(m_parts.debug_window != nullptr);
     if (m_parts.debug_window) {
         const QString name = QStringLiteral("DialogCmdWindow");
-        m_debugWindow = m_parts.debug_window({appController(), handler, name, name, 0, this});
+        m_debugWindow =
+            m_parts.debug_window({appController(), handler, m_parts.prompt, name, name, 0, this});
         m_debugWindow->setObjectName(name);
         registerComponent(m_debugWindow);
     }

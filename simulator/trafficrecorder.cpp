@@ -27,8 +27,7 @@ void TrafficRecorder::record(Sender sender, const protocol::Message &message)
         {QStringLiteral("sequence"), message.sequence}};
     const QByteArray payload = message.payload.left(maxPayloadBytes);
     if (message.type == protocol::TextCommand) {
-        line.insert(QStringLiteral("text"),
-                    QString::fromLatin1(payload.constData(), payload.size()));
+        line.insert(QStringLiteral("text"), QString::fromLatin1(payload));
     } else {
         line.insert(QStringLiteral("bytes"), message.payload.size());
         line.insert(QStringLiteral("payload"), QString::fromLatin1(payload.toHex()));

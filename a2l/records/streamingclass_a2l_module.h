@@ -36,7 +36,3 @@ struct StreamingClass_A2L_Module
 
 RECORD_CODE_ELSEWHERE(StreamingClass_A2L_Module)
 
-extern template void record::write(QDataStream &, const StreamingClass_A2L_Module &);
-extern template void record::read(QDataStream &, StreamingClass_A2L_Module &);
-extern template bool record::equal(const StreamingClass_A2L_Module &,
-                                   const StreamingClass_A2L_Module &);
