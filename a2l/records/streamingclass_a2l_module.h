@@ -35,4 +35,3 @@ struct StreamingClass_A2L_Module
 };
 
 RECORD_CODE_ELSEWHERE(StreamingClass_A2L_Module)
-
