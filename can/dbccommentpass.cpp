@@ -1,3 +1,4 @@
+#include "can/canfilters.h"
 #include "can/dbclines.h"
 #include "can/dbcnumbers.h"
 #include "can/dbcpasses.h"
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr quint32 identifierMask = 0x1FFFFFFF;
 constexpr std::string_view commentKeyword = "CM_";
 constexpr std::string_view valueTableKeyword = "VAL_";
 constexpr std::string_view valueTypeKeyword = "SIG_VALTYPE_";
@@ -204,7 +204,7 @@ private:
             const std::optional<quint32> identifier = dbc::toUnsigned(comment.part[2]);
             if (!identifier)
                 return false;
-            record = m_index.find(*identifier & identifierMask, comment.part[3]);
+            record = m_index.find(*identifier & can::maxExtendedId, comment.part[3]);
         }
         if (record && comment.hasText)
             record->description = toText(comment.text);

@@ -1,3 +1,4 @@
+#include "can/canfilters.h"
 #include "can/dbclines.h"
 #include "can/dbcnumbers.h"
 #include "can/dbcpasses.h"
@@ -12,7 +13,6 @@ namespace {
 using dbc::Fault;
 
 constexpr quint32 extendedFlag = quint32(1) << 31; // of an identifier in the file
-constexpr quint32 identifierMask = 0x1FFFFFFF;
 constexpr std::string_view messageKeyword = "BO_";
 constexpr std::string_view signalKeyword = "SG_";
 // The name of the message under which signals of no message stand.
@@ -93,7 +93,7 @@ private:
         if (!dlc)
             return "Unable to parse DLC";
         m_isExtended = (*identifier & extendedFlag) != 0;
-        m_identifier = m_isExtended ? *identifier & identifierMask : *identifier;
+        m_identifier = m_isExtended ? *identifier & can::maxExtendedId : *identifier;
         m_dlc = *dlc;
         m_isInMessage = true;
         ++m_summary.messages;
