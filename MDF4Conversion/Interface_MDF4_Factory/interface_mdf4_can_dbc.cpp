@@ -143,9 +143,9 @@ public:
             (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
         warnAboutFrames(key.first, message, frames);
         if (!message.hasMultiplexed())
-            addGroup(QStringLiteral("DBC"), frames, message.recorded);
+            addGroup(QLatin1String(groupnames::kinds::dbc), frames, message.recorded);
         else if (message.multiplexors.empty())
-            addGroup(QStringLiteral("DBCMUX"), frames, message.recorded);
+            addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, message.recorded);
         else
             addMultiplexedGroups(frames, message);
     }
@@ -210,7 +210,7 @@ private:
             std::vector<const Signal *> members;
             for (const std::size_t place : places)
                 members.push_back(message.recorded[place]);
-            addGroup(QStringLiteral("DBCMUX"), frames, members);
+            addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, members);
         }
     }
 
@@ -236,7 +236,7 @@ private:
 
 groupnames::PortName canPortName(const TerminalCanCfg &configuration, quint8 number)
 {
-    return {QStringLiteral("CAN"), number, configuration.export_name_mode,
+    return {QLatin1String(groupnames::canLabel), number, configuration.export_name_mode,
             configuration.export_custom_name};
 }
 
