@@ -143,8 +143,8 @@ void CMD_Handler_Class::write_data(QByteArray *data)
 void CMD_Handler_Class::read_cmd()
 {
     while (m_socket->bytesAvailable() > 0) {
-        for (const protocol::Message &message : m_reader.feed(m_socket->readAll()))
-            process(message);
+        m_reader.feed(m_socket->readAll(),
+                      [this](const protocol::Message &message) { process(message); });
         if (!m_reader.isBroken())
             continue;
         fail(QStringLiteral("The logger announced an envelope of an impossible length."));

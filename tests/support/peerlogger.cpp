@@ -71,14 +71,14 @@ void PeerLogger::onThread(const std::function<void()> &function)
 
 void PeerLogger::readCommands()
 {
-    for (const protocol::Message &message : m_reader.feed(m_commandSocket->readAll())) {
+    m_reader.feed(m_commandSocket->readAll(), [this](const protocol::Message &message) {
         {
             const QMutexLocker lock(&m_mutex);
             m_received.append(message);
         }
         if (m_answer)
             m_commandSocket->write(m_answer(message));
-    }
+    });
 }
 
 QVector<protocol::Message> PeerLogger::received() const
