@@ -2,6 +2,8 @@
 
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
+#include "link/socketconnect.h"
+#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QNetworkProxy>
@@ -13,7 +15,6 @@
 
 namespace {
 
-constexpr int connectTimeout_ms = 10'000;
 constexpr int keepAliveInterval_ms = 5000;
 constexpr qint64 readBufferBytes = 1 << 20;
 
@@ -84,16 +85,13 @@ bool CMD_Handler_Class::sendStreamingMessage(int type, const QByteArray &payload
 void CMD_Handler_Class::send(const protocol::Message &message, int timeout_ms)
 {
     auto bytes = std::make_unique<QByteArray>(protocol::envelopeBytes(message));
-    QMetaObject::invokeMethod(
-        this,
-        [this, timeout_ms, data = bytes.release()] {
-            m_keepAliveIsAsked = false;
-            m_responseTimer->start(timeout_ms);
-            if (m_isConnected)
-                m_keepAliveTimer->start(keepAliveInterval_ms);
-            write_data(data);
-        },
-        Qt::BlockingQueuedConnection);
+    threadcall::run(this, [this, timeout_ms, data = bytes.release()] {
+        m_keepAliveIsAsked = false;
+        m_responseTimer->start(timeout_ms);
+        if (m_isConnected)
+            m_keepAliveTimer->start(keepAliveInterval_ms);
+        write_data(data);
+    });
 }
 
 bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port)
@@ -103,9 +101,7 @@ bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port
     m_reader.reset();
     m_keepAliveIsAsked = false;
     m_socket->abort();
-    m_socket->connectToHost(tcp_address, tcp_port);
-    m_isConnected = m_socket->waitForConnected(connectTimeout_ms)
-                    && m_socket->state() == QAbstractSocket::ConnectedState;
+    m_isConnected = connectInTime(*m_socket, tcp_address, tcp_port);
     if (m_isConnected)
         m_keepAliveTimer->start(keepAliveInterval_ms);
     else if (m_lastError.isEmpty())

@@ -44,8 +44,13 @@ public:
 
     void appStateChanged(AppSta_t &) override {}
 
-    // Opens both sockets. A failure is told by signal_show_tcp_error.
+    // Opens both sockets, with up to ten seconds for each. Events are delivered meanwhile: the user's
+    // input has to be kept to what may happen then. A failure is told by signal_show_tcp_error,
+    // unless it was asked for. False, too, while another call is under way.
     [[nodiscard]] bool connectLogger(const QHostAddress &address);
+    // Makes the connectLogger() that is under way fail without a word. disconnectLogger() makes it
+    // fail, too.
+    void cancelConnect();
     [[nodiscard]] bool isConnected() const;
 
     // The steps of connecting. On failure lastCommandError() tells why.
@@ -150,6 +155,8 @@ signals:
     void signal_full_update();
     void signal_show_tcp_error(QString error_txt);
     void signal_show_error_if_connected(QString title, QString error_txt);
+    // Each second in which a port of the logger doesn't answer: after so many more it has failed.
+    void signal_connecting(int port, int left_s);
 
     // Live data. Receivers are connected directly and copy what they keep.
     void signal_can_msg_list(int can_nr, QList<CAN_Msg_Class *> can_msg_list);
@@ -189,9 +196,12 @@ private:
     template <class Worker, class... Arguments>
     void connectNews(Worker *worker, void (Worker::*signal)(Arguments...),
                      void (Logger_Data_Handler_Class::*slot)(Arguments...));
+    [[nodiscard]] bool openSockets(const QHostAddress &address);
+    template <class Worker>
+    bool openSocket(Worker &worker, const QHostAddress &address, quint16 port);
     void closeSockets();
     void dropLiveData();
-    void showSocketFailure(const QString &text);
+    void showSocketFailure();
     bool sendRecord(int type, const QByteArray &bytes);
     void fakeTransfer(int type, const QByteArray &bytes);
     template <class R>
@@ -233,6 +243,8 @@ private:
     std::function<void(TerminalCanCfg &)> m_filterLimit;
     int m_writeTimeout_ms = 8000;
     bool m_showsErrors = false;
+    bool m_isConnecting = false; // the sockets are being opened
+    bool m_connectIsCancelled = false;
     std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it
 
     RawQueue m_rawQueue; // the data worker puts in, this thread takes out
