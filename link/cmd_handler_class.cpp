@@ -67,7 +67,7 @@ QByteArray CMD_Handler_Class::sendCommand(const QByteArray &command, int timeout
     m_wait.open(ReplyWait::Kind::Text, sequence);
     send({protocol::TextCommand, sequence, command}, timeout_ms);
     (void)m_wait.wait();
-    return m_wait.takeReply();
+    return m_wait.takeReply().payload;
 }
 
 bool CMD_Handler_Class::sendStreamingMessage(int type, const QByteArray &payload, int timeout_ms)
@@ -151,8 +151,7 @@ void CMD_Handler_Class::read_cmd()
 void CMD_Handler_Class::process(const protocol::Message &message)
 {
     if (message.type == protocol::TextCommand) {
-        if (!message.payload.isEmpty()
-            && m_wait.answer(ReplyWait::Kind::Text, message.sequence, message.payload))
+        if (!message.payload.isEmpty() && m_wait.answer(ReplyWait::Kind::Text, message))
             m_responseTimer->stop();
         return;
     }
@@ -162,7 +161,7 @@ void CMD_Handler_Class::process(const protocol::Message &message)
             qWarning() << "Something Went Wrong - Landed in DEFAULT";
         return;
     }
-    if (m_wait.answer(ReplyWait::Kind::Streaming, message.sequence, message.payload))
+    if (m_wait.answer(ReplyWait::Kind::Streaming, message))
         m_responseTimer->stop();
     if (isRecord)
         passOn(message);
@@ -173,10 +172,8 @@ void CMD_Handler_Class::passOn(const protocol::Message &message)
     if (m_recordLines.allows())
         qDebug() << "CMD_TYPE:" << message.type
                  << " serialized data lenth:" << message.payload.size();
-    if (QByteArray *data = m_records.put(message.payload))
-        emit signal_streaming_prot_received(message.type, data);
-    else if (m_warnings.allows())
-        qWarning() << "Records come faster than they are read, one is dropped.";
+    emit signal_streaming_prot_received(message.type,
+                                        std::make_unique<QByteArray>(message.payload).release());
 }
 
 void CMD_Handler_Class::socket_disconnected()

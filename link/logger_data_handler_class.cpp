@@ -23,6 +23,11 @@ namespace {
 constexpr int keepAliveTimeout_ms = 1000;
 constexpr int connectTick_ms = 1000;
 
+QString timeoutText(int type)
+{
+    return QStringLiteral("Error sending data(timeout). Type:%1").arg(type);
+}
+
 } // namespace
 
 Logger_Data_Handler_Class::Logger_Data_Handler_Class(AppController *controller, QObject *parent)
@@ -51,13 +56,8 @@ Logger_Data_Handler_Class::~Logger_Data_Handler_Class()
 void Logger_Data_Handler_Class::connectWorkers()
 {
     using Handler = Logger_Data_Handler_Class;
-    connect(
-        m_commands.get(), &CMD_Handler_Class::signal_streaming_prot_received, this,
-        [this](int type, QByteArray *data) {
-            m_commands->recordTaken(data);
-            slot_streaming_prot_received(type, data);
-        },
-        Qt::QueuedConnection);
+    connect(m_commands.get(), &CMD_Handler_Class::signal_streaming_prot_received, this,
+            &Handler::takeRecordOver, Qt::DirectConnection);
     connect(m_data.get(), &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION, this,
             &Handler::slot_take_logger_data, Qt::DirectConnection);
     connectNews(m_commands.get(), &CMD_Handler_Class::signal_disconnected,
@@ -201,9 +201,7 @@ void Logger_Data_Handler_Class::check_emit_tcp_error_signal(QString error_txt)
 
 void Logger_Data_Handler_Class::format_cmd_timeout_error(int cmd_type)
 {
-    emit signal_show_error_if_connected(
-        QStringLiteral("Timeout"),
-        QStringLiteral("Error sending data(timeout). Type:%1").arg(cmd_type));
+    emit signal_show_error_if_connected(QStringLiteral("Timeout"), timeoutText(cmd_type));
 }
 
 void Logger_Data_Handler_Class::req_keep_alive()
@@ -280,10 +278,24 @@ bool Logger_Data_Handler_Class::disableStopLogging()
     return sendSetCommand(Command::DisableStopLogging);
 }
 
+// The worker tells of a time-out itself.
+bool Logger_Data_Handler_Class::sendStreaming(int type, const QByteArray &bytes)
+{
+    if (m_commands->sendStreamingMessage(type, bytes, m_writeTimeout_ms))
+        return true;
+    m_lastCommandError = timeoutText(type);
+    return false;
+}
+
 bool Logger_Data_Handler_Class::requestConfiguration()
 {
-    return m_commands->sendStreamingMessage(protocol::ConfigurationRequest, {}, m_writeTimeout_ms)
-           && record::frameIsWhole(m_commands->takeEcho());
+    if (!sendStreaming(protocol::ConfigurationRequest, {}))
+        return false;
+    const protocol::Message answer = m_commands->takeAnswer();
+    if (answer.type == protocol::WholeConfiguration && record::frameIsWhole(answer.payload))
+        return true;
+    m_lastCommandError = QStringLiteral("The logger's answer is no whole configuration.");
+    return false;
 }
 
 void Logger_Data_Handler_Class::enableLiveData()
@@ -293,7 +305,7 @@ void Logger_Data_Handler_Class::enableLiveData()
 
 bool Logger_Data_Handler_Class::sendSoftwareUpdate(const QByteArray &image)
 {
-    return m_commands->sendStreamingMessage(protocol::SoftwareUpdate, image, m_writeTimeout_ms);
+    return sendStreaming(protocol::SoftwareUpdate, image);
 }
 
 bool Logger_Data_Handler_Class::setTransparentMode(bool on)

@@ -12,6 +12,7 @@
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
 #include "link/rawqueue.h"
+#include "link/recordsunderway.h"
 
 #include <QHostAddress>
 #include <QObject>
@@ -28,7 +29,8 @@ class Data_Handler_Class;
 class TunnelingMsg;
 
 // The facade of the link: owns both socket workers and the one configuration. Lives on the GUI
-// thread, where all functions are called; only slot_take_logger_data runs on the data worker's.
+// thread, where all functions are called; only slot_take_logger_data and takeRecordOver run on
+// the workers'.
 //
 // A cmd_write_* doesn't change the configuration: it sends the record with the new value, and what
 // the logger echoes is applied. Without a logger the same bytes are looped back.
@@ -202,6 +204,7 @@ private:
     void closeSockets();
     void dropLiveData();
     void showSocketFailure();
+    bool sendStreaming(int type, const QByteArray &bytes);
     bool sendRecord(int type, const QByteArray &bytes);
     void fakeTransfer(int type, const QByteArray &bytes);
     template <class R>
@@ -211,6 +214,8 @@ private:
     template <class R, class Owner, class T>
     bool writeField(int type, R &record, Owner &owner, T Owner::*field, T value, const char *name);
     bool applyRecord(int type, const QByteArray &data);
+    void takeRecordOver(int type, QByteArray *data);
+    void applyFirstRecord();
 
     using Decoder = void (Logger_Data_Handler_Class::*)(const QByteArray &entry);
     static Decoder decoderOf(quint8 type);
@@ -247,7 +252,9 @@ private:
     bool m_connectIsCancelled = false;
     std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it
 
-    RawQueue m_rawQueue; // the data worker puts in, this thread takes out
+    RawQueue m_rawQueue;               // the data worker puts in, this thread takes out
+    RecordsUnderway m_recordsUnderway; // the command worker puts in, this thread takes out
+    MessageRate m_refusedRecords;      // of the command worker's thread
 
     quint64 m_liveEntries = 0;
     MessageRate m_warnings;
