@@ -18,9 +18,11 @@ ConfigurationCommands::ConfigurationCommands(LoggerLink &link, UserPrompt &promp
 
 void ConfigurationCommands::newEmpty()
 {
-    if (m_prompt.ask(QStringLiteral("Set new Configuration"),
-                     QStringLiteral("Load/Set empty configuration?")))
-        m_link.writeEmptyConfiguration();
+    if (!m_prompt.ask(QStringLiteral("Set new Configuration"),
+                      QStringLiteral("Load/Set empty configuration?")))
+        return;
+    m_link.writeEmptyConfiguration();
+    m_fileName.clear(); // another configuration, which must not replace the one in that file
 }
 
 void ConfigurationCommands::open()

@@ -12,13 +12,14 @@ class ConfigurationCommands
 public:
     ConfigurationCommands(LoggerLink &link, UserPrompt &prompt);
 
+    // Has no file yet.
     void newEmpty();
     void open();
     // To the file of the last open or save, or as saveAs() without one.
     void save();
     void saveAs();
 
-    // Empty before the first open or save.
+    // Empty before the first open or save, and of a new configuration.
     [[nodiscard]] QString fileName() const { return m_fileName; }
 
 private:

@@ -7,6 +7,8 @@ HandlerLink::HandlerLink(AppController *controller)
 {
     m_handler->setObjectName(m_handler->componentName());
     m_handler->registerToController();
+    connect(m_handler.get(), &Logger_Data_Handler_Class::signal_connecting, this,
+            &LoggerLink::connecting);
     connect(m_handler.get(), &Logger_Data_Handler_Class::signal_show_tcp_error, this,
             &LoggerLink::tcpError);
     connect(m_handler.get(), &Logger_Data_Handler_Class::signal_show_error_if_connected, this,
@@ -16,6 +18,11 @@ HandlerLink::HandlerLink(AppController *controller)
 bool HandlerLink::connectLogger(const QHostAddress &address)
 {
     return m_handler->connectLogger(address);
+}
+
+void HandlerLink::cancelConnect()
+{
+    m_handler->cancelConnect();
 }
 
 bool HandlerLink::isConnected() const

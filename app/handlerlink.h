@@ -12,6 +12,7 @@ public:
     explicit HandlerLink(AppController *controller);
 
     [[nodiscard]] bool connectLogger(const QHostAddress &address) override;
+    void cancelConnect() override;
     [[nodiscard]] bool isConnected() const override;
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] bool setTransparentMode(bool on) override;

@@ -23,8 +23,11 @@ public:
         quint64 dropped = 0;
     };
 
-    // Opens both sockets; a failure is told by tcpError().
+    // Opens both sockets; a failure is told by tcpError(). Delivers events meanwhile, which can take
+    // seconds: connecting() counts them down.
     [[nodiscard]] virtual bool connectLogger(const QHostAddress &address) = 0;
+    // Makes the call that is under way fail without a word.
+    virtual void cancelConnect() = 0;
     [[nodiscard]] virtual bool isConnected() const = 0;
     [[nodiscard]] virtual Capabilities capabilities() const = 0;
     [[nodiscard]] virtual bool setTransparentMode(bool on) = 0;
@@ -43,6 +46,7 @@ public:
     [[nodiscard]] virtual Logger_Data_Handler_Class *handler() const = 0;
 
 signals:
+    void connecting(int port, int left_s);
     void tcpError(const QString &text);
     void errorWhileConnected(const QString &title, const QString &text);
     void versionReceived(int majorNumber, int minorNumber);

@@ -6,6 +6,7 @@
 #include "app/state/usersettings.h"
 #include "app/statusfields.h"
 #include "app/ui/dialogdelaydialog.h"
+#include "app/ui/onlycontrol.h"
 #include "app/ui/plainpage.h"
 #include "ui_mainwindow.h"
 
@@ -49,14 +50,14 @@ struct WindowPlace
     QString splitter = QStringLiteral("mainWindow/splitter");
 };
 
-// The cursor of a program that can't answer for a moment.
-class WaitCursor
+// The cursor of a program that works but listens.
+class BusyCursor
 {
 public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
+    BusyCursor() { QGuiApplication::setOverrideCursor(Qt::BusyCursor); }
+    ~BusyCursor() { QGuiApplication::restoreOverrideCursor(); }
+    BusyCursor(const BusyCursor &) = delete;
+    BusyCursor &operator=(const BusyCursor &) = delete;
 };
 
 } // namespace
@@ -82,7 +83,7 @@ MainWindow::MainWindow(AppController *controller, const QString &componentName,
     fillConversionMenu();
     makePages();
     connectSignals();
-    showConnectButton(false);
+    showConnectButton(ConnectButton::Connect);
     m_ui->slideSwitch_transparent->setEnabled(false);
     m_ui->treeWidget->setCurrentItem(m_ui->treeWidget->topLevelItem(0));
     restorePlace();
@@ -149,6 +150,7 @@ void MainWindow::connectSignals()
     connect(m_ui->comboBox_ipAddr->lineEdit(), &QLineEdit::returnPressed,
             m_ui->pushButton_connect_disconnect, &QPushButton::click);
     LoggerLink *link = m_parts.link.get();
+    connect(link, &LoggerLink::connecting, this, &MainWindow::showConnecting);
     connect(link, &LoggerLink::tcpError, this, &MainWindow::show_tcp_error);
     connect(link, &LoggerLink::errorWhileConnected, this,
             &MainWindow::show_warning_if_logger_is_connected);
@@ -221,7 +223,7 @@ void MainWindow::appStateChanged(AppSta_t &state)
 void MainWindow::enterDisconnected()
 {
     m_ui->comboBox_ipAddr->setEnabled(true);
-    showConnectButton(false);
+    showConnectButton(ConnectButton::Connect);
     m_ui->treeWidget->enableAll();
     m_ui->slideSwitch_transparent->setEnabled(false);
     m_ui->slideSwitch_transparent->setChecked(false);
@@ -231,7 +233,7 @@ void MainWindow::enterDisconnected()
 
 void MainWindow::enterConnectSequence()
 {
-    showConnectButton(true);
+    showConnectButton(ConnectButton::Disconnect);
     m_ui->comboBox_ipAddr->setEnabled(false);
     m_parts.settings->setIpAddress(address());
 
@@ -251,14 +253,26 @@ void MainWindow::showTcpErrorMeanwhile()
         show_tcp_error(m_tcpErrorMeanwhile);
 }
 
-void MainWindow::showConnectButton(bool connected)
+void MainWindow::showConnectButton(ConnectButton meaning)
 {
+    struct Look
+    {
+        icons::Symbol symbol;
+        const char *text;
+        const char *toolTip;
+        int shortcut;
+    };
+    static constexpr Look looks[] = {
+        {icons::Symbol::Connect, "Connect", "Connects to the logger at this address", 0},
+        {icons::Symbol::Disconnect, "Cancel", "Gives up connecting (Esc)", Qt::Key_Escape},
+        {icons::Symbol::Disconnect, "Disconnect", "Ends the connection to the logger", 0}};
+    const Look &look = looks[std::size_t(meaning)];
     QPushButton *button = m_ui->pushButton_connect_disconnect;
-    button->setIcon(icons::icon(connected ? icons::Symbol::Disconnect : icons::Symbol::Connect));
-    button->setText(connected ? QStringLiteral("Disconnect") : QStringLiteral("Connect"));
-    button->setToolTip(connected ? QStringLiteral("Ends the connection to the logger")
-                                 : QStringLiteral("Connects to the logger at this address"));
+    button->setIcon(icons::icon(look.symbol));
+    button->setText(QLatin1String(look.text));
+    button->setToolTip(QLatin1String(look.toolTip));
     button->setAccessibleName(button->text());
+    button->setShortcut(look.shortcut); // behind the text, which takes it away
 }
 
 QString MainWindow::address() const
@@ -268,6 +282,10 @@ QString MainWindow::address() const
 
 void MainWindow::on_pushButton_connect_disconnect_clicked()
 {
+    if (m_opening) {
+        m_parts.link->cancelConnect();
+        return;
+    }
     if (m_parts.link->isConnected()) {
         m_parts.link->disconnectLogger();
         return;
@@ -278,19 +296,37 @@ void MainWindow::on_pushButton_connect_disconnect_clicked()
                              QStringLiteral("Please enter a valid IP-address."));
         return;
     }
-    m_ui->statusbar->showMessage(QStringLiteral("Connecting to %1 ...").arg(logger.toString()));
-    m_ui->statusbar->repaint();
-    m_tcpErrorMeanwhile.clear();
-    const bool connected = [&] {
-        const WaitCursor wait;
-        const QScopedValueRollback<bool> connecting(m_connecting, true);
-        return m_parts.link->connectLogger(logger);
-    }();
-    m_ui->statusbar->clearMessage();
-    if (connected)
+    if (openSockets(logger))
         setAppState(APP_STA_CONN_INIT);
     else
         showTcpErrorMeanwhile();
+    if (std::exchange(m_closesWhenOpened, false))
+        close();
+}
+
+// Can take seconds, in which the window listens: but nothing can be done then but cancel.
+bool MainWindow::openSockets(const QHostAddress &logger)
+{
+    m_tcpErrorMeanwhile.clear();
+    const QScopedValueRollback<bool> connecting(m_connecting, true);
+    const QScopedValueRollback<bool> opening(m_opening, true);
+    const BusyCursor busy;
+    const OnlyControl cancel(m_ui->pushButton_connect_disconnect);
+    showConnectButton(ConnectButton::Cancel);
+    m_ui->statusbar->showMessage(QStringLiteral("Connecting to %1 ...").arg(logger.toString()));
+    const bool areOpen = m_parts.link->connectLogger(logger);
+    m_ui->statusbar->clearMessage();
+    showConnectButton(ConnectButton::Connect);
+    return areOpen;
+}
+
+void MainWindow::showConnecting(int port, int left_s)
+{
+    m_ui->statusbar->showMessage(
+        QStringLiteral("Connecting to %1, port %2: no answer yet, %3 s left")
+            .arg(address())
+            .arg(port)
+            .arg(left_s));
 }
 
 void MainWindow::on_comboBox_ipAddr_currentTextChanged(QString arg1)
@@ -443,6 +479,12 @@ void MainWindow::restorePlace()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (m_opening) {
+        m_closesWhenOpened = true;
+        m_parts.link->cancelConnect();
+        event->ignore();
+        return;
+    }
     WindowPlace place;
     place.store.setValue(place.geometry, saveGeometry());
     place.store.setValue(place.splitter, m_ui->splitter->saveState());

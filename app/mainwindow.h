@@ -15,6 +15,7 @@
 #include <memory>
 
 class LoggerLink;
+class QHostAddress;
 class StatusFields;
 class UserSettings;
 
@@ -81,7 +82,10 @@ private:
     void makePages();
     void restorePlace();
     void registerComponent(QWidget *component);
-    void showConnectButton(bool connected);
+    enum class ConnectButton { Connect, Cancel, Disconnect };
+    void showConnectButton(ConnectButton meaning);
+    [[nodiscard]] bool openSockets(const QHostAddress &logger);
+    void showConnecting(int port, int left_s);
     void enterDisconnected();
     void enterConnectSequence();
     void showTcpErrorMeanwhile();
@@ -99,6 +103,8 @@ private:
     QMap<QString, QWidget *> m_pageOfItem; // by the text of the item
     QWidget *m_debugWindow = nullptr;      // a child, none if there is no such window
     AppSta_t m_stateBeforeTransparent = APP_STA_CONN_LOG_OFF;
+    bool m_opening = false; // the sockets are being opened
+    bool m_closesWhenOpened = false;
     bool m_connecting = false;   // the sockets are being opened, or the connect sequence runs
     QString m_tcpErrorMeanwhile; // held back as long as that takes
 };

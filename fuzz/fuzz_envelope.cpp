@@ -31,12 +31,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size == 0)
         return 0;
     const QByteArray stream(reinterpret_cast<const char *>(data) + 1, int(size) - 1);
+    QVector<protocol::Message> messages;
     protocol::EnvelopeReader whole;
-    const QVector<protocol::Message> messages = whole.feed(stream);
+    whole.feed(stream, [&messages](const protocol::Message &message) { messages += message; });
+    QVector<protocol::Message> again;
+    const auto takeAgain = [&again](const protocol::Message &message) { again += message; };
     protocol::EnvelopeReader pieces;
     const int cut = qMin(int(data[0]), stream.size());
-    QVector<protocol::Message> again = pieces.feed(stream.left(cut));
-    again += pieces.feed(stream.mid(cut));
+    pieces.feed(stream.left(cut), takeAgain);
+    pieces.feed(stream.mid(cut), takeAgain);
     if (again != messages || whole.isBroken() != pieces.isBroken())
         std::abort();
     for (const protocol::Message &message : messages)

@@ -2,6 +2,8 @@
 
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
+#include "link/socketconnect.h"
+#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QNetworkProxy>
@@ -13,7 +15,6 @@
 
 namespace {
 
-constexpr int connectTimeout_ms = 10'000;
 constexpr int keepAliveInterval_ms = 5000;
 constexpr qint64 readBufferBytes = 1 << 20;
 
@@ -66,7 +67,7 @@ QByteArray CMD_Handler_Class::sendCommand(const QByteArray &command, int timeout
     m_wait.open(ReplyWait::Kind::Text, sequence);
     send({protocol::TextCommand, sequence, command}, timeout_ms);
     (void)m_wait.wait();
-    return m_wait.takeReply();
+    return m_wait.takeReply().payload;
 }
 
 bool CMD_Handler_Class::sendStreamingMessage(int type, const QByteArray &payload, int timeout_ms)
@@ -84,16 +85,13 @@ bool CMD_Handler_Class::sendStreamingMessage(int type, const QByteArray &payload
 void CMD_Handler_Class::send(const protocol::Message &message, int timeout_ms)
 {
     auto bytes = std::make_unique<QByteArray>(protocol::envelopeBytes(message));
-    QMetaObject::invokeMethod(
-        this,
-        [this, timeout_ms, data = bytes.release()] {
-            m_keepAliveIsAsked = false;
-            m_responseTimer->start(timeout_ms);
-            if (m_isConnected)
-                m_keepAliveTimer->start(keepAliveInterval_ms);
-            write_data(data);
-        },
-        Qt::BlockingQueuedConnection);
+    threadcall::run(this, [this, timeout_ms, data = bytes.release()] {
+        m_keepAliveIsAsked = false;
+        m_responseTimer->start(timeout_ms);
+        if (m_isConnected)
+            m_keepAliveTimer->start(keepAliveInterval_ms);
+        write_data(data);
+    });
 }
 
 bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port)
@@ -103,9 +101,7 @@ bool CMD_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_port
     m_reader.reset();
     m_keepAliveIsAsked = false;
     m_socket->abort();
-    m_socket->connectToHost(tcp_address, tcp_port);
-    m_isConnected = m_socket->waitForConnected(connectTimeout_ms)
-                    && m_socket->state() == QAbstractSocket::ConnectedState;
+    m_isConnected = connectInTime(*m_socket, tcp_address, tcp_port);
     if (m_isConnected)
         m_keepAliveTimer->start(keepAliveInterval_ms);
     else if (m_lastError.isEmpty())
@@ -143,8 +139,8 @@ void CMD_Handler_Class::write_data(QByteArray *data)
 void CMD_Handler_Class::read_cmd()
 {
     while (m_socket->bytesAvailable() > 0) {
-        for (const protocol::Message &message : m_reader.feed(m_socket->readAll()))
-            process(message);
+        m_reader.feed(m_socket->readAll(),
+                      [this](const protocol::Message &message) { process(message); });
         if (!m_reader.isBroken())
             continue;
         fail(QStringLiteral("The logger announced an envelope of an impossible length."));
@@ -155,8 +151,7 @@ void CMD_Handler_Class::read_cmd()
 void CMD_Handler_Class::process(const protocol::Message &message)
 {
     if (message.type == protocol::TextCommand) {
-        if (!message.payload.isEmpty()
-            && m_wait.answer(ReplyWait::Kind::Text, message.sequence, message.payload))
+        if (!message.payload.isEmpty() && m_wait.answer(ReplyWait::Kind::Text, message))
             m_responseTimer->stop();
         return;
     }
@@ -166,7 +161,7 @@ void CMD_Handler_Class::process(const protocol::Message &message)
             qWarning() << "Something Went Wrong - Landed in DEFAULT";
         return;
     }
-    if (m_wait.answer(ReplyWait::Kind::Streaming, message.sequence, message.payload))
+    if (m_wait.answer(ReplyWait::Kind::Streaming, message))
         m_responseTimer->stop();
     if (isRecord)
         passOn(message);
@@ -177,10 +172,8 @@ void CMD_Handler_Class::passOn(const protocol::Message &message)
     if (m_recordLines.allows())
         qDebug() << "CMD_TYPE:" << message.type
                  << " serialized data lenth:" << message.payload.size();
-    if (QByteArray *data = m_records.put(message.payload))
-        emit signal_streaming_prot_received(message.type, data);
-    else if (m_warnings.allows())
-        qWarning() << "Records come faster than they are read, one is dropped.";
+    emit signal_streaming_prot_received(message.type,
+                                        std::make_unique<QByteArray>(message.payload).release());
 }
 
 void CMD_Handler_Class::socket_disconnected()

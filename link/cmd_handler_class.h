@@ -3,7 +3,6 @@
 #include "link/messagerate.h"
 #include "link/protocol/envelope.h"
 #include "link/protocol/sequencenumber.h"
-#include "link/recordsunderway.h"
 #include "link/replywait.h"
 
 #include <QAbstractSocket>
@@ -17,7 +16,7 @@ class QTimer;
 
 // Owns the command socket. The object lives on its own thread, where all slots run; sendCommand and
 // sendStreamingMessage are called by one other thread, which waits in them. Both threads use the
-// reply wait, the records under way and the atomic, nothing else.
+// reply wait and the atomic, nothing else.
 class CMD_Handler_Class : public QThread
 {
     Q_OBJECT
@@ -32,14 +31,11 @@ public:
     // Sends a record or an image and waits for the echo or acknowledgement. False, with
     // signal_cmd_timeout_error, when none came in time.
     [[nodiscard]] bool sendStreamingMessage(int type, const QByteArray &payload, int timeout_ms);
-    // The content of the echo, behind a sendStreamingMessage that has succeeded.
-    [[nodiscard]] QByteArray takeEcho() { return m_wait.takeReply(); }
+    // What came as echo or acknowledgement, behind a sendStreamingMessage that has succeeded.
+    [[nodiscard]] protocol::Message takeAnswer() { return m_wait.takeReply(); }
 
     // From any thread.
     [[nodiscard]] bool isConnected() const { return m_isConnected; }
-
-    // The receiver of signal_streaming_prot_received owns the record from now on.
-    void recordTaken(const QByteArray *data) { m_records.release(data); }
 
 public slots:
     bool socket_connect(QHostAddress tcp_address, ushort tcp_port);
@@ -55,7 +51,8 @@ public slots:
 
 signals:
     void signal_disconnected();
-    // The one receiver calls recordTaken() with the bytes and owns them then.
+    // The one receiver owns the bytes. It takes them on this thread: what waits in the queue of
+    // another one is bounded there.
     void signal_streaming_prot_received(int type, QByteArray *data);
     void signal_socket_error(QString error_txt);
     void signal_cmd_timeout_error(int cmd_type);
@@ -86,5 +83,4 @@ private:
 
     ReplyWait m_wait;
     std::atomic<bool> m_isConnected{false};
-    RecordsUnderway m_records;
 };

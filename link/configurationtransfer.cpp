@@ -4,6 +4,7 @@
 #include "config/configfile.h"
 #include "link/cmd_handler_class.h"
 #include "link/logger_data_handler_class.h"
+#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QScopedValueRollback>
@@ -64,10 +65,20 @@ bool Logger_Data_Handler_Class::writeField(int type, R &record, Owner &owner, T 
 
 bool Logger_Data_Handler_Class::sendRecord(int type, const QByteArray &bytes)
 {
-    if (isConnected())
-        return m_commands->sendStreamingMessage(type, bytes, m_writeTimeout_ms);
-    fakeTransfer(type, bytes);
-    return true;
+    if (!isConnected()) {
+        fakeTransfer(type, bytes);
+        return true;
+    }
+    if (!sendStreaming(type, bytes))
+        return false;
+    const protocol::Message answer = m_commands->takeAnswer();
+    if (answer.type == protocol::Acknowledgement || record::frameIsWhole(answer.payload))
+        return true;
+    m_lastCommandError = QStringLiteral("The logger's answer to a change is cut short: the tool "
+                                        "can't tell what the logger holds. Type:%1")
+                             .arg(type);
+    emit signal_show_error_if_connected(QStringLiteral("Warning"), m_lastCommandError);
+    return false;
 }
 
 void Logger_Data_Handler_Class::fakeTransfer(int type, const QByteArray &bytes)
@@ -82,6 +93,28 @@ void Logger_Data_Handler_Class::fakeTransfer(int type, const QByteArray &bytes)
     } else if (protocol::indexIn(type, protocol::Ethernet, protocol::ethernetTypes) >= 0) {
         qDebug() << "Fake Transfer Triggered from Ethernet";
     }
+}
+
+// On the command worker's thread.
+void Logger_Data_Handler_Class::takeRecordOver(int type, QByteArray *data)
+{
+    switch (m_recordsUnderway.put(type, std::unique_ptr<QByteArray>(data))) {
+    case RecordsUnderway::Outcome::Added:
+        threadcall::post(this, [this] { applyFirstRecord(); });
+        break;
+    case RecordsUnderway::Outcome::Replaced:
+        break;
+    case RecordsUnderway::Outcome::Refused:
+        if (m_refusedRecords.allows())
+            qWarning() << "Records come faster than they are read, one is dropped.";
+        break;
+    }
+}
+
+void Logger_Data_Handler_Class::applyFirstRecord()
+{
+    if (auto record = m_recordsUnderway.takeFirst())
+        slot_streaming_prot_received(record->type, record->data.release());
 }
 
 void Logger_Data_Handler_Class::slot_streaming_prot_received(int type, QByteArray *data)

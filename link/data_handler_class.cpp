@@ -1,6 +1,7 @@
 #include "link/data_handler_class.h"
 
 #include "link/rawqueue.h"
+#include "link/socketconnect.h"
 
 #include <QDebug>
 #include <QNetworkProxy>
@@ -11,7 +12,6 @@
 
 namespace {
 
-constexpr int connectTimeout_ms = 10'000;
 constexpr int copyInterval_ms = 100;
 constexpr int debugInterval_ms = 1000;
 constexpr qint64 readBufferBytes = 4 << 20;
@@ -61,9 +61,7 @@ bool Data_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_por
     m_dataEnabled = false;
     m_reader.reset();
     dropGathered();
-    m_socket->connectToHost(tcp_address, tcp_port);
-    m_isConnected = m_socket->waitForConnected(connectTimeout_ms)
-                    && m_socket->state() == QAbstractSocket::ConnectedState;
+    m_isConnected = connectInTime(*m_socket, tcp_address, tcp_port);
     if (!m_isConnected && m_lastError.isEmpty())
         m_lastError = m_socket->errorString();
     return m_isConnected;
@@ -72,6 +70,8 @@ bool Data_Handler_Class::socket_connect(QHostAddress tcp_address, ushort tcp_por
 void Data_Handler_Class::socket_disconnect()
 {
     m_socket->close();
+    if (m_socket->state() != QAbstractSocket::UnconnectedState)
+        m_socket->abort(); // the connection is still being made
     dropGathered();
 }
 

@@ -2,10 +2,17 @@
 
 #include "link/cmd_handler_class.h"
 #include "link/data_handler_class.h"
+#include "link/socketconnect.h"
+#include "link/threadcall.h"
 #include "modules/d4modtransparent.h"
 
 #include <QDebug>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QScopedValueRollback>
+#include <QTimer>
 
+#include <future>
 #include <utility>
 
 using protocol::Command;
@@ -14,20 +21,11 @@ using protocol::ValueCount;
 namespace {
 
 constexpr int keepAliveTimeout_ms = 1000;
+constexpr int connectTick_ms = 1000;
 
-// Calls a slot of a socket worker on the worker's own thread and waits for it.
-template <class Worker, class Function>
-auto onThreadOf(Worker &worker, Function function)
+QString timeoutText(int type)
 {
-    using Result = decltype(function());
-    if constexpr (std::is_void_v<Result>) {
-        QMetaObject::invokeMethod(&worker, function, Qt::BlockingQueuedConnection);
-    } else {
-        Result result{};
-        QMetaObject::invokeMethod(
-            &worker, [&] { result = function(); }, Qt::BlockingQueuedConnection);
-        return result;
-    }
+    return QStringLiteral("Error sending data(timeout). Type:%1").arg(type);
 }
 
 } // namespace
@@ -58,13 +56,8 @@ Logger_Data_Handler_Class::~Logger_Data_Handler_Class()
 void Logger_Data_Handler_Class::connectWorkers()
 {
     using Handler = Logger_Data_Handler_Class;
-    connect(
-        m_commands.get(), &CMD_Handler_Class::signal_streaming_prot_received, this,
-        [this](int type, QByteArray *data) {
-            m_commands->recordTaken(data);
-            slot_streaming_prot_received(type, data);
-        },
-        Qt::QueuedConnection);
+    connect(m_commands.get(), &CMD_Handler_Class::signal_streaming_prot_received, this,
+            &Handler::takeRecordOver, Qt::DirectConnection);
     connect(m_data.get(), &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION, this,
             &Handler::slot_take_logger_data, Qt::DirectConnection);
     connectNews(m_commands.get(), &CMD_Handler_Class::signal_disconnected,
@@ -91,33 +84,76 @@ void Logger_Data_Handler_Class::connectNews(Worker *worker, void (Worker::*signa
             if (number == m_connectionNumber)
                 (this->*slot)(arguments...);
         };
-        QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+        threadcall::post(this, deliver);
     };
     connect(worker, signal, this, queue, Qt::DirectConnection);
 }
 
 bool Logger_Data_Handler_Class::connectLogger(const QHostAddress &address)
 {
-    const auto open = [&address](auto &worker, quint16 port) {
-        return onThreadOf(worker, [&] { return worker.socket_connect(address, port); });
-    };
-    const auto lastError = [](auto &worker) {
-        return onThreadOf(worker, [&] { return worker.get_last_error(); });
-    };
+    if (m_isConnecting)
+        return false;
     closeSockets();
     ++m_connectionNumber;
     m_showsErrors = false;
-    bool areOpen = false;
-    if (!open(*m_commands, protocol::commandPort))
-        showSocketFailure(lastError(*m_commands));
-    else if (!open(*m_data, protocol::dataPort))
-        showSocketFailure(lastError(*m_data));
-    else if (areOpen = areBothConnected(); !areOpen) // one of them was closed again at once
-        showSocketFailure(lastError(*m_commands) + lastError(*m_data));
-    if (!areOpen)
+    m_connectIsCancelled = false;
+    const bool areOpen = openSockets(address);
+    if (!areOpen) {
+        if (!m_connectIsCancelled)
+            showSocketFailure();
         disconnectLogger();
+    }
     m_showsErrors = areOpen;
     return areOpen;
+}
+
+// The first one may be lost while the second one is opened.
+bool Logger_Data_Handler_Class::openSockets(const QHostAddress &address)
+{
+    const QScopedValueRollback<bool> connecting(m_isConnecting, true);
+    return openSocket(*m_commands, address, protocol::commandPort) && m_commands->isConnected()
+           && openSocket(*m_data, address, protocol::dataPort) && areBothConnected();
+}
+
+// The worker connects on its own thread, while the user can look on and cancel here. When this loop
+// ends early, since the program does, the attempt is ended, too.
+template <class Worker>
+bool Logger_Data_Handler_Class::openSocket(Worker &worker, const QHostAddress &address,
+                                           quint16 port)
+{
+    QEventLoop meanwhile;
+    bool isOver = false;
+    std::promise<bool> promise; // goes to the worker, which may outlast this function with it
+    std::future<bool> isOpen = promise.get_future();
+    threadcall::post(&worker, [&, result = std::move(promise)]() mutable {
+        const bool isConnected = worker.socket_connect(address, port);
+        threadcall::post(&meanwhile, [&] {
+            isOver = true;
+            meanwhile.quit();
+        });
+        result.set_value(isConnected);
+    });
+
+    QElapsedTimer clock;
+    clock.start();
+    QTimer tick;
+    connect(&tick, &QTimer::timeout, this, [this, &clock, port] {
+        const qint64 left_ms = qMax(qint64(0), connectTimeout_ms - clock.elapsed());
+        emit signal_connecting(port, int((left_ms + 999) / 1000));
+    });
+    tick.start(connectTick_ms);
+    meanwhile.exec();
+    if (!isOver)
+        closeSockets();
+    return isOpen.get();
+}
+
+void Logger_Data_Handler_Class::cancelConnect()
+{
+    if (!m_isConnecting)
+        return;
+    m_connectIsCancelled = true;
+    closeSockets();
 }
 
 bool Logger_Data_Handler_Class::areBothConnected() const
@@ -125,8 +161,13 @@ bool Logger_Data_Handler_Class::areBothConnected() const
     return m_commands->isConnected() && m_data->isConnected();
 }
 
-void Logger_Data_Handler_Class::showSocketFailure(const QString &text)
+void Logger_Data_Handler_Class::showSocketFailure()
 {
+    const auto lastError = [](auto &worker) {
+        return threadcall::run(&worker, [&worker] { return worker.get_last_error(); });
+    };
+    const QString ofCommands = lastError(*m_commands);
+    const QString text = ofCommands.isEmpty() ? lastError(*m_data) : ofCommands;
     if (!text.isEmpty())
         emit signal_show_tcp_error(QStringLiteral("Socket: %1").arg(text));
 }
@@ -138,13 +179,15 @@ bool Logger_Data_Handler_Class::isConnected() const
 
 void Logger_Data_Handler_Class::closeSockets()
 {
-    onThreadOf(*m_commands, [this] { m_commands->socket_disconnect(); });
-    onThreadOf(*m_data, [this] { m_data->socket_disconnect(); });
+    threadcall::run(m_commands.get(), [this] { m_commands->socket_disconnect(); });
+    threadcall::run(m_data.get(), [this] { m_data->socket_disconnect(); });
 }
 
 void Logger_Data_Handler_Class::disconnectLogger()
 {
     closeSockets();
+    if (m_isConnecting)
+        return; // the attempt, whose events these are, fails now
     m_showsErrors = false;
     dropLiveData();
     setAppState(APP_STA_DISCONN);
@@ -158,9 +201,7 @@ void Logger_Data_Handler_Class::check_emit_tcp_error_signal(QString error_txt)
 
 void Logger_Data_Handler_Class::format_cmd_timeout_error(int cmd_type)
 {
-    emit signal_show_error_if_connected(
-        QStringLiteral("Timeout"),
-        QStringLiteral("Error sending data(timeout). Type:%1").arg(cmd_type));
+    emit signal_show_error_if_connected(QStringLiteral("Timeout"), timeoutText(cmd_type));
 }
 
 void Logger_Data_Handler_Class::req_keep_alive()
@@ -237,10 +278,24 @@ bool Logger_Data_Handler_Class::disableStopLogging()
     return sendSetCommand(Command::DisableStopLogging);
 }
 
+// The worker tells of a time-out itself.
+bool Logger_Data_Handler_Class::sendStreaming(int type, const QByteArray &bytes)
+{
+    if (m_commands->sendStreamingMessage(type, bytes, m_writeTimeout_ms))
+        return true;
+    m_lastCommandError = timeoutText(type);
+    return false;
+}
+
 bool Logger_Data_Handler_Class::requestConfiguration()
 {
-    return m_commands->sendStreamingMessage(protocol::ConfigurationRequest, {}, m_writeTimeout_ms)
-           && record::frameIsWhole(m_commands->takeEcho());
+    if (!sendStreaming(protocol::ConfigurationRequest, {}))
+        return false;
+    const protocol::Message answer = m_commands->takeAnswer();
+    if (answer.type == protocol::WholeConfiguration && record::frameIsWhole(answer.payload))
+        return true;
+    m_lastCommandError = QStringLiteral("The logger's answer is no whole configuration.");
+    return false;
 }
 
 void Logger_Data_Handler_Class::enableLiveData()
@@ -250,7 +305,7 @@ void Logger_Data_Handler_Class::enableLiveData()
 
 bool Logger_Data_Handler_Class::sendSoftwareUpdate(const QByteArray &image)
 {
-    return m_commands->sendStreamingMessage(protocol::SoftwareUpdate, image, m_writeTimeout_ms);
+    return sendStreaming(protocol::SoftwareUpdate, image);
 }
 
 bool Logger_Data_Handler_Class::setTransparentMode(bool on)

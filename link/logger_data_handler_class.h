@@ -12,6 +12,7 @@
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
 #include "link/rawqueue.h"
+#include "link/recordsunderway.h"
 
 #include <QHostAddress>
 #include <QObject>
@@ -27,7 +28,8 @@ class Data_Handler_Class;
 class TunnelingMsg;
 
 // The facade of the link: owns both socket workers and the one configuration. Lives on the GUI
-// thread, where all functions are called; only slot_take_logger_data runs on the data worker's.
+// thread, where all functions are called; only slot_take_logger_data and takeRecordOver run on
+// the workers'.
 //
 // A cmd_write_* doesn't change the configuration: it sends the record with the new value, and what
 // the logger echoes is applied. Without a logger the same bytes are looped back.
@@ -43,8 +45,13 @@ public:
 
     void appStateChanged(AppSta_t &) override {}
 
-    // Opens both sockets. A failure is told by signal_show_tcp_error.
+    // Opens both sockets, with up to ten seconds for each. Events are delivered meanwhile: the user's
+    // input has to be kept to what may happen then. A failure is told by signal_show_tcp_error,
+    // unless it was asked for. False, too, while another call is under way.
     [[nodiscard]] bool connectLogger(const QHostAddress &address);
+    // Makes the connectLogger() that is under way fail without a word. disconnectLogger() makes it
+    // fail, too.
+    void cancelConnect();
     [[nodiscard]] bool isConnected() const;
 
     // The steps of connecting. On failure lastCommandError() tells why.
@@ -148,6 +155,8 @@ signals:
     void signalFilterLimitCleared(int can_nr, QStringList signalNames);
     void signal_show_tcp_error(QString error_txt);
     void signal_show_error_if_connected(QString title, QString error_txt);
+    // Each second in which a port of the logger doesn't answer: after so many more it has failed.
+    void signal_connecting(int port, int left_s);
 
     // Live data. Receivers are connected directly and copy what they keep.
     void signal_can_msg_list(int can_nr, QList<CAN_Msg_Class *> can_msg_list);
@@ -187,9 +196,13 @@ private:
     template <class Worker, class... Arguments>
     void connectNews(Worker *worker, void (Worker::*signal)(Arguments...),
                      void (Logger_Data_Handler_Class::*slot)(Arguments...));
+    [[nodiscard]] bool openSockets(const QHostAddress &address);
+    template <class Worker>
+    bool openSocket(Worker &worker, const QHostAddress &address, quint16 port);
     void closeSockets();
     void dropLiveData();
-    void showSocketFailure(const QString &text);
+    void showSocketFailure();
+    bool sendStreaming(int type, const QByteArray &bytes);
     bool sendRecord(int type, const QByteArray &bytes);
     void fakeTransfer(int type, const QByteArray &bytes);
     template <class R>
@@ -201,6 +214,8 @@ private:
     bool applyRecord(int type, const QByteArray &data);
     template <class EmitUpdates>
     void limitFilters(int firstCan, int count, EmitUpdates emitUpdates);
+    void takeRecordOver(int type, QByteArray *data);
+    void applyFirstRecord();
 
     using Decoder = void (Logger_Data_Handler_Class::*)(const QByteArray &entry);
     static Decoder decoderOf(quint8 type);
@@ -232,9 +247,13 @@ private:
     QString m_lastCommandError;
     int m_writeTimeout_ms = 8000;
     bool m_showsErrors = false;
+    bool m_isConnecting = false; // the sockets are being opened
+    bool m_connectIsCancelled = false;
     std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it
 
-    RawQueue m_rawQueue; // the data worker puts in, this thread takes out
+    RawQueue m_rawQueue;               // the data worker puts in, this thread takes out
+    RecordsUnderway m_recordsUnderway; // the command worker puts in, this thread takes out
+    MessageRate m_refusedRecords;      // of the command worker's thread
 
     quint64 m_liveEntries = 0;
     MessageRate m_warnings;

@@ -1,33 +1,31 @@
 #include "link/recordsunderway.h"
 
-#include <QtAlgorithms>
-
 #include <algorithm>
-#include <memory>
+#include <utility>
 
-RecordsUnderway::~RecordsUnderway()
-{
-    qDeleteAll(m_records);
-}
-
-QByteArray *RecordsUnderway::put(const QByteArray &bytes)
+RecordsUnderway::Outcome RecordsUnderway::put(int type, std::unique_ptr<QByteArray> data)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_bytes + bytes.size() + costOfRecord > maxBytes)
-        return nullptr;
-    auto record = std::make_unique<QByteArray>(bytes);
-    m_records.push_back(record.get());
-    m_bytes += bytes.size() + costOfRecord;
-    return record.release();
+    const auto earlier = std::find_if(m_records.begin(), m_records.end(),
+                                      [type](const Record &record) { return record.type == type; });
+    const bool replaces = earlier != m_records.end();
+    const qint64 others = m_bytes - (replaces ? earlier->data->size() : 0);
+    if (others + data->size() > maxBytes)
+        return Outcome::Refused;
+    m_bytes = others + data->size();
+    if (replaces)
+        m_records.erase(earlier);
+    m_records.push_back({type, std::move(data)});
+    return replaces ? Outcome::Replaced : Outcome::Added;
 }
 
-// They arrive in the order in which they were sent: the search ends with the first.
-void RecordsUnderway::release(const QByteArray *record)
+std::optional<RecordsUnderway::Record> RecordsUnderway::takeFirst()
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = std::find(m_records.begin(), m_records.end(), record);
-    if (found == m_records.end())
-        return;
-    m_bytes -= record->size() + costOfRecord;
-    m_records.erase(found);
+    if (m_records.empty())
+        return std::nullopt;
+    Record first = std::move(m_records.front());
+    m_records.pop_front();
+    m_bytes -= first.data->size();
+    return first;
 }

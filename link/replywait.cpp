@@ -8,7 +8,7 @@ void ReplyWait::open(Kind kind, quint16 sequence)
     m_state = State::Waiting;
     m_kind = kind;
     m_sequence = sequence;
-    m_reply.clear();
+    m_reply = {};
 }
 
 bool ReplyWait::wait()
@@ -18,17 +18,18 @@ bool ReplyWait::wait()
     return m_state == State::Answered;
 }
 
-QByteArray ReplyWait::takeReply()
+protocol::Message ReplyWait::takeReply()
 {
     const std::lock_guard lock(m_mutex);
     m_state = State::Closed;
     return std::exchange(m_reply, {});
 }
 
-bool ReplyWait::answer(Kind kind, quint16 sequence, const QByteArray &reply)
+bool ReplyWait::answer(Kind kind, const protocol::Message &reply)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_state != State::Waiting || m_kind != kind || sequence == 0 || m_sequence != sequence)
+    if (m_state != State::Waiting || m_kind != kind || reply.sequence == 0
+        || m_sequence != reply.sequence)
         return false;
     m_reply = reply;
     m_state = State::Answered;

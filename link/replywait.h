@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include "link/protocol/envelope.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -16,12 +16,12 @@ public:
     void open(Kind kind, quint16 sequence);
     // Caller's thread: waits for the end. True when the answer has come.
     [[nodiscard]] bool wait();
-    // Caller's thread: the answer, behind a wait.
-    [[nodiscard]] QByteArray takeReply();
+    // Caller's thread: the answer, behind a wait. Without one it has type 0 and no payload.
+    [[nodiscard]] protocol::Message takeReply();
 
-    // Socket's thread: takes the answer if a command of this kind and number is open. A late answer
-    // has another number, or nobody waits for it any more.
-    bool answer(Kind kind, quint16 sequence, const QByteArray &reply = {});
+    // Socket's thread: takes the answer if a command of this kind and of its number is open. A late
+    // answer has another number, or nobody waits for it any more.
+    bool answer(Kind kind, const protocol::Message &reply);
     // Socket's thread: no answer will come.
     void giveUp();
 
@@ -33,5 +33,5 @@ private:
     State m_state = State::Closed;
     Kind m_kind = Kind::Text;
     quint16 m_sequence = 0;
-    QByteArray m_reply;
+    protocol::Message m_reply;
 };

@@ -50,9 +50,7 @@ CommandSession::CommandSession(QTcpSocket *socket, FaultSet &faults, QObject *pa
 
 void CommandSession::read()
 {
-    const QVector<Message> messages = m_reader.feed(m_socket->readAll());
-    for (const Message &message : messages)
-        emit received(message);
+    m_reader.feed(m_socket->readAll(), [this](const Message &message) { emit received(message); });
     if (m_reader.isBroken())
         drop();
 }

@@ -54,15 +54,13 @@ DebugLog::~DebugLog()
 
 bool DebugLog::init(int outputs)
 {
+    const std::scoped_lock lock(m_mutex, m_outputMutex);
     if (m_initialised) {
         m_surroundings.print("DebugLog -> You can init only once!");
         return false;
     }
     m_outputs = std::vector<Output>(outputs > 0 ? static_cast<std::size_t>(outputs) : 0);
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_initialised = true;
-    }
+    m_initialised = true;
     m_thread = std::thread(&DebugLog::run, this);
     return true;
 }
@@ -104,8 +102,8 @@ bool DebugLog::initFile(int id, Level threshold, const std::string &prefix,
         m_surroundings.print("DebugLog-> Failed to open file " + name + "!");
         return false;
     }
-    output.file << "Starting Log File: " << name << '\n' << std::flush;
-    return true;
+    writeToFile(output, "Starting Log File: " + name);
+    return output.file.is_open();
 }
 
 void DebugLog::log(Level level, const std::string &message)

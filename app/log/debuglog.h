@@ -44,7 +44,7 @@ public:
     // Makes the output a print to the console.
     bool initConsole(int id, Level threshold);
     // Makes the output a file "prefixYYYYmmdd_HHMMSS.extension", extension "txt" or "log". The
-    // prefix is UTF-8.
+    // prefix is UTF-8. False if the file can't be opened, or is closed at once for lack of space.
     bool initFile(int id, Level threshold, const std::string &prefix, const std::string &extension);
 
     // Dropped before init().

@@ -10,7 +10,7 @@
 class UserSettings
 {
 public:
-    static constexpr int maxEventFolders = 32;
+    static constexpr int maxEventFolders = 20;
 
     // The program's own file: next to the executable, or in the user's configuration folder where
     // that place can't be written.

@@ -2,6 +2,8 @@
 
 #include <QtEndian>
 
+#include <utility>
+
 namespace protocol {
 
 namespace {
@@ -48,16 +50,15 @@ void EnvelopeReader::reset()
     *this = EnvelopeReader();
 }
 
-QVector<Message> EnvelopeReader::feed(const QByteArray &bytes)
+void EnvelopeReader::feed(const QByteArray &bytes, const Visitor &visit)
 {
-    QVector<Message> messages;
     int at = 0;
     while (at < bytes.size() && m_state != State::Broken) {
         switch (m_state) {
         case State::Start: {
             const int start = bytes.indexOf(startByte, at);
             if (start < 0)
-                return messages;
+                return;
             at = start + 1;
             m_lengthBytes = 0;
             m_length = 0;
@@ -73,9 +74,8 @@ QVector<Message> EnvelopeReader::feed(const QByteArray &bytes)
             m_content.append(bytes.constData() + at, taken);
             at += taken;
             if (taken == missing) {
-                readMessages(m_content, messages);
-                m_content.clear();
                 m_state = State::Start;
+                readMessages(std::exchange(m_content, {}), visit);
             }
             break;
         }
@@ -83,7 +83,6 @@ QVector<Message> EnvelopeReader::feed(const QByteArray &bytes)
             break;
         }
     }
-    return messages;
 }
 
 void EnvelopeReader::takeLength(char byte)
@@ -96,7 +95,7 @@ void EnvelopeReader::takeLength(char byte)
 }
 
 // A message that claims more bytes than remain ends the envelope; what was read before it stands.
-void EnvelopeReader::readMessages(const QByteArray &content, QVector<Message> &messages)
+void EnvelopeReader::readMessages(const QByteArray &content, const Visitor &visit)
 {
     int at = 0;
     while (content.size() - at >= messageHeadSize) {
@@ -105,8 +104,7 @@ void EnvelopeReader::readMessages(const QByteArray &content, QVector<Message> &m
         at += messageHeadSize;
         if (length < 0 || length > content.size() - at)
             return;
-        messages.append(
-            {quint8(head[0]), qFromLittleEndian<quint16>(head + 1), content.mid(at, length)});
+        visit({quint8(head[0]), qFromLittleEndian<quint16>(head + 1), content.mid(at, length)});
         at += length;
     }
 }

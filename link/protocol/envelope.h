@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QVector>
 
+#include <functional>
+
 // The envelope of the command socket, both directions, all integers little-endian:
 //   0  0xAA
 //   1  uint32 length of what follows
@@ -28,12 +30,15 @@ constexpr quint32 maxEnvelopeLength = 100'000'000;
 }
 
 // Finds envelopes in a stream of bytes that arrives in pieces of any size. Memory grows with the
-// bytes that have arrived, never with an announced length.
+// bytes of the envelope in progress that have arrived: neither with an announced length nor with the
+// number of messages, each of which costs many times the seven bytes that it can be as small as.
 class EnvelopeReader
 {
 public:
-    // The messages of all envelopes that these bytes complete.
-    [[nodiscard]] QVector<Message> feed(const QByteArray &bytes);
+    using Visitor = std::function<void(const Message &)>;
+
+    // Hands out the messages of all envelopes that these bytes complete, one by one.
+    void feed(const QByteArray &bytes, const Visitor &visit);
 
     // An envelope announced 0 or more than maxEnvelopeLength bytes. Nothing is read any more until a
     // reset: the connection has to be closed.
@@ -44,7 +49,7 @@ private:
     enum class State { Start, Length, Content, Broken };
 
     void takeLength(char byte);
-    static void readMessages(const QByteArray &content, QVector<Message> &messages);
+    static void readMessages(const QByteArray &content, const Visitor &visit);
 
     State m_state = State::Start;
     int m_lengthBytes = 0;

@@ -4,6 +4,8 @@
 #include "app/state/appcontroller.h"
 #include "tests/app/scriptedsession.h"
 
+#include <functional>
+
 // The link of a main window under test: answers as the scripted session, keeps its state in the
 // controller and writes down what the window asks for.
 class ScriptedLink : public LoggerLink
@@ -19,6 +21,7 @@ public:
     bool connects = true;
     bool transparentModeWorks = true;
     bool filesWork = true;
+    std::function<void()> whileConnecting; // events that are delivered then
     Capabilities has{0, 1, 1, 12, 1, 1, 10, 1};
 
     QStringList calls() const { return session.calls; }
@@ -26,10 +29,18 @@ public:
     bool connectLogger(const QHostAddress &address) override
     {
         session.calls += QStringLiteral("connect %1").arg(address.toString());
-        m_connected = connects;
-        if (!connects)
+        m_isCancelled = false;
+        if (whileConnecting)
+            whileConnecting();
+        m_connected = connects && !m_isCancelled;
+        if (!m_connected && !m_isCancelled)
             emit tcpError(QStringLiteral("Socket: refused"));
-        return connects;
+        return m_connected;
+    }
+    void cancelConnect() override
+    {
+        session.calls += QStringLiteral("cancel");
+        m_isCancelled = true;
     }
     bool isConnected() const override { return m_connected; }
     Capabilities capabilities() const override { return has; }
@@ -89,4 +100,5 @@ private:
 
     AppController *m_controller;
     bool m_connected = false;
+    bool m_isCancelled = false;
 };

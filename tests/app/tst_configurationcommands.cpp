@@ -24,6 +24,8 @@ private slots:
     void aFailedSaveIsToldAndKeepsTheName();
     void newSetsAnEmptyConfigurationAfterTheQuestion();
     void newStopsAtANo();
+    void saveOfANewConfigurationAsksForAName();
+    void aNoToNewKeepsTheName();
 
 private:
     QString calls() const { return m_link->calls().join(QLatin1Char('|')); }
@@ -168,6 +170,24 @@ void tst_ConfigurationCommands::newStopsAtANo()
 {
     m_commands->newEmpty();
     QVERIFY(calls().isEmpty());
+}
+
+void tst_ConfigurationCommands::saveOfANewConfigurationAsksForAName()
+{
+    m_prompt->picks = QStringList({file, QStringLiteral("/new.zdc")});
+    m_commands->open();
+    m_prompt->answer = true;
+    m_commands->newEmpty();
+    m_commands->save();
+    QCOMPARE(calls(), QStringLiteral("load /a/b.zdc|write empty|save /new.zdc"));
+}
+
+void tst_ConfigurationCommands::aNoToNewKeepsTheName()
+{
+    m_prompt->picks = QStringList({file});
+    m_commands->open();
+    m_commands->newEmpty();
+    QCOMPARE(m_commands->fileName(), file);
 }
 
 QTEST_GUILESS_MAIN(tst_ConfigurationCommands)

@@ -56,6 +56,8 @@ private slots:
     void aMessageForAClosedFileIsPrintedOnce();
     void theFileIsClosedWhenSpaceRunsOut();
     void theFileIsClosedWhenSpaceCannotBeRead();
+    void theFirstLineNeedsSpaceToo();
+    void theOutputsCanBeUsedWhileTheyAreDeclared();
     void theSpaceOfTheCurrentDriveCanBeRead();
     void theThreadTellsItsStart();
     void allIsWrittenBeforeItIsDestroyed();
@@ -234,15 +236,41 @@ void tst_DebugLog::theFileIsClosedWhenSpaceRunsOut()
 void tst_DebugLog::theFileIsClosedWhenSpaceCannotBeRead()
 {
     Bench bench;
-    bench.free_bytes = -1;
     DebugLog log(bench.surroundings());
     QVERIFY(log.init(1));
     QVERIFY(log.initFile(0, DebugLog::Level::Info, prefix(), "log"));
+    bench.free_bytes = -1;
     log.log(DebugLog::Level::Info, "text");
     log.flush();
     QVERIFY(content().endsWith(
         " | Error  | System -> Can't check free storage space! Closing Logfile!\n"));
     QVERIFY(!content().contains("text"));
+}
+
+void tst_DebugLog::theFirstLineNeedsSpaceToo()
+{
+    Bench bench;
+    bench.free_bytes = qint64(DebugLog::minFreeBytes) - 1;
+    DebugLog log(bench.surroundings());
+    QVERIFY(log.init(1));
+    QVERIFY(!log.initFile(0, DebugLog::Level::Info, prefix(), "log"));
+    QCOMPARE(content(), QByteArray("2024-02-03 04:05:06.078 | Error  | System -> Storage space run "
+                                   "out! Closing Logfile!\n"));
+}
+
+void tst_DebugLog::theOutputsCanBeUsedWhileTheyAreDeclared()
+{
+    Bench bench;
+    DebugLog log(bench.surroundings());
+    std::thread user([&log] {
+        while (!log.initConsole(0, DebugLog::Level::Info))
+            std::this_thread::yield();
+    });
+    QVERIFY(log.init(1));
+    user.join();
+    log.log(DebugLog::Level::Info, "text");
+    log.flush();
+    QVERIFY(bench.prints.last().endsWith(QStringLiteral("| Info   | text")));
 }
 
 void tst_DebugLog::theSpaceOfTheCurrentDriveCanBeRead()

@@ -98,11 +98,11 @@ void tst_UserSettings::aGiantFileIsNotRead()
 void tst_UserSettings::theStoredValuesAreRead()
 {
     write("; mine\n[GENERAL]\nIP_Address: 10.0.0.7\n[Download]\nlast_event_folder=2\n"
-          "event_folder_0=/a\nevent_folder_31=C:\\b c\nauto_export=5\n");
+          "event_folder_0=/a\nevent_folder_19=C:\\b c\nauto_export=5\n");
     const UserSettings settings(m_path);
     QCOMPARE(settings.ipAddress(), QStringLiteral("10.0.0.7"));
     QCOMPARE(settings.lastEventFolder(), 2);
-    const QMap<int, QString> folders = {{0, QStringLiteral("/a")}, {31, QStringLiteral("C:\\b c")}};
+    const QMap<int, QString> folders = {{0, QStringLiteral("/a")}, {19, QStringLiteral("C:\\b c")}};
     QCOMPARE(settings.eventFolders(), folders);
     QCOMPARE(settings.autoExport(), 5);
 }
@@ -150,7 +150,7 @@ void tst_UserSettings::aRemovedEventFolderIsGone()
 
 void tst_UserSettings::eventFoldersBeyondTheLimitAreIgnored()
 {
-    write("[download]\nevent_folder_32 = /a\nevent_folder_-1 = /b\nevent_folder_x = /c\n");
+    write("[download]\nevent_folder_20 = /a\nevent_folder_-1 = /b\nevent_folder_x = /c\n");
     QVERIFY(UserSettings(m_path).eventFolders().isEmpty());
 }
 

@@ -22,6 +22,9 @@ private slots:
     void connectedAWriteSendsTheRecordAndLeavesTheModelToTheEcho();
     void connectedAWriteThatTimesOutLeavesTheModelUnchanged();
     void aLoggerThatRefusesAValueIsFollowed();
+    void aWriteWhoseEchoComesCutFails();
+    void aWriteMayBeAcknowledgedWithoutAnEcho();
+    void ofAFloodOfConfigurationsOnlyTheNewestIsApplied();
     void anRs485WriteOfflineEmptiesAllChannelLists();
     void recordsRaiseTheirSignals_data();
     void recordsRaiseTheirSignals();
@@ -185,6 +188,8 @@ void tst_ConfigurationTransfer::connectedAWriteThatTimesOutLeavesTheModelUnchang
     QCOMPARE(told.first(), (QVariantList{QStringLiteral("Timeout"),
                                          QStringLiteral("Error sending data(timeout). Type:4")}));
     QCOMPARE(tool.handler.terminal().gps.gps_enabled, quint8(0));
+    QCOMPARE(tool.handler.lastCommandError(),
+             QStringLiteral("Error sending data(timeout). Type:4"));
 }
 
 void tst_ConfigurationTransfer::aLoggerThatRefusesAValueIsFollowed()
@@ -196,6 +201,47 @@ void tst_ConfigurationTransfer::aLoggerThatRefusesAValueIsFollowed()
     });
     QVERIFY(tool.handler.cmd_write_rs485_voltage_lvl(3, 20'000));
     QTRY_COMPARE(tool.handler.terminal().rs485[3].voltage, quint16(5000));
+}
+
+void tst_ConfigurationTransfer::aWriteWhoseEchoComesCutFails()
+{
+    Online tool([](const protocol::Message &message) {
+        return protocol::envelopeBytes(
+            {message.type, message.sequence, message.payload.chopped(1)});
+    });
+    QSignalSpy told(&tool.handler, &Handler::signal_show_error_if_connected);
+    QVERIFY(!tool.handler.cmd_write_gps_enabled(1));
+    const QString text = QStringLiteral("The logger's answer to a change is cut short: the tool "
+                                        "can't tell what the logger holds. Type:4");
+    QCOMPARE(tool.handler.lastCommandError(), text);
+    QCOMPARE(told, (QList<QVariantList>{{QStringLiteral("Warning"), text}}));
+    QCoreApplication::processEvents();
+    QCOMPARE(tool.handler.terminal().gps.gps_enabled, quint8(0));
+}
+
+void tst_ConfigurationTransfer::aWriteMayBeAcknowledgedWithoutAnEcho()
+{
+    Online tool([](const protocol::Message &message) {
+        return protocol::envelopeBytes({protocol::Acknowledgement, message.sequence, {}});
+    });
+    QVERIFY(tool.handler.cmd_write_gps_enabled(1));
+}
+
+// The reply comes behind the records, which the tool doesn't apply before it is back.
+void tst_ConfigurationTransfer::ofAFloodOfConfigurationsOnlyTheNewestIsApplied()
+{
+    constexpr int count = 500;
+    TerminalStruct newest;
+    newest.gps.gps_enabled = 1;
+    QVector<protocol::Message> flood(count - 1, {3, 0, record::toBytes(TerminalStruct())});
+    flood.append({3, 0, record::toBytes(newest)});
+    Online tool([&flood](const protocol::Message &message) {
+        return protocol::envelopeBytes(flood) + textReply(message, "OK");
+    });
+    QSignalSpy full(&tool.handler, &Handler::signal_full_update);
+    QVERIFY(tool.handler.disableStopLogging());
+    QTRY_COMPARE(tool.handler.terminal(), newest);
+    QCOMPARE(full.size(), 1);
 }
 
 void tst_ConfigurationTransfer::anRs485WriteOfflineEmptiesAllChannelLists()

@@ -1,9 +1,12 @@
 #include "app/state/appcontroller.h"
 #include "link/logger_data_handler_class.h"
 #include "tests/support/peerlogger.h"
+#include "tests/support/silentport.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using Handler = Logger_Data_Handler_Class;
 
@@ -37,6 +40,11 @@ private slots:
     void theFirstErrorBehindAnEarlierOneIsShown();
     void whatIsUnderWayEndsWithTheConnection();
     void aConfigurationThatIsCutIsNotReceived();
+    void connectingCanBeCancelled_data();
+    void connectingCanBeCancelled();
+    void disconnectingWhileConnectingMakesItFail();
+    void aSecondConnectWhileConnectingFailsAtOnce();
+    void theEndOfTheProgramEndsConnecting();
 };
 
 namespace {
@@ -62,6 +70,43 @@ struct Online
     AppController controller;
     Handler handler{&controller};
     bool isConnected = false;
+};
+
+// A logger one of whose ports doesn't answer, and a tool without a connection.
+struct Silent
+{
+    explicit Silent(quint16 port = protocol::commandPort)
+        : silent(freed(port), port)
+    {
+        QObject::connect(&handler, &Handler::signal_show_tcp_error,
+                         [this](const QString &text) { told += text; });
+    }
+
+    // Connects, and does something as soon as the tool waits. Whether it was connected, and soon.
+    template <class Action>
+    void connectAnd(Action action)
+    {
+        constexpr int patience_ms = 5000; // half of what a port that doesn't answer would take
+        QElapsedTimer clock;
+        clock.start();
+        QTimer::singleShot(0, &handler, action);
+        isConnected = handler.connectLogger(peer.address());
+        isSoon = clock.elapsed() < patience_ms;
+    }
+
+    QHostAddress freed(quint16 port)
+    {
+        peer.stopListening(port);
+        return peer.address();
+    }
+
+    PeerLogger peer;
+    SilentPort silent;
+    AppController controller;
+    Handler handler{&controller};
+    QStringList told;
+    bool isConnected = false;
+    bool isSoon = false;
 };
 
 const QHostAddress nobody(QStringLiteral("127.255.255.250"));
@@ -91,7 +136,7 @@ void tst_Logger_Data_Handler::aRefusedCommandSocketIsToldOnce()
 void tst_Logger_Data_Handler::aRefusedDataSocketClosesTheCommandSocketAndIsTold()
 {
     PeerLogger peer;
-    peer.stopListeningForData();
+    peer.stopListening(protocol::dataPort);
     AppController controller;
     Handler handler(&controller);
     QSignalSpy told(&handler, &Handler::signal_show_tcp_error);
@@ -359,6 +404,69 @@ void tst_Logger_Data_Handler::aConfigurationThatIsCutIsNotReceived()
     QVERIFY(!tool.handler.requestConfiguration());
     QCoreApplication::processEvents();
     QCOMPARE(full.size(), 0);
+}
+
+void tst_Logger_Data_Handler::connectingCanBeCancelled_data()
+{
+    QTest::addColumn<quint16>("port");
+    QTest::newRow("commands") << protocol::commandPort;
+    QTest::newRow("data") << protocol::dataPort;
+}
+
+void tst_Logger_Data_Handler::connectingCanBeCancelled()
+{
+    QFETCH(quint16, port);
+    Silent tool(port);
+    if (!tool.silent.isSilent())
+        QSKIP("no silent port on this system");
+    tool.connectAnd([&tool] { tool.handler.cancelConnect(); });
+    QVERIFY(!tool.isConnected);
+    QVERIFY(tool.isSoon);
+    QCoreApplication::processEvents();
+    QCOMPARE(tool.told, QStringList());
+    PeerLogger other;
+    QVERIFY(tool.handler.connectLogger(other.address()));
+}
+
+// News of a socket that was lost comes this way.
+void tst_Logger_Data_Handler::disconnectingWhileConnectingMakesItFail()
+{
+    Silent tool(protocol::dataPort);
+    if (!tool.silent.isSilent())
+        QSKIP("no silent port on this system");
+    tool.connectAnd([&tool] { tool.peer.closeCommandSocket(); });
+    QVERIFY(!tool.isConnected);
+    QVERIFY(tool.isSoon);
+    QCOMPARE(tool.told,
+             QStringList{QStringLiteral("Socket: The remote host closed the connection")});
+}
+
+void tst_Logger_Data_Handler::aSecondConnectWhileConnectingFailsAtOnce()
+{
+    Silent tool;
+    if (!tool.silent.isSilent())
+        QSKIP("no silent port on this system");
+    PeerLogger other;
+    bool isConnected = true;
+    tool.connectAnd([&] {
+        isConnected = tool.handler.connectLogger(other.address());
+        tool.handler.cancelConnect();
+    });
+    QVERIFY(!isConnected);
+    QVERIFY(!tool.isConnected);
+    QVERIFY(tool.isSoon);
+}
+
+void tst_Logger_Data_Handler::theEndOfTheProgramEndsConnecting()
+{
+    Silent tool;
+    if (!tool.silent.isSilent())
+        QSKIP("no silent port on this system");
+    QTimer::singleShot(0, &tool.handler,
+                       [&tool] { tool.connectAnd([] { QCoreApplication::quit(); }); });
+    QCoreApplication::exec();
+    QVERIFY(!tool.isConnected);
+    QVERIFY(tool.isSoon);
 }
 
 QTEST_GUILESS_MAIN(tst_Logger_Data_Handler)

@@ -56,7 +56,7 @@ protocol::Message RawClient::message()
         const QByteArray bytes = receive();
         if (bytes.isEmpty())
             return {};
-        m_messages += m_reader.feed(bytes);
+        m_reader.feed(bytes, [this](const protocol::Message &found) { m_messages += found; });
     }
     return m_messages.takeFirst();
 }

@@ -9,17 +9,12 @@
 
 #include <atomic>
 
-namespace {
-
-// Ports are fixed, so tests that run at the same time need addresses of their own.
 QHostAddress freshAddress()
 {
     static std::atomic<quint32> count{0};
     const auto process = quint32(QCoreApplication::applicationPid());
     return QHostAddress(0x7F000000U | (process % 0xFFFF + 1) << 8 | (++count % 250 + 2));
 }
-
-} // namespace
 
 PeerLogger::PeerLogger(Answer answer)
     : m_address(freshAddress())
@@ -71,14 +66,14 @@ void PeerLogger::onThread(const std::function<void()> &function)
 
 void PeerLogger::readCommands()
 {
-    for (const protocol::Message &message : m_reader.feed(m_commandSocket->readAll())) {
+    m_reader.feed(m_commandSocket->readAll(), [this](const protocol::Message &message) {
         {
             const QMutexLocker lock(&m_mutex);
             m_received.append(message);
         }
         if (m_answer)
             m_commandSocket->write(m_answer(message));
-    }
+    });
 }
 
 QVector<protocol::Message> PeerLogger::received() const
@@ -118,9 +113,13 @@ void PeerLogger::closeDataSocket()
     onThread([&] { accepted(m_dataServer, m_dataSocket)->close(); });
 }
 
-void PeerLogger::stopListeningForData()
+void PeerLogger::stopListening(quint16 port)
 {
-    onThread([&] { m_dataServer->close(); });
+    onThread([&] {
+        for (QTcpServer *server : {m_commandServer, m_dataServer})
+            if (server->serverPort() == port)
+                server->close();
+    });
 }
 
 QByteArray echo(const protocol::Message &message)

@@ -11,6 +11,9 @@
 class QTcpServer;
 class QTcpSocket;
 
+// A loopback address that no other test listens on: the logger's ports are fixed.
+[[nodiscard]] QHostAddress freshAddress();
+
 // The logger's end of the command and data sockets for one test: it answers each message with the
 // bytes that the test gives. Lives on a thread of its own, for the tool's thread blocks while it
 // waits. Each object listens on a loopback address of its own.
@@ -32,7 +35,7 @@ public:
     void sendDataBytes(const QByteArray &bytes);
     void closeCommandSocket();
     void closeDataSocket();
-    void stopListeningForData();
+    void stopListening(quint16 port);
 
     // All messages so far.
     [[nodiscard]] QVector<protocol::Message> received() const;

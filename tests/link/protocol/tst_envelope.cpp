@@ -2,6 +2,10 @@
 
 #include <QTest>
 
+#ifdef Q_OS_LINUX
+#include <malloc.h>
+#endif
+
 using protocol::EnvelopeReader;
 using protocol::Message;
 
@@ -25,12 +29,32 @@ private slots:
     void aLongLengthTakesNoMemoryBeforeItsBytesCome();
     void aResetStartsAnew();
     void damageAtAnyByteIsSurvived();
+    void manySmallMessagesTakeNoMemoryBesideTheirEnvelope();
 };
 
 namespace {
 
+QVector<Message> messagesOf(EnvelopeReader &reader, const QByteArray &bytes)
+{
+    QVector<Message> messages;
+    reader.feed(bytes, [&messages](const Message &message) { messages.append(message); });
+    return messages;
+}
+
 const Message reply{1, 0x1234, "OK\r\n"};
 const Message push{20, 0, QByteArray::fromHex("aa0001")};
+
+// Of the heap; 0 where the system can't tell.
+qint64 heldBytes()
+{
+#ifdef __GLIBC__
+#if __GLIBC_PREREQ(2, 33)
+    const auto heap = mallinfo2();
+    return qint64(heap.uordblks + heap.hblkhd);
+#endif
+#endif
+    return 0;
+}
 
 QByteArray envelope(const char *contentHex)
 {
@@ -58,7 +82,7 @@ void tst_Envelope::whatIsWrittenReadsBackWhole()
 {
     EnvelopeReader reader;
     const QVector<Message> messages{reply, push, {100, 7, {}}};
-    QCOMPARE(reader.feed(protocol::envelopeBytes(messages)), messages);
+    QCOMPARE(messagesOf(reader, protocol::envelopeBytes(messages)), messages);
 }
 
 void tst_Envelope::aStreamMayBeSplitAtEveryByte()
@@ -68,12 +92,12 @@ void tst_Envelope::aStreamMayBeSplitAtEveryByte()
     EnvelopeReader reader;
     QVector<Message> found;
     for (const char byte : stream)
-        found += reader.feed(QByteArray(1, byte));
+        found += messagesOf(reader, QByteArray(1, byte));
     QCOMPARE(found, (QVector<Message>{reply, push, {3, 9, QByteArray(300, 'x')}}));
     for (int cut = 0; cut <= stream.size(); ++cut) {
         EnvelopeReader halves;
-        QVector<Message> inHalves = halves.feed(stream.left(cut));
-        inHalves += halves.feed(stream.mid(cut));
+        QVector<Message> inHalves = messagesOf(halves, stream.left(cut));
+        inHalves += messagesOf(halves, stream.mid(cut));
         QCOMPARE(inHalves, found);
     }
 }
@@ -81,41 +105,41 @@ void tst_Envelope::aStreamMayBeSplitAtEveryByte()
 void tst_Envelope::bytesBeforeTheStartByteAreDropped()
 {
     EnvelopeReader reader;
-    QCOMPARE(reader.feed(QByteArray::fromHex("0055ff") + protocol::envelopeBytes(reply)),
+    QCOMPARE(messagesOf(reader, QByteArray::fromHex("0055ff") + protocol::envelopeBytes(reply)),
              QVector<Message>{reply});
 }
 
 void tst_Envelope::oneEnvelopeGivesAllItsMessages()
 {
     EnvelopeReader reader;
-    QCOMPARE(reader.feed(protocol::envelopeBytes({reply, push})).size(), 2);
+    QCOMPARE(messagesOf(reader, protocol::envelopeBytes({reply, push})).size(), 2);
 }
 
 void tst_Envelope::aMessageThatClaimsMoreThanRemainsEndsTheEnvelope()
 {
     EnvelopeReader reader;
-    QCOMPARE(reader.feed(envelope("64 0100 00000000 14 0000 05000000 01020304")),
+    QCOMPARE(messagesOf(reader, envelope("64 0100 00000000 14 0000 05000000 01020304")),
              (QVector<Message>{{100, 1, {}}}));
 }
 
 void tst_Envelope::aNegativeLengthEndsTheEnvelope()
 {
     EnvelopeReader reader;
-    QVERIFY(reader.feed(envelope("14 0000 ffffffff 64 0100 00000000")).isEmpty());
+    QVERIFY(messagesOf(reader, envelope("14 0000 ffffffff 64 0100 00000000")).isEmpty());
     QVERIFY(!reader.isBroken());
 }
 
 void tst_Envelope::lessThanAMessageHeadIsDropped()
 {
     EnvelopeReader reader;
-    QVERIFY(reader.feed(envelope("640100000000")).isEmpty());
+    QVERIFY(messagesOf(reader, envelope("640100000000")).isEmpty());
     QVERIFY(!reader.isBroken());
 }
 
 void tst_Envelope::theNextEnvelopeIsReadBehindACutOne()
 {
     EnvelopeReader reader;
-    QCOMPARE(reader.feed(envelope("14 0000 05000000 01") + protocol::envelopeBytes(reply)),
+    QCOMPARE(messagesOf(reader, envelope("14 0000 05000000 01") + protocol::envelopeBytes(reply)),
              QVector<Message>{reply});
 }
 
@@ -133,9 +157,9 @@ void tst_Envelope::anImpossibleLengthBreaksTheStream()
 {
     QFETCH(QByteArray, head);
     EnvelopeReader reader;
-    QVERIFY(reader.feed(head).isEmpty());
+    QVERIFY(messagesOf(reader, head).isEmpty());
     QTEST(reader.isBroken(), "isBroken");
-    QVERIFY(reader.feed(protocol::envelopeBytes(reply)).isEmpty());
+    QVERIFY(messagesOf(reader, protocol::envelopeBytes(reply)).isEmpty());
 }
 
 // Many connections may each announce the most that is allowed.
@@ -143,16 +167,16 @@ void tst_Envelope::aLongLengthTakesNoMemoryBeforeItsBytesCome()
 {
     QVector<EnvelopeReader> readers(1000);
     for (EnvelopeReader &reader : readers)
-        QVERIFY(reader.feed(QByteArray::fromHex("aa00e1f505 01")).isEmpty());
+        QVERIFY(messagesOf(reader, QByteArray::fromHex("aa00e1f505 01")).isEmpty());
 }
 
 void tst_Envelope::aResetStartsAnew()
 {
     EnvelopeReader reader;
-    (void)reader.feed(QByteArray::fromHex("aa00000000"));
+    (void)messagesOf(reader, QByteArray::fromHex("aa00000000"));
     reader.reset();
     QVERIFY(!reader.isBroken());
-    QCOMPARE(reader.feed(protocol::envelopeBytes(reply)), QVector<Message>{reply});
+    QCOMPARE(messagesOf(reader, protocol::envelopeBytes(reply)), QVector<Message>{reply});
 }
 
 void tst_Envelope::damageAtAnyByteIsSurvived()
@@ -163,12 +187,28 @@ void tst_Envelope::damageAtAnyByteIsSurvived()
             QByteArray bad = good;
             bad[at] = char(value);
             EnvelopeReader reader;
-            const QVector<Message> found = reader.feed(bad);
+            const QVector<Message> found = messagesOf(reader, bad);
             QVERIFY(found.size() <= 3);
             for (const Message &message : found)
                 QVERIFY(message.payload.size() <= good.size());
         }
     }
+}
+
+void tst_Envelope::manySmallMessagesTakeNoMemoryBesideTheirEnvelope()
+{
+    constexpr int count = 200'000;
+    const QByteArray stream = protocol::envelopeBytes(QVector<Message>(count, reply));
+    EnvelopeReader reader;
+    const qint64 before = heldBytes();
+    qint64 most = before;
+    int seen = 0;
+    reader.feed(stream, [&](const Message &) {
+        if (++seen % (count / 10) == 0) // looking takes long
+            most = qMax(most, heldBytes());
+    });
+    QCOMPARE(seen, count);
+    QVERIFY(most - before < 3 * stream.size()); // a growing buffer holds up to twice its content
 }
 
 QTEST_GUILESS_MAIN(tst_Envelope)
