@@ -3,10 +3,10 @@
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
 #include "link/socketconnect.h"
-#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QNetworkProxy>
+#include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -29,10 +29,12 @@ CMD_Handler_Class::~CMD_Handler_Class()
 {
     quit();
     wait();
+    m_end.waitedFor();
 }
 
 void CMD_Handler_Class::run()
 {
+    const auto atEnd = qScopeGuard([this] { m_end.reached(); });
     QTcpSocket socket;
     QTimer responseTimer;
     QTimer keepAliveTimer;

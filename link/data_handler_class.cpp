@@ -5,6 +5,7 @@
 
 #include <QDebug>
 #include <QNetworkProxy>
+#include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -28,11 +29,13 @@ Data_Handler_Class::~Data_Handler_Class()
 {
     quit();
     wait();
+    m_end.waitedFor();
     dropGathered();
 }
 
 void Data_Handler_Class::run()
 {
+    const auto atEnd = qScopeGuard([this] { m_end.reached(); });
     QTcpSocket socket;
     QTimer copyTimer;
     socket.setProxy(QNetworkProxy::NoProxy);
