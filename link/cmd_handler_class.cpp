@@ -35,7 +35,7 @@ CMD_Handler_Class::~CMD_Handler_Class()
 void CMD_Handler_Class::run()
 {
     const auto atEnd = qScopeGuard([this] { m_end.reached(); });
-    QTcpSocket socket;
+    QTcpSocket socket(this);
     QTimer responseTimer;
     QTimer keepAliveTimer;
     socket.setProxy(QNetworkProxy::NoProxy);

@@ -36,7 +36,7 @@ Data_Handler_Class::~Data_Handler_Class()
 void Data_Handler_Class::run()
 {
     const auto atEnd = qScopeGuard([this] { m_end.reached(); });
-    QTcpSocket socket;
+    QTcpSocket socket(this);
     QTimer copyTimer;
     socket.setProxy(QNetworkProxy::NoProxy);
     socket.setReadBufferSize(readBufferBytes);
@@ -133,8 +133,7 @@ void Data_Handler_Class::tcp_socket_error(QAbstractSocket::SocketError)
 
 void Data_Handler_Class::write_debug_output()
 {
-    if (m_readCalls != 0)
-        qDebug("TCP-Read requests:%i", m_readCalls);
+    qDebug("TCP-Read requests:%i", m_readCalls);
     m_readCalls = 0;
     QTimer::singleShot(debugInterval_ms, this, &Data_Handler_Class::write_debug_output);
 }
