@@ -3,10 +3,10 @@
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
 #include "link/socketconnect.h"
-#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QNetworkProxy>
+#include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -29,11 +29,13 @@ CMD_Handler_Class::~CMD_Handler_Class()
 {
     quit();
     wait();
+    m_end.waitedFor();
 }
 
 void CMD_Handler_Class::run()
 {
-    QTcpSocket socket;
+    const auto atEnd = qScopeGuard([this] { m_end.reached(); });
+    QTcpSocket socket(this);
     QTimer responseTimer;
     QTimer keepAliveTimer;
     socket.setProxy(QNetworkProxy::NoProxy);

@@ -4,6 +4,7 @@
 #include "link/protocol/envelope.h"
 #include "link/protocol/sequencenumber.h"
 #include "link/replywait.h"
+#include "link/threadcall.h"
 
 #include <QAbstractSocket>
 #include <QHostAddress>
@@ -83,4 +84,5 @@ private:
 
     ReplyWait m_wait;
     std::atomic<bool> m_isConnected{false};
+    threadcall::End m_end;
 };

@@ -5,6 +5,7 @@
 
 #include <QDebug>
 #include <QNetworkProxy>
+#include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -28,12 +29,14 @@ Data_Handler_Class::~Data_Handler_Class()
 {
     quit();
     wait();
+    m_end.waitedFor();
     dropGathered();
 }
 
 void Data_Handler_Class::run()
 {
-    QTcpSocket socket;
+    const auto atEnd = qScopeGuard([this] { m_end.reached(); });
+    QTcpSocket socket(this);
     QTimer copyTimer;
     socket.setProxy(QNetworkProxy::NoProxy);
     socket.setReadBufferSize(readBufferBytes);
@@ -130,8 +133,7 @@ void Data_Handler_Class::tcp_socket_error(QAbstractSocket::SocketError)
 
 void Data_Handler_Class::write_debug_output()
 {
-    if (m_readCalls != 0)
-        qDebug("TCP-Read requests:%i", m_readCalls);
+    qDebug("TCP-Read requests:%i", m_readCalls);
     m_readCalls = 0;
     QTimer::singleShot(debugInterval_ms, this, &Data_Handler_Class::write_debug_output);
 }

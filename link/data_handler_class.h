@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/protocol/framereader.h"
+#include "link/threadcall.h"
 
 #include <QAbstractSocket>
 #include <QHostAddress>
@@ -59,4 +60,5 @@ private:
 
     std::atomic<bool> m_isConnected{false};
     std::atomic<bool> m_dataEnabled{false};
+    threadcall::End m_end;
 };

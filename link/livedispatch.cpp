@@ -3,6 +3,7 @@
 #include "MDF4Conversion/rawlog/entrytypes.h"
 #include "eth/tunnelingmsg.h"
 #include "link/logger_data_handler_class.h"
+#include "link/threadcall.h"
 #include "modules/d4modtransparent.h"
 
 #include <QDebug>
@@ -48,8 +49,7 @@ void drop(QList<T *> &list)
 void Logger_Data_Handler_Class::slot_take_logger_data(QList<QByteArray *> data)
 {
     if (m_rawQueue.put(data))
-        QMetaObject::invokeMethod(this, &Logger_Data_Handler_Class::slot_process_logger_data,
-                                  Qt::QueuedConnection);
+        threadcall::post(this, [this] { slot_process_logger_data(); });
 }
 
 void Logger_Data_Handler_Class::slot_process_logger_data()
@@ -59,8 +59,7 @@ void Logger_Data_Handler_Class::slot_process_logger_data()
     for (const QByteArray *entry : entries)
         deliveries.run([&] { decode(*entry); });
     qDeleteAll(entries);
-    QMetaObject::invokeMethod(this, &Logger_Data_Handler_Class::send_signals_to_data_receivers,
-                              Qt::QueuedConnection);
+    threadcall::post(this, [this] { send_signals_to_data_receivers(); });
     deliveries.rethrowFirst();
 }
 

@@ -1,16 +1,15 @@
 #include "link/cmd_handler_class.h"
 #include "link/protocol/messagetypes.h"
 #include "link/protocol/reply.h"
+#include "tests/support/connectedworker.h"
 #include "tests/support/messagecount.h"
-#include "tests/support/peerlogger.h"
 
 #include <QElapsedTimer>
-#include <QSemaphore>
-#include <QSignalSpy>
 #include <QTcpServer>
 #include <QTest>
 
 #include <atomic>
+#include <future>
 
 using protocol::Message;
 
@@ -35,6 +34,7 @@ private slots:
     void anImpossibleEnvelopeClosesTheConnectionAndTheNextOneWorks();
     void theLossOfTheConnectionEndsTheWait();
     void aRefusedConnectionHasItsCause();
+    void itsSocketUsesNoProxy();
     void typesWithoutMeaningAreSkipped();
     void aKeepAliveIsAskedForWhileConnected();
     void keepAlivesDontGatherBehindALongWait();
@@ -49,65 +49,27 @@ private slots:
 
 namespace {
 
-// Starts a worker and connects it to a peer.
-struct Connected
-{
-    explicit Connected(PeerLogger::Answer answer = {})
-        : peer(std::move(answer))
-    {
-        worker.start();
-        isConnected = connectTo(peer.address());
-    }
-
-    bool connectTo(const QHostAddress &address)
-    {
-        bool result = false;
-        QMetaObject::invokeMethod(
-            &worker, [&] { result = worker.socket_connect(address, protocol::commandPort); },
-            Qt::BlockingQueuedConnection);
-        return result;
-    }
-
-    PeerLogger peer;
-    CMD_Handler_Class worker;
-    bool isConnected = false;
-};
+using Connected = ConnectedWorker<CMD_Handler_Class, protocol::commandPort>;
 
 // Takes over the records that a worker passes on.
-class RecordSink : public QObject
+class RecordSink : public Gathered<QVector<Message>>
 {
 public:
     explicit RecordSink(CMD_Handler_Class &worker)
-    {
-        connect(
-            &worker, &CMD_Handler_Class::signal_streaming_prot_received, this,
-            [this](int type, QByteArray *data) {
-                const std::lock_guard lock(m_mutex);
-                m_records.append({quint8(type), 0, *data});
-                delete data;
-            },
-            Qt::DirectConnection);
-    }
-
-    [[nodiscard]] QVector<Message> records() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_records;
-    }
+        : Gathered(worker, &CMD_Handler_Class::signal_streaming_prot_received, take)
+    {}
 
 private:
-    mutable std::mutex m_mutex; // guards what was taken on the worker's thread
-    QVector<Message> m_records;
+    static void take(QVector<Message> &records, int type, QByteArray *data)
+    {
+        const std::unique_ptr<QByteArray> owned(data);
+        records.append({quint8(type), 0, *owned});
+    }
 };
 
 QByteArray okReply(const Message &message)
 {
     return textReply(message, "OK\r\n");
-}
-
-void onThreadOf(CMD_Handler_Class &worker, const std::function<void()> &function)
-{
-    QMetaObject::invokeMethod(&worker, function, Qt::BlockingQueuedConnection);
 }
 
 // One envelope of many records without content.
@@ -165,17 +127,12 @@ void tst_CMD_Handler::aStaleReplyIsDroppedAndTheTimeOutEndsTheWait()
 void tst_CMD_Handler::aReplyMayComeInPieces()
 {
     Connected link;
-    QThread *asker = QThread::create([&link] {
-        while (link.peer.received().isEmpty())
-            QThread::yieldCurrentThread();
+    const OnceAsked answering(link.peer, [&link] {
         const QByteArray bytes = okReply(link.peer.received().first());
         for (const char byte : bytes)
             link.peer.sendCommandBytes(QByteArray(1, byte));
     });
-    asker->start();
     QCOMPARE(link.worker.sendCommand("a", 5000), QByteArray("OK\r\n"));
-    asker->wait();
-    delete asker;
 }
 
 void tst_CMD_Handler::anEmptyReplyIsNone()
@@ -191,7 +148,7 @@ void tst_CMD_Handler::oneEnvelopeMayHoldAReplyAndAPushedRecord()
     });
     RecordSink sink(link.worker);
     QCOMPARE(link.worker.sendCommand("a", 1000), QByteArray("OK"));
-    QTRY_COMPARE(sink.records(), (QVector<Message>{{20, 0, "pushed"}}));
+    QTRY_COMPARE(sink.all(), (QVector<Message>{{20, 0, "pushed"}}));
 }
 
 void tst_CMD_Handler::anEchoEndsTheWaitAndIsPassedOn()
@@ -199,7 +156,7 @@ void tst_CMD_Handler::anEchoEndsTheWaitAndIsPassedOn()
     Connected link(echo);
     RecordSink sink(link.worker);
     QVERIFY(link.worker.sendStreamingMessage(4, "record", 1000));
-    QTRY_COMPARE(sink.records(), (QVector<Message>{{4, 0, "record"}}));
+    QTRY_COMPARE(sink.all(), (QVector<Message>{{4, 0, "record"}}));
 }
 
 void tst_CMD_Handler::anAcknowledgementEndsTheWaitAndIsNotPassedOn()
@@ -209,7 +166,7 @@ void tst_CMD_Handler::anAcknowledgementEndsTheWaitAndIsNotPassedOn()
     });
     RecordSink sink(link.worker);
     QVERIFY(link.worker.sendStreamingMessage(100, "image", 1000));
-    QTRY_COMPARE(sink.records(), (QVector<Message>{{40, 0, "next"}}));
+    QTRY_COMPARE(sink.all(), (QVector<Message>{{40, 0, "next"}}));
 }
 
 void tst_CMD_Handler::aLateEchoDoesNotAnswerAnOpenCommandButIsPassedOn()
@@ -219,16 +176,16 @@ void tst_CMD_Handler::aLateEchoDoesNotAnswerAnOpenCommandButIsPassedOn()
     });
     RecordSink sink(link.worker);
     QCOMPARE(link.worker.sendCommand("a", 50), QByteArray());
-    QTRY_COMPARE(sink.records(), (QVector<Message>{{4, 0, "late"}}));
+    QTRY_COMPARE(sink.all(), (QVector<Message>{{4, 0, "late"}}));
 }
 
 void tst_CMD_Handler::aWriteThatTimesOutIsTold()
 {
     Connected link;
-    QSignalSpy told(&link.worker, &CMD_Handler_Class::signal_cmd_timeout_error);
+    const Told told(link.worker, &CMD_Handler_Class::signal_cmd_timeout_error);
     QVERIFY(!link.worker.sendStreamingMessage(23, "record", 50));
     QCOMPARE(told.size(), 1);
-    QCOMPARE(told.first().first().toInt(), 23);
+    QCOMPARE(told.all().first().first().toInt(), 23);
     QVERIFY(link.worker.isConnected());
 }
 
@@ -245,7 +202,7 @@ void tst_CMD_Handler::garbageDoesNotDisturbACommand()
 void tst_CMD_Handler::anImpossibleEnvelopeClosesTheConnectionAndTheNextOneWorks()
 {
     Connected link(okReply);
-    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
+    const Told lost(link.worker, &CMD_Handler_Class::signal_disconnected);
     (void)link.worker.sendCommand("a", 1000);
     link.peer.sendCommandBytes(QByteArray::fromHex("aa00000000"));
     QTRY_COMPARE(lost.size(), 1);
@@ -258,19 +215,12 @@ void tst_CMD_Handler::theLossOfTheConnectionEndsTheWait()
 {
     QByteArray nothing;
     Connected link;
-    QThread *closer = QThread::create([&link] {
-        while (link.peer.received().isEmpty())
-            QThread::yieldCurrentThread();
-        link.peer.closeCommandSocket();
-    });
-    QSignalSpy errors(&link.worker, &CMD_Handler_Class::signal_socket_error);
-    closer->start();
+    const OnceAsked closing(link.peer, [&link] { link.peer.closeCommandSocket(); });
+    const Told errors(link.worker, &CMD_Handler_Class::signal_socket_error);
     QElapsedTimer clock;
     clock.start();
     QCOMPARE(link.worker.sendCommand("a", 60'000), nothing);
     QVERIFY(clock.elapsed() < 30'000);
-    closer->wait();
-    delete closer;
     QTRY_COMPARE(errors.size(), 1);
 }
 
@@ -278,10 +228,13 @@ void tst_CMD_Handler::aRefusedConnectionHasItsCause()
 {
     Connected link;
     QVERIFY(!link.connectTo(QHostAddress(QStringLiteral("127.255.255.250"))));
-    QString cause;
-    QMetaObject::invokeMethod(
-        &link.worker, [&] { cause = link.worker.get_last_error(); }, Qt::BlockingQueuedConnection);
-    QCOMPARE(cause, QStringLiteral("Connection refused"));
+    QCOMPARE(link.lastError(), QStringLiteral("Connection refused"));
+}
+
+void tst_CMD_Handler::itsSocketUsesNoProxy()
+{
+    Connected link;
+    QVERIFY(!link.usesAProxy());
 }
 
 void tst_CMD_Handler::typesWithoutMeaningAreSkipped()
@@ -291,28 +244,28 @@ void tst_CMD_Handler::typesWithoutMeaningAreSkipped()
     });
     RecordSink sink(link.worker);
     QVERIFY(!link.worker.sendStreamingMessage(5, "record", 50));
-    QTRY_COMPARE(sink.records(), (QVector<Message>{{5, 0, "agm"}}));
+    QTRY_COMPARE(sink.all(), (QVector<Message>{{5, 0, "agm"}}));
 }
 
 // The signal itself comes after five seconds; the request is what the handler makes of it.
 void tst_CMD_Handler::aKeepAliveIsAskedForWhileConnected()
 {
     Connected link(okReply);
-    QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
-    QVERIFY(needed.wait(8000));
+    const Told needed(link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
+    QTRY_COMPARE_WITH_TIMEOUT(needed.size(), 1, 8000);
 }
 
 // Queued, each would wait for a reply of its own.
 void tst_CMD_Handler::keepAlivesDontGatherBehindALongWait()
 {
     Connected link(okReply);
-    QSignalSpy needed(&link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
+    const Told needed(link.worker, &CMD_Handler_Class::signal_keep_alive_needed);
     const auto expire = [&link] { link.worker.keep_alive_expired(); };
-    onThreadOf(link.worker, expire);
-    onThreadOf(link.worker, expire);
+    link.onThread(expire);
+    link.onThread(expire);
     QCOMPARE(needed.size(), 1);
     (void)link.worker.sendCommand("a", 1000);
-    onThreadOf(link.worker, expire);
+    link.onThread(expire);
     QCOMPARE(needed.size(), 2);
 }
 
@@ -343,7 +296,7 @@ void tst_CMD_Handler::aMessageThatCannotGoOutLeavesNoTimerBehind()
     const MessageCount timeOuts("std_cmd_response_timeout_occured");
     QVERIFY(!worker.sendStreamingMessage(4, "record", 0));
     for (int turnsOfTheEventLoop = 0; turnsOfTheEventLoop < 5; ++turnsOfTheEventLoop)
-        onThreadOf(worker, [] {});
+        threadcall::run(&worker, [] {});
     QCOMPARE(timeOuts.value(), 0);
 }
 
@@ -352,35 +305,32 @@ void tst_CMD_Handler::theLossIsToldBeforeTheWaitEnds()
 {
     constexpr int patience_ms = 100;
     Connected link;
-    QSemaphore returned;
+    std::promise<void> returned;
     std::atomic<bool> hasReturnedFirst{false};
-    QObject::connect(
-        &link.worker, &CMD_Handler_Class::signal_disconnected, &link.worker,
-        [&] { hasReturnedFirst = returned.tryAcquire(1, patience_ms); }, Qt::DirectConnection);
-    QThread *closer = QThread::create([&link] {
-        while (link.peer.received().isEmpty())
-            QThread::yieldCurrentThread();
-        link.peer.closeCommandSocket();
+    link.onThread([&] {
+        connect(&link.worker, &CMD_Handler_Class::signal_disconnected, [&] {
+            const auto outcome =
+                returned.get_future().wait_for(std::chrono::milliseconds(patience_ms));
+            hasReturnedFirst = outcome == std::future_status::ready;
+        });
     });
-    closer->start();
+    const OnceAsked closing(link.peer, [&link] { link.peer.closeCommandSocket(); });
     (void)link.worker.sendCommand("a", 60'000);
-    returned.release();
-    closer->wait();
-    delete closer;
-    onThreadOf(link.worker, [] {});
+    returned.set_value();
+    link.onThread([] {});
     QVERIFY(!hasReturnedFirst);
 }
 
 void tst_CMD_Handler::anImpossibleEnvelopeIsToldOnce()
 {
     Connected link(okReply);
-    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
-    QSignalSpy errors(&link.worker, &CMD_Handler_Class::signal_socket_error);
+    const Told lost(link.worker, &CMD_Handler_Class::signal_disconnected);
+    const Told errors(link.worker, &CMD_Handler_Class::signal_socket_error);
     (void)link.worker.sendCommand("a", 1000);
     link.peer.sendCommandBytes(QByteArray::fromHex("aaffffffff"));
     QTRY_COMPARE(lost.size(), 1);
-    QCOMPARE(errors, (QList<QVariantList>{{QStringLiteral(
-                         "The logger announced an envelope of an impossible length.")}}));
+    QCOMPARE(errors.all(), (QList<QVariantList>{{QStringLiteral(
+                               "The logger announced an envelope of an impossible length.")}}));
 }
 
 // The peer's system accepts the connection, but nobody reads from it.
@@ -391,12 +341,12 @@ void tst_CMD_Handler::unsentBytesDontHoldAClosedConnection()
     CMD_Handler_Class worker;
     worker.start();
     bool isConnected = false;
-    onThreadOf(worker, [&] {
+    threadcall::run(&worker, [&] {
         isConnected = worker.socket_connect(silent.serverAddress(), silent.serverPort());
     });
     QVERIFY(isConnected);
     QVERIFY(!worker.sendStreamingMessage(100, QByteArray(32 << 20, 'x'), 50));
-    onThreadOf(worker, [&] { worker.socket_disconnect(); });
+    threadcall::run(&worker, [&] { worker.socket_disconnect(); });
     QVERIFY(!worker.isConnected());
     QCOMPARE(worker.sendCommand("a", 50), QByteArray("ERROR=-1001"));
 }
@@ -407,7 +357,7 @@ void tst_CMD_Handler::manyRecordsDontFloodTheLog()
     const MessageCount lines("CMD_TYPE:");
     Connected link;
     const RecordSink sink(link.worker);
-    QSignalSpy lost(&link.worker, &CMD_Handler_Class::signal_disconnected);
+    const Told lost(link.worker, &CMD_Handler_Class::signal_disconnected);
     link.peer.sendCommandBytes(emptyRecords(sent));
     link.peer.closeCommandSocket();
     QTRY_COMPARE_WITH_TIMEOUT(lost.size(), 1, 60'000);

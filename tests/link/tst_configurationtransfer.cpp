@@ -1,6 +1,4 @@
-#include "app/state/appcontroller.h"
-#include "link/logger_data_handler_class.h"
-#include "tests/support/peerlogger.h"
+#include "tests/support/linktool.h"
 #include "tests/support/recordsamples.h"
 
 #include <QSignalSpy>
@@ -37,32 +35,9 @@ private slots:
     void connectedALoadedConfigurationIsWrittenWhole();
 };
 
-namespace {
-
-struct Offline
-{
-    AppController controller;
-    Handler handler{&controller};
-};
-
-struct Online : Offline
-{
-    explicit Online(PeerLogger::Answer answer)
-        : peer(std::move(answer))
-    {
-        isConnected = handler.connectLogger(peer.address());
-    }
-    ~Online() { handler.disconnectLogger(); }
-
-    PeerLogger peer;
-    bool isConnected = false;
-};
-
-} // namespace
-
 void tst_ConfigurationTransfer::offlineAWriteChangesTheRecordThroughItsOwnSlot()
 {
-    Offline tool;
+    OfflineTool tool;
     QSignalSpy can(&tool.handler, &Handler::signal_update_cfg_can);
     QSignalSpy trigger(&tool.handler, &Handler::signal_update_cfg_logtrigger);
     QVERIFY(tool.handler.cmd_write_can_enabled(7, 1));
@@ -159,7 +134,7 @@ void tst_ConfigurationTransfer::offlineEveryWriteIsLoopedBack()
 {
     QFETCH(Write, write);
     QFETCH(Holds, holds);
-    Offline tool;
+    OfflineTool tool;
     QVERIFY(!holds(tool.handler.terminal()));
     QVERIFY(write(tool.handler));
     QVERIFY(holds(tool.handler.terminal()));
@@ -167,7 +142,7 @@ void tst_ConfigurationTransfer::offlineEveryWriteIsLoopedBack()
 
 void tst_ConfigurationTransfer::connectedAWriteSendsTheRecordAndLeavesTheModelToTheEcho()
 {
-    Online tool(echo);
+    OnlineTool tool(&echo);
     QVERIFY(tool.isConnected);
     QVERIFY(tool.handler.cmd_write_can_enabled(5, 1));
     QCOMPARE(tool.handler.terminal().can[5].enabled, quint8(0));
@@ -180,7 +155,7 @@ void tst_ConfigurationTransfer::connectedAWriteSendsTheRecordAndLeavesTheModelTo
 
 void tst_ConfigurationTransfer::connectedAWriteThatTimesOutLeavesTheModelUnchanged()
 {
-    Online tool({});
+    OnlineTool tool(PeerLogger::Answer{});
     tool.handler.setWriteTimeout(50);
     QSignalSpy told(&tool.handler, &Handler::signal_show_error_if_connected);
     QVERIFY(!tool.handler.cmd_write_gps_enabled(1));
@@ -194,7 +169,7 @@ void tst_ConfigurationTransfer::connectedAWriteThatTimesOutLeavesTheModelUnchang
 
 void tst_ConfigurationTransfer::aLoggerThatRefusesAValueIsFollowed()
 {
-    Online tool([](const protocol::Message &message) {
+    OnlineTool tool([](const protocol::Message &message) {
         TerminalRs485Cfg held;
         held.voltage = 5000;
         return protocol::envelopeBytes({message.type, message.sequence, record::toBytes(held)});
@@ -205,7 +180,7 @@ void tst_ConfigurationTransfer::aLoggerThatRefusesAValueIsFollowed()
 
 void tst_ConfigurationTransfer::aWriteWhoseEchoComesCutFails()
 {
-    Online tool([](const protocol::Message &message) {
+    OnlineTool tool([](const protocol::Message &message) {
         return protocol::envelopeBytes(
             {message.type, message.sequence, message.payload.chopped(1)});
     });
@@ -221,7 +196,7 @@ void tst_ConfigurationTransfer::aWriteWhoseEchoComesCutFails()
 
 void tst_ConfigurationTransfer::aWriteMayBeAcknowledgedWithoutAnEcho()
 {
-    Online tool([](const protocol::Message &message) {
+    OnlineTool tool([](const protocol::Message &message) {
         return protocol::envelopeBytes({protocol::Acknowledgement, message.sequence, {}});
     });
     QVERIFY(tool.handler.cmd_write_gps_enabled(1));
@@ -235,7 +210,7 @@ void tst_ConfigurationTransfer::ofAFloodOfConfigurationsOnlyTheNewestIsApplied()
     newest.gps.gps_enabled = 1;
     QVector<protocol::Message> flood(count - 1, {3, 0, record::toBytes(TerminalStruct())});
     flood.append({3, 0, record::toBytes(newest)});
-    Online tool([&flood](const protocol::Message &message) {
+    OnlineTool tool([&flood](const protocol::Message &message) {
         return protocol::envelopeBytes(flood) + textReply(message, "OK");
     });
     QSignalSpy full(&tool.handler, &Handler::signal_full_update);
@@ -246,7 +221,7 @@ void tst_ConfigurationTransfer::ofAFloodOfConfigurationsOnlyTheNewestIsApplied()
 
 void tst_ConfigurationTransfer::anRs485WriteOfflineEmptiesAllChannelLists()
 {
-    Offline tool;
+    OfflineTool tool;
     auto &ports = const_cast<TerminalStruct &>(tool.handler.terminal()).rs485;
     for (TerminalRs485Cfg &port : ports)
         port.channels.add();
@@ -254,6 +229,23 @@ void tst_ConfigurationTransfer::anRs485WriteOfflineEmptiesAllChannelLists()
     for (const TerminalRs485Cfg &port : ports)
         QVERIFY(port.channels.isEmpty());
 }
+
+void tst_ConfigurationTransfer::offlineTheFilterLimitRunsOnTheWrittenChannel()
+{
+    OfflineTool tool;
+    QList<const TerminalCanCfg *> limited;
+    tool.handler.setFilterLimit([&limited](TerminalCanCfg &can) { limited.append(&can); });
+    QVERIFY(tool.handler.cmd_write_can_enabled(6, 1));
+    QCOMPARE(limited, QList<const TerminalCanCfg *>{&tool.handler.terminal().can[6]});
+    QVERIFY(tool.handler.cmd_write_gps_enabled(1));
+    QCOMPARE(limited.size(), 1);
+}
+
+void tst_ConfigurationTransfer::offlineTheFilterLimitRunsOnAllChannelsOfAWholeConfiguration()
+    int limited = 0;
+    tool.handler.setFilterLimit([&limited](TerminalCanCfg &) { ++limited; });
+    QVERIFY(tool.handler.writeWholeConfiguration(TerminalStruct()));
+    QCOMPARE(limited, 12);
 
 void tst_ConfigurationTransfer::recordsRaiseTheirSignals_data()
 {
@@ -280,7 +272,7 @@ void tst_ConfigurationTransfer::recordsRaiseTheirSignals_data()
 void tst_ConfigurationTransfer::recordsRaiseTheirSignals()
 {
     QFETCH(int, type);
-    Offline tool;
+    OfflineTool tool;
     QStringList raised;
     const auto note = [&raised](const char *name) {
         return [&raised, name] { raised.append(QString::fromLatin1(name)); };
@@ -313,7 +305,7 @@ void tst_ConfigurationTransfer::aRecordThatIsCutIsWarnedOfAndIgnored_data()
 void tst_ConfigurationTransfer::aRecordThatIsCutIsWarnedOfAndIgnored()
 {
     QFETCH(int, type);
-    Offline tool;
+    OfflineTool tool;
     TerminalStruct held;
     held.gps.gps_enabled = 1;
     held.can[0].enabled = 1;
@@ -334,7 +326,7 @@ void tst_ConfigurationTransfer::typesWithoutARecordAreWarnedOfAndIgnored_data()
 void tst_ConfigurationTransfer::typesWithoutARecordAreWarnedOfAndIgnored()
 {
     QFETCH(int, type);
-    Offline tool;
+    OfflineTool tool;
     QTest::ignoreMessage(QtWarningMsg, "slot_streaming_prot_received -> UNKNOWN-Type");
     tool.handler.slot_streaming_prot_received(type, new QByteArray("anything"));
     QCOMPARE(tool.handler.terminal(), TerminalStruct());
@@ -345,7 +337,7 @@ void tst_ConfigurationTransfer::aLoadedConfigurationIsTakenOver()
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("a.zdc"));
     QVERIFY(sample::record<TerminalStruct>().write_to_file(path));
-    Offline tool;
+    OfflineTool tool;
     QSignalSpy full(&tool.handler, &Handler::signal_full_update);
     QVERIFY(tool.handler.loadConfiguration(path));
     QCOMPARE(tool.handler.terminal(), sample::record<TerminalStruct>());
@@ -354,7 +346,7 @@ void tst_ConfigurationTransfer::aLoadedConfigurationIsTakenOver()
 
 void tst_ConfigurationTransfer::aFileThatFailsLeavesTheConfigurationInMemory()
 {
-    Offline tool;
+    OfflineTool tool;
     QVERIFY(tool.handler.cmd_write_gps_enabled(1));
     QString error;
     QVERIFY(!tool.handler.loadConfiguration(QStringLiteral("/nowhere/a.zdc"), &error));
@@ -368,7 +360,7 @@ void tst_ConfigurationTransfer::connectedALoadedConfigurationIsWrittenWhole()
     const QString path = folder.filePath(QStringLiteral("a.zdc"));
     const auto saved = sample::record<TerminalStruct>();
     QVERIFY(saved.write_to_file(path));
-    Online tool(echo);
+    OnlineTool tool(&echo);
     QVERIFY(tool.handler.loadConfiguration(path));
     QCOMPARE(tool.peer.received(), (QVector<protocol::Message>{{3, 121, record::toBytes(saved)}}));
     QTRY_COMPARE(tool.handler.terminal(), saved);

@@ -1,12 +1,9 @@
 #include "link/data_handler_class.h"
 #include "link/protocol/messagetypes.h"
+#include "tests/support/connectedworker.h"
 #include "tests/support/messagecount.h"
-#include "tests/support/peerlogger.h"
 
-#include <QSignalSpy>
 #include <QTest>
-
-#include <atomic>
 
 class tst_Data_Handler : public QObject
 {
@@ -20,6 +17,8 @@ private slots:
     void theLossOfTheSocketIsTold();
     void aRefusedConnectionHasItsCause();
     void aFloodIsHandedOverBeforeTheCycleEnds();
+    void itsSocketUsesNoProxy();
+    void aSecondWithoutReadsIsToldToo();
     void itsThreadSaysWhatHappens_data();
     void itsThreadSaysWhatHappens();
 };
@@ -29,51 +28,29 @@ namespace {
 const QByteArray first = QByteArray::fromHex("aa550400fe000001");
 const QByteArray second = QByteArray::fromHex("aa550400fe000002");
 
-// A worker on its thread, connected to a peer; what it hands over is gathered on that thread.
-struct Connected
+// The lists of entries that the worker hands over.
+struct Connected : ConnectedWorker<Data_Handler_Class, protocol::dataPort>
 {
-    Connected()
-    {
-        worker.start();
-        QObject::connect(
-            &worker, &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION, &worker,
-            [this](const QList<QByteArray *> &list) {
-                const QMutexLocker lock(&mutex);
-                for (QByteArray *entry : list) {
-                    entries.append(*entry);
-                    delete entry;
-                }
-            },
-            Qt::DirectConnection);
-        isConnected = connectTo(peer.address());
-    }
-
-    bool connectTo(const QHostAddress &address)
-    {
-        bool result = false;
-        QMetaObject::invokeMethod(
-            &worker, [&] { result = worker.socket_connect(address, protocol::dataPort); },
-            Qt::BlockingQueuedConnection);
-        return result;
-    }
-
     void copyNow()
     {
-        QMetaObject::invokeMethod(
-            &worker, [this] { worker.copy_data_to_gui(); }, Qt::BlockingQueuedConnection);
+        onThread([this] { worker.copy_data_to_gui(); });
     }
-
-    QList<QByteArray> taken()
+    [[nodiscard]] QList<QByteArray> taken() const
     {
-        const QMutexLocker lock(&mutex);
+        QList<QByteArray> entries;
+        for (const QList<QByteArray> &list : lists.all())
+            entries += list;
         return entries;
     }
 
-    PeerLogger peer;
-    QMutex mutex;
-    QList<QByteArray> entries;
-    Data_Handler_Class worker; // ends before what it fills
-    bool isConnected = false;
+    Gathered<QList<QList<QByteArray>>> lists{
+        worker, &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION,
+        [](QList<QList<QByteArray>> &all, const QList<QByteArray *> &list) {
+            all.append(QList<QByteArray>());
+            for (const QByteArray *entry : list)
+                all.last().append(*entry);
+            qDeleteAll(list);
+        }};
 };
 
 } // namespace
@@ -91,7 +68,7 @@ void tst_Data_Handler::entriesAreHandedOver()
 void tst_Data_Handler::entriesBeforeTheEnableFlagAreDroppedNotQueued()
 {
     Connected link;
-    QSignalSpy lost(&link.worker, &Data_Handler_Class::signal_disconnected);
+    const Told lost(link.worker, &Data_Handler_Class::signal_disconnected);
     link.peer.sendDataBytes(first + second);
     link.peer.closeDataSocket();
     QTRY_COMPARE(lost.size(), 1);
@@ -115,7 +92,7 @@ void tst_Data_Handler::aNewConnectionStartsWithTheFlagCleared()
     link.worker.setDataEnabled(true);
     PeerLogger other;
     QVERIFY(link.connectTo(other.address()));
-    QSignalSpy lost(&link.worker, &Data_Handler_Class::signal_disconnected);
+    const Told lost(link.worker, &Data_Handler_Class::signal_disconnected);
     other.sendDataBytes(first);
     other.closeDataSocket();
     QTRY_COMPARE(lost.size(), 1);
@@ -126,8 +103,8 @@ void tst_Data_Handler::aNewConnectionStartsWithTheFlagCleared()
 void tst_Data_Handler::theLossOfTheSocketIsTold()
 {
     Connected link;
-    QSignalSpy lost(&link.worker, &Data_Handler_Class::signal_disconnected);
-    QSignalSpy errors(&link.worker, &Data_Handler_Class::signal_socket_error);
+    const Told lost(link.worker, &Data_Handler_Class::signal_disconnected);
+    const Told errors(link.worker, &Data_Handler_Class::signal_socket_error);
     link.peer.sendDataBytes(first);
     link.peer.closeDataSocket();
     QTRY_COMPARE(lost.size(), 1);
@@ -139,10 +116,7 @@ void tst_Data_Handler::aRefusedConnectionHasItsCause()
 {
     Connected link;
     QVERIFY(!link.connectTo(QHostAddress(QStringLiteral("127.255.255.250"))));
-    QString cause;
-    QMetaObject::invokeMethod(
-        &link.worker, [&] { cause = link.worker.get_last_error(); }, Qt::BlockingQueuedConnection);
-    QCOMPARE(cause, QStringLiteral("Connection refused"));
+    QCOMPARE(link.lastError(), QStringLiteral("Connection refused"));
 }
 
 // Far more arrives in one go than a cycle may gather.
@@ -150,26 +124,25 @@ void tst_Data_Handler::aFloodIsHandedOverBeforeTheCycleEnds()
 {
     constexpr int count = 1'000'000;
     constexpr int mostInAList = 200'000;
-    std::atomic<int> entries{0};
-    std::atomic<int> largest{0};
-    Data_Handler_Class worker;
-    worker.start();
-    QObject::connect(
-        &worker, &Data_Handler_Class::signal_data_copy_ONLY_DIRECT_CONNECTION, &worker,
-        [&](const QList<QByteArray *> &list) {
-            largest = qMax(int(largest), list.size());
-            entries += list.size();
-            qDeleteAll(list);
-        },
-        Qt::DirectConnection);
-    PeerLogger peer;
-    QMetaObject::invokeMethod(
-        &worker, [&] { (void)worker.socket_connect(peer.address(), protocol::dataPort); },
-        Qt::BlockingQueuedConnection);
-    worker.setDataEnabled(true);
-    peer.sendDataBytes(first.repeated(count));
-    QTRY_COMPARE_WITH_TIMEOUT(int(entries), count, 60'000);
-    QVERIFY(largest < mostInAList);
+    Connected link;
+    link.worker.setDataEnabled(true);
+    link.peer.sendDataBytes(first.repeated(count));
+    QTRY_COMPARE_WITH_TIMEOUT(link.taken().size(), count, 60'000);
+    for (const QList<QByteArray> &list : link.lists.all())
+        QVERIFY(list.size() < mostInAList);
+}
+
+void tst_Data_Handler::itsSocketUsesNoProxy()
+{
+    Connected link;
+    QVERIFY(!link.usesAProxy());
+}
+
+void tst_Data_Handler::aSecondWithoutReadsIsToldToo()
+{
+    const MessageCount lines("TCP-Read requests:0");
+    const Connected link;
+    QVERIFY(lines.value() > 0);
 }
 
 void tst_Data_Handler::itsThreadSaysWhatHappens_data()

@@ -1,6 +1,4 @@
-#include "app/state/appcontroller.h"
-#include "link/logger_data_handler_class.h"
-#include "tests/support/peerlogger.h"
+#include "tests/support/linktool.h"
 #include "tests/support/silentport.h"
 
 #include <QElapsedTimer>
@@ -49,31 +47,8 @@ private slots:
 
 namespace {
 
-// A tool that is connected to a logger which gives the same reply to every text command.
-struct Online
-{
-    explicit Online(const QByteArray &reply)
-        : Online(PeerLogger::Answer([reply](const protocol::Message &message) {
-            return message.type == protocol::TextCommand ? textReply(message, reply)
-                                                         : echo(message);
-        }))
-    {}
-    explicit Online(PeerLogger::Answer answer)
-        : peer(std::move(answer))
-    {
-        controller.registerComponent(&handler);
-        isConnected = handler.connectLogger(peer.address());
-        controller.slotSetAppState(APP_STA_CONN_INIT);
-    }
-
-    PeerLogger peer;
-    AppController controller;
-    Handler handler{&controller};
-    bool isConnected = false;
-};
-
 // A logger one of whose ports doesn't answer, and a tool without a connection.
-struct Silent
+struct Silent : OfflineTool
 {
     explicit Silent(quint16 port = protocol::commandPort)
         : silent(freed(port), port)
@@ -102,8 +77,6 @@ struct Silent
 
     PeerLogger peer;
     SilentPort silent;
-    AppController controller;
-    Handler handler{&controller};
     QStringList told;
     bool isConnected = false;
     bool isSoon = false;
@@ -115,7 +88,7 @@ const QHostAddress nobody(QStringLiteral("127.255.255.250"));
 
 void tst_Logger_Data_Handler::bothSocketsAreOpened()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     QVERIFY(tool.isConnected);
     QVERIFY(tool.handler.isConnected());
     tool.handler.disconnectLogger();
@@ -125,10 +98,9 @@ void tst_Logger_Data_Handler::bothSocketsAreOpened()
 
 void tst_Logger_Data_Handler::aRefusedCommandSocketIsToldOnce()
 {
-    AppController controller;
-    Handler handler(&controller);
-    QSignalSpy told(&handler, &Handler::signal_show_tcp_error);
-    QVERIFY(!handler.connectLogger(nobody));
+    OfflineTool tool;
+    QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
+    QVERIFY(!tool.handler.connectLogger(nobody));
     QCoreApplication::processEvents();
     QCOMPARE(told, (QList<QVariantList>{{QStringLiteral("Socket: Connection refused")}}));
 }
@@ -137,12 +109,11 @@ void tst_Logger_Data_Handler::aRefusedDataSocketClosesTheCommandSocketAndIsTold(
 {
     PeerLogger peer;
     peer.stopListening(protocol::dataPort);
-    AppController controller;
-    Handler handler(&controller);
-    QSignalSpy told(&handler, &Handler::signal_show_tcp_error);
-    QVERIFY(!handler.connectLogger(peer.address()));
-    QVERIFY(!handler.isConnected());
-    QCOMPARE(handler.sendCommand("a", 10), QByteArray("ERROR=-1001"));
+    OfflineTool tool;
+    QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
+    QVERIFY(!tool.handler.connectLogger(peer.address()));
+    QVERIFY(!tool.handler.isConnected());
+    QCOMPARE(tool.handler.sendCommand("a", 10), QByteArray("ERROR=-1001"));
     QCoreApplication::processEvents();
     QCOMPARE(told.size(), 1);
 }
@@ -157,7 +128,7 @@ void tst_Logger_Data_Handler::theLossOfEitherSocketDropsTheConnectionWithOneMess
 void tst_Logger_Data_Handler::theLossOfEitherSocketDropsTheConnectionWithOneMessage()
 {
     QFETCH(bool, losesData);
-    Online tool("OK");
+    OnlineTool tool("OK");
     QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
     QVERIFY(tool.handler.disableStopLogging());
     tool.peer.sendDataBytes({});
@@ -176,7 +147,7 @@ void tst_Logger_Data_Handler::theLossOfEitherSocketDropsTheConnectionWithOneMess
 // News of the lost connection may still be under way when the next one is up.
 void tst_Logger_Data_Handler::theNextConnectionWorksBehindALoss()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     for (int i = 0; i < 5; ++i) {
         tool.handler.disconnectLogger();
         QVERIFY(tool.handler.connectLogger(tool.peer.address()));
@@ -188,7 +159,7 @@ void tst_Logger_Data_Handler::theNextConnectionWorksBehindALoss()
 
 void tst_Logger_Data_Handler::onlyTheFirstOfABurstOfErrorsIsShown()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     QSignalSpy told(&tool.handler, &Handler::signal_show_tcp_error);
     tool.handler.check_emit_tcp_error_signal(QStringLiteral("first"));
     tool.handler.check_emit_tcp_error_signal(QStringLiteral("second"));
@@ -198,7 +169,7 @@ void tst_Logger_Data_Handler::onlyTheFirstOfABurstOfErrorsIsShown()
 // The box that shows the first error runs the event loop, which brings the next one.
 void tst_Logger_Data_Handler::anErrorBehindAnOpenBoxIsNotShown()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     QStringList told;
     connect(&tool.handler, &Handler::signal_show_tcp_error, this, [&](const QString &text) {
         told += text;
@@ -229,7 +200,7 @@ void tst_Logger_Data_Handler::theVersionHasExactlyTwoNumbers()
 {
     QFETCH(QByteArray, reply);
     QFETCH(QString, error);
-    Online tool(reply);
+    OnlineTool tool(reply);
     int major = 0;
     int minor = 0;
     QCOMPARE(tool.handler.getSoftwareVersion(major, minor), error.isEmpty());
@@ -252,7 +223,7 @@ void tst_Logger_Data_Handler::capabilitiesMayLackTheEighthValue()
 {
     QFETCH(QByteArray, reply);
     QFETCH(bool, ok);
-    Online tool(reply);
+    OnlineTool tool(reply);
     QCOMPARE(tool.handler.getSystemCapabilities(), ok);
     const Capabilities &found = tool.handler.capabilities();
     QTEST(found.etherCatMasters, "masters");
@@ -279,14 +250,14 @@ void tst_Logger_Data_Handler::readinessIsTheValueOne()
 {
     QFETCH(QByteArray, reply);
     QFETCH(bool, ready);
-    Online tool(reply);
+    OnlineTool tool(reply);
     QCOMPARE(tool.handler.subsystemsReady(), ready);
     QTEST(tool.handler.lastCommandError(), "error");
 }
 
 void tst_Logger_Data_Handler::theHardwareVersionIsTheFirstValue()
 {
-    Online tool("mst_cpu_hw_version=2,7");
+    OnlineTool tool("mst_cpu_hw_version=2,7");
     int version = 0;
     QVERIFY(tool.handler.getHardwareVersion(version));
     QCOMPARE(version, 2);
@@ -294,10 +265,10 @@ void tst_Logger_Data_Handler::theHardwareVersionIsTheFirstValue()
 
 void tst_Logger_Data_Handler::loggingIsStoppedByOk()
 {
-    Online good("OK\r\n");
+    OnlineTool good("OK\r\n");
     QVERIFY(good.handler.disableStopLogging());
     QCOMPARE(good.peer.received().last().payload, QByteArray("sys_disable_stop_logging()\r\n"));
-    Online bad("ERROR=-1104");
+    OnlineTool bad("ERROR=-1104");
     QVERIFY(!bad.handler.disableStopLogging());
     QCOMPARE(bad.handler.lastCommandError(), QStringLiteral("ERROR_CODE_UNKNOWN"));
 }
@@ -310,7 +281,7 @@ void tst_Logger_Data_Handler::theConfigurationIsRequestedWithoutPayload()
     const PeerLogger::Answer answer = [&bytes](const protocol::Message &message) {
         return protocol::envelopeBytes({3, message.sequence, bytes});
     };
-    Online tool(answer);
+    OnlineTool tool(answer);
     QSignalSpy full(&tool.handler, &Handler::signal_full_update);
     QVERIFY(tool.handler.requestConfiguration());
     QCOMPARE(tool.peer.received(), (QVector<protocol::Message>{{2, 121, {}}}));
@@ -320,7 +291,7 @@ void tst_Logger_Data_Handler::theConfigurationIsRequestedWithoutPayload()
 
 void tst_Logger_Data_Handler::aSoftwareUpdateIsAcknowledged()
 {
-    Online tool(PeerLogger::Answer([](const protocol::Message &message) {
+    OnlineTool tool(PeerLogger::Answer([](const protocol::Message &message) {
         return protocol::envelopeBytes({protocol::Acknowledgement, message.sequence, {}});
     }));
     QVERIFY(tool.handler.sendSoftwareUpdate("image"));
@@ -329,7 +300,7 @@ void tst_Logger_Data_Handler::aSoftwareUpdateIsAcknowledged()
 
 void tst_Logger_Data_Handler::aCanMessageGoesOutAsText()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     QVERIFY(tool.handler.writeCanMessage({3, 1, 0, 0x123, QByteArray::fromHex("0aff")}));
     QCOMPARE(tool.peer.received().last().payload,
              QByteArray("write_can_3_msg(1,0,291,2,0aff)\r\n"));
@@ -337,7 +308,7 @@ void tst_Logger_Data_Handler::aCanMessageGoesOutAsText()
 
 void tst_Logger_Data_Handler::aKeepAliveAsksForTheVersion()
 {
-    Online tool("nonsense");
+    OnlineTool tool("nonsense");
     tool.handler.req_keep_alive();
     QCOMPARE(tool.peer.received().last().payload, QByteArray("sys_get_software_version()\r\n"));
     QCOMPARE(tool.handler.lastCommandError(), QString());
@@ -345,7 +316,7 @@ void tst_Logger_Data_Handler::aKeepAliveAsksForTheVersion()
 
 void tst_Logger_Data_Handler::liveEntriesAreDeliveredOnceEnabled()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     QSignalSpy received(&tool.handler, &Handler::signal_system_infos_received);
     tool.handler.enableLiveData();
     tool.peer.sendDataBytes(QByteArray::fromHex("aa551000ff000000") + QByteArray(12, '\x7'));
@@ -356,7 +327,7 @@ void tst_Logger_Data_Handler::liveEntriesAreDeliveredOnceEnabled()
 // The error of the failed attempt is still in the event queue when the next one succeeds.
 void tst_Logger_Data_Handler::anErrorOfAnEarlierConnectionIsNotShown()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     tool.handler.disconnectLogger();
     QVERIFY(!tool.handler.connectLogger(nobody));
     QVERIFY(tool.handler.connectLogger(tool.peer.address()));
@@ -368,7 +339,7 @@ void tst_Logger_Data_Handler::anErrorOfAnEarlierConnectionIsNotShown()
 
 void tst_Logger_Data_Handler::theFirstErrorBehindAnEarlierOneIsShown()
 {
-    Online tool("OK");
+    OnlineTool tool("OK");
     tool.handler.disconnectLogger();
     QVERIFY(!tool.handler.connectLogger(nobody));
     QVERIFY(tool.handler.connectLogger(tool.peer.address()));
@@ -382,7 +353,7 @@ void tst_Logger_Data_Handler::theFirstErrorBehindAnEarlierOneIsShown()
 void tst_Logger_Data_Handler::whatIsUnderWayEndsWithTheConnection()
 {
     const QByteArray systemInfo = QByteArray::fromHex("aa551000ff000000") + QByteArray(12, '\x7');
-    Online tool("OK");
+    OnlineTool tool("OK");
     QSignalSpy received(&tool.handler, &Handler::signal_system_infos_received);
     tool.handler.slot_take_logger_data({new QByteArray(systemInfo)});
     tool.handler.disconnectLogger();
@@ -397,7 +368,7 @@ void tst_Logger_Data_Handler::whatIsUnderWayEndsWithTheConnection()
 void tst_Logger_Data_Handler::aConfigurationThatIsCutIsNotReceived()
 {
     const QByteArray bytes = record::toBytes(TerminalStruct());
-    Online tool(PeerLogger::Answer([&bytes](const protocol::Message &message) {
+    OnlineTool tool(PeerLogger::Answer([&bytes](const protocol::Message &message) {
         return protocol::envelopeBytes({3, message.sequence, bytes.left(bytes.size() / 2)});
     }));
     QSignalSpy full(&tool.handler, &Handler::signal_full_update);

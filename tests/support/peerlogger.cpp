@@ -3,7 +3,6 @@
 #include "link/protocol/messagetypes.h"
 
 #include <QCoreApplication>
-#include <QSemaphore>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -20,55 +19,52 @@ PeerLogger::PeerLogger(Answer answer)
     : m_address(freshAddress())
     , m_answer(std::move(answer))
 {
-    QSemaphore isListening;
-    auto *started = new QObject;
-    started->moveToThread(this);
-    m_context = started;
-    QMetaObject::invokeMethod(
-        started,
-        [this, &isListening] {
-            m_commandServer = new QTcpServer(m_context);
-            m_dataServer = new QTcpServer(m_context);
-            connect(m_commandServer, &QTcpServer::newConnection, m_context, [this] {
-                m_commandSocket = m_commandServer->nextPendingConnection();
-                m_reader.reset();
-                connect(m_commandSocket, &QTcpSocket::readyRead, m_context,
-                        [this] { readCommands(); });
-            });
-            connect(m_dataServer, &QTcpServer::newConnection, m_context,
-                    [this] { m_dataSocket = m_dataServer->nextPendingConnection(); });
-            if (!m_commandServer->listen(m_address, protocol::commandPort)
-                || !m_dataServer->listen(m_address, protocol::dataPort))
-                qFatal("cannot listen on %s", qPrintable(m_address.toString()));
-            isListening.release();
-        },
-        Qt::QueuedConnection);
+    m_context = new QObject;
+    m_context->moveToThread(this);
     start();
-    isListening.acquire();
+    onThread([this] { listen(); });
+}
+
+void PeerLogger::listen()
+{
+    m_commandServer = new QTcpServer(m_context);
+    m_dataServer = new QTcpServer(m_context);
+    connect(m_commandServer, &QTcpServer::newConnection, m_context, [this] {
+        m_commandSocket = m_commandServer->nextPendingConnection();
+        m_reader.reset();
+        connect(m_commandSocket, &QTcpSocket::readyRead, m_context, [this] { readCommands(); });
+    });
+    connect(m_dataServer, &QTcpServer::newConnection, m_context,
+            [this] { m_dataSocket = m_dataServer->nextPendingConnection(); });
+    if (!m_commandServer->listen(m_address, protocol::commandPort)
+        || !m_dataServer->listen(m_address, protocol::dataPort))
+        qFatal("cannot listen on %s", qPrintable(m_address.toString()));
 }
 
 PeerLogger::~PeerLogger()
 {
     quit();
     wait();
+    m_end.waitedFor();
 }
 
 void PeerLogger::run()
 {
     exec();
     delete m_context;
+    m_end.reached();
 }
 
 void PeerLogger::onThread(const std::function<void()> &function)
 {
-    QMetaObject::invokeMethod(m_context, function, Qt::BlockingQueuedConnection);
+    threadcall::run(m_context, function);
 }
 
 void PeerLogger::readCommands()
 {
     m_reader.feed(m_commandSocket->readAll(), [this](const protocol::Message &message) {
         {
-            const QMutexLocker lock(&m_mutex);
+            const std::lock_guard lock(m_mutex);
             m_received.append(message);
         }
         if (m_answer)
@@ -78,7 +74,7 @@ void PeerLogger::readCommands()
 
 QVector<protocol::Message> PeerLogger::received() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_received;
 }
 

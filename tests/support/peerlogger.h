@@ -1,12 +1,13 @@
 #pragma once
 
 #include "link/protocol/envelope.h"
+#include "link/threadcall.h"
 
 #include <QHostAddress>
-#include <QMutex>
 #include <QThread>
 
 #include <functional>
+#include <mutex>
 
 class QTcpServer;
 class QTcpSocket;
@@ -44,6 +45,7 @@ protected:
     void run() override;
 
 private:
+    void listen();
     void readCommands();
     void onThread(const std::function<void()> &function);
     static QTcpSocket *accepted(QTcpServer *server, QTcpSocket *const &socket);
@@ -56,7 +58,8 @@ private:
     QTcpSocket *m_commandSocket = nullptr;
     QTcpSocket *m_dataSocket = nullptr;
     protocol::EnvelopeReader m_reader;
-    mutable QMutex m_mutex; // guards what was received
+    threadcall::End m_end;
+    mutable std::mutex m_mutex; // guards what was received
     QVector<protocol::Message> m_received;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/threadcall.h"
 #include "simulator/loggersimulator.h"
 
 #include <QHostAddress>
@@ -51,7 +52,7 @@ private:
     template <class Function>
     void call(Function function)
     {
-        QMetaObject::invokeMethod(m_simulator, function, Qt::BlockingQueuedConnection);
+        threadcall::run(m_simulator, function);
     }
 
     QThread m_thread;
