@@ -230,23 +230,6 @@ void tst_ConfigurationTransfer::anRs485WriteOfflineEmptiesAllChannelLists()
         QVERIFY(port.channels.isEmpty());
 }
 
-void tst_ConfigurationTransfer::offlineTheFilterLimitRunsOnTheWrittenChannel()
-{
-    OfflineTool tool;
-    QList<const TerminalCanCfg *> limited;
-    tool.handler.setFilterLimit([&limited](TerminalCanCfg &can) { limited.append(&can); });
-    QVERIFY(tool.handler.cmd_write_can_enabled(6, 1));
-    QCOMPARE(limited, QList<const TerminalCanCfg *>{&tool.handler.terminal().can[6]});
-    QVERIFY(tool.handler.cmd_write_gps_enabled(1));
-    QCOMPARE(limited.size(), 1);
-}
-
-void tst_ConfigurationTransfer::offlineTheFilterLimitRunsOnAllChannelsOfAWholeConfiguration()
-    int limited = 0;
-    tool.handler.setFilterLimit([&limited](TerminalCanCfg &) { ++limited; });
-    QVERIFY(tool.handler.writeWholeConfiguration(TerminalStruct()));
-    QCOMPARE(limited, 12);
-
 void tst_ConfigurationTransfer::recordsRaiseTheirSignals_data()
 {
     QTest::addColumn<int>("type");
