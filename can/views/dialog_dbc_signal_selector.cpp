@@ -21,6 +21,8 @@ using Signal = StreamingClass_DBC_Signal;
 
 namespace {
 
+constexpr int rowPadding = 8; // pixels
+
 const QString settingsKey = QStringLiteral("dbcSignalSelection");
 
 // Where the window was when it was closed.
@@ -108,6 +110,7 @@ void Dialog_DBC_Signal_Selector::setUpTable()
     table->setItemDelegateForColumn(m_model.columnOf(Field::Record), new CheckBoxDelegate(table));
     table->verticalHeader()->setVisible(false);
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + rowPadding);
 
     QHeaderView *header = table->horizontalHeader();
     header->setHighlightSections(false);
@@ -255,30 +258,38 @@ QString Dialog_DBC_Signal_Selector::calc_signals_to_load(QList<Signal *> *output
     return load.error;
 }
 
+int Dialog_DBC_Signal_Selector::neededFilters(const QList<Signal *> &chosen) const
+{
+    return int(can::merged(can::filtersFromSignals(chosen, can::SelectedOnly::No), m_channelFilters)
+                   .size());
+}
+
 int Dialog_DBC_Signal_Selector::calculate_total_needed_filter_cnt()
 {
-    const can::SignalsToLoad load = can::signalsToLoad(m_signals.items());
-    return int(
-        can::merged(can::filtersFromSignals(load.records, can::SelectedOnly::No), m_channelFilters)
-            .size());
+    return neededFilters(can::signalsToLoad(m_signals.items()).records);
 }
 
 void Dialog_DBC_Signal_Selector::dbc_model_data_changed(QModelIndex, QModelIndex, QVector<int>)
 {
     QList<Signal *> chosen;
     calc_signals_to_load(&chosen, &m_selected);
-    const int remaining = can::maxFilters - calculate_total_needed_filter_cnt();
+    showRemaining(can::maxFilters - neededFilters(chosen));
+    showCounts();
+}
+
+void Dialog_DBC_Signal_Selector::showRemaining(int remaining)
+{
     const bool isWithinLimit = remaining >= 0;
     m_ui->label_remaining_filters->setText(QString::number(remaining));
-    m_ui->label_remaining_filters->setStyleSheet(isWithinLimit
-                                                     ? QStringLiteral("QLabel { color : black; }")
-                                                     : QStringLiteral("QLabel { color : red; }"));
+    const QString style = isWithinLimit ? QStringLiteral("QLabel { color : black; }")
+                                        : QStringLiteral("QLabel { color : red; }");
+    if (m_ui->label_remaining_filters->styleSheet() != style) // to set one takes milliseconds
+        m_ui->label_remaining_filters->setStyleSheet(style);
     m_ui->pushButton_load->setEnabled(isWithinLimit);
     m_ui->pushButton_load->setToolTip(
         isWithinLimit ? QStringLiteral("Adds the ticked signals to the channel (Return)")
                       : QStringLiteral("The ticked signals need more filters than the hardware "
                                        "has: untick some messages"));
-    showCounts();
 }
 
 void Dialog_DBC_Signal_Selector::showCounts()
@@ -296,7 +307,7 @@ void Dialog_DBC_Signal_Selector::load_selected()
     if (selected == 0) {
         m_prompt.inform(QStringLiteral("No Signal selected"),
                         QStringLiteral("Please select signals for recording."));
-    } else if (calculate_total_needed_filter_cnt() > can::maxFilters) {
+    } else if (neededFilters(chosen) > can::maxFilters) {
         m_prompt.warn(QStringLiteral("Filter-Limit"),
                       QStringLiteral("Filter-Limit exceeded, please deselect DBC-Signals."));
     } else if (!error.isEmpty()) {

@@ -66,6 +66,8 @@ private:
     void tickSelectedRows();
     void enterTable();
     void sortByCurrentColumn();
+    [[nodiscard]] int neededFilters(const QList<StreamingClass_DBC_Signal *> &chosen) const;
+    void showRemaining(int remaining);
     void showCounts();
     void handOver(QList<StreamingClass_DBC_Signal *> &chosen);
 
