@@ -103,7 +103,6 @@ public:
         m_dialog.resize(1200, 900);
         m_dialog.show();
         m_table->horizontalHeader()->setSortIndicator(nameColumn, Qt::AscendingOrder);
-        m_dialog.set_sorting_column(nameColumn);
         timedWithTable([] {});
     }
 

@@ -1,7 +1,8 @@
 #include "can/views/dialog_dbc_signal_selector.h"
 
 #include "app/ui/checkboxdelegate.h"
-#include "app/ui/tablememory.h"
+#include "app/ui/headermemory.h"
+#include "app/ui/settingsstore.h"
 #include "app/ui/userprompt.h"
 #include "can/dbcsignals.h"
 #include "ui_dialog_dbc_signal_selector.h"
@@ -13,8 +14,8 @@
 #include <QMetaMethod>
 #include <QPointer>
 #include <QSet>
-#include <QSettings>
 #include <QShortcut>
+#include <QSignalBlocker>
 
 using Field = Model_DBC_Signals::Field;
 using Signal = StreamingClass_DBC_Signal;
@@ -23,14 +24,7 @@ namespace {
 
 constexpr int rowPadding = 8; // pixels
 
-const QString settingsKey = QStringLiteral("dbcSignalSelection");
-
-// Where the window was when it was closed.
-struct WindowPlace
-{
-    QSettings store{QStringLiteral("ZELVO"), QStringLiteral("ZDS")};
-    QString geometry = settingsKey + QStringLiteral("/geometry");
-};
+const QString geometryKey = QStringLiteral("dbcSignalSelection/geometry");
 
 OwnedList<Signal> owned(const QList<Signal *> &records)
 {
@@ -86,7 +80,7 @@ Dialog_DBC_Signal_Selector::Dialog_DBC_Signal_Selector(const TerminalCanCfg &cha
                 m_ui->lineEdit_filter->selectAll();
             });
     m_ui->lineEdit_filter->installEventFilter(this);
-    restorePlace();
+    restoreGeometry(SettingsStore().value(geometryKey).toByteArray());
     countChanges(true);
     dbc_model_data_changed({}, {}, {});
     m_ui->lineEdit_filter->setFocus();
@@ -94,7 +88,8 @@ Dialog_DBC_Signal_Selector::Dialog_DBC_Signal_Selector(const TerminalCanCfg &cha
 
 Dialog_DBC_Signal_Selector::~Dialog_DBC_Signal_Selector()
 {
-    savePlace();
+    hide(); // the table's columns are saved while they are there
+    SettingsStore().setValue(geometryKey, saveGeometry());
 }
 
 void Dialog_DBC_Signal_Selector::setSummary(const QString &summary)
@@ -123,8 +118,9 @@ void Dialog_DBC_Signal_Selector::setUpTable()
         {Field::Record, 10}, {Field::Id, 14}, {Field::Name, 36}, {Field::Unit, 12}};
     for (const auto &[field, count] : letters)
         header->resizeSection(m_model.columnOf(field), letter * count);
-    connect(header, &QHeaderView::sectionClicked, this,
+    connect(header, &QHeaderView::sortIndicatorChanged, this,
             &Dialog_DBC_Signal_Selector::set_sorting_column);
+    new HeaderMemory(table, QStringLiteral("DbcSignalSelection"));
 
     auto *sorting = new QAction(QStringLiteral("Sort by this column"), table);
     sorting->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
@@ -146,22 +142,6 @@ void Dialog_DBC_Signal_Selector::setUpLegend()
                        "in all; each message takes one. Below 0 nothing can be loaded.")
             .arg(can::maxFilters));
     m_ui->label_remaining_caption->setToolTip(m_ui->label_remaining_filters->toolTip());
-}
-
-void Dialog_DBC_Signal_Selector::restorePlace()
-{
-    const WindowPlace place;
-    restoreGeometry(place.store.value(place.geometry).toByteArray());
-    QHeaderView *header = m_ui->tableView_signals->horizontalHeader();
-    tablememory::restore(*header, settingsKey);
-    set_sorting_column(header->sortIndicatorSection());
-}
-
-void Dialog_DBC_Signal_Selector::savePlace() const
-{
-    WindowPlace place;
-    place.store.setValue(place.geometry, saveGeometry());
-    tablememory::save(*m_ui->tableView_signals->horizontalHeader(), settingsKey);
 }
 
 void Dialog_DBC_Signal_Selector::countChanges(bool on)
@@ -218,6 +198,7 @@ void Dialog_DBC_Signal_Selector::set_sorting_column(int column_clicked)
 {
     QHeaderView *header = m_ui->tableView_signals->horizontalHeader();
     if (column_clicked < 1) { // ticks don't sort; the click has moved the indicator there
+        const QSignalBlocker blocker(header);
         header->setSortIndicator(m_rows.sortColumn(), m_rows.sortOrder());
         return;
     }
@@ -233,7 +214,6 @@ void Dialog_DBC_Signal_Selector::sortByCurrentColumn()
     const bool isTurned = header->sortIndicatorSection() == column
                           && header->sortIndicatorOrder() == Qt::AscendingOrder;
     header->setSortIndicator(column, isTurned ? Qt::DescendingOrder : Qt::AscendingOrder);
-    set_sorting_column(column);
 }
 
 void Dialog_DBC_Signal_Selector::on_lineEdit_filter_textChanged(QString)

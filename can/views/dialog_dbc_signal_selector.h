@@ -58,8 +58,6 @@ protected:
 private:
     void setUpTable();
     void setUpLegend();
-    void restorePlace();
-    void savePlace() const;
     void countChanges(bool on);
     void tick(const QModelIndexList &records, bool on);
     [[nodiscard]] QModelIndexList visibleRecords() const;
