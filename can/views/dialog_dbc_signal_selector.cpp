@@ -135,6 +135,8 @@ void Dialog_DBC_Signal_Selector::setUpTable()
 
 void Dialog_DBC_Signal_Selector::setUpLegend()
 {
+    m_ui->label_loaded->setText(Model_DBC_Signals::loadedText());
+    m_ui->label_loaded_differently->setText(Model_DBC_Signals::loadedDifferentlyText());
     setColour(m_ui->label_colour_loaded, Model_DBC_Signals::loadedColour());
     setColour(m_ui->label_colour_loaded_differently, Model_DBC_Signals::loadedDifferentlyColour());
     m_ui->label_remaining_filters->setToolTip(
@@ -226,6 +228,9 @@ void Dialog_DBC_Signal_Selector::refresh_filter(bool)
     const Field field = m_ui->radioButton_name->isChecked() ? Field::Name : Field::Description;
     m_rows.set_sorting_string(m_model.columnOf(field), m_ui->lineEdit_filter->text(),
                               m_ui->checkBox_only_checked->isChecked());
+    const QModelIndex current = m_ui->tableView_signals->currentIndex();
+    if (current.isValid())
+        m_ui->tableView_signals->scrollTo(current);
     showCounts();
 }
 
