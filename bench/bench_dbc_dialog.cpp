@@ -3,7 +3,8 @@
 //     bench_dbc_dialog [--smoke]
 //
 // A keystroke in the filter, until the table is drawn again; a tick, until the remaining filters
-// are shown; each with the table sorted and many signals ticked. The slowest of all counts. With
+// are shown; each with the table sorted, and with many signals ticked. Of each the fastest of three
+// runs is taken, so that other programs don't count, and the slowest of all these is judged. With
 // --smoke the file is smaller and no bar is judged. It needs no display.
 
 #include "app/ui/appstyle.h"
@@ -90,6 +91,33 @@ TerminalCanCfg channelWith(const QList<Signal *> &records)
     return channel;
 }
 
+// Whether a widget has been drawn.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget *widget)
+        : m_widget(widget)
+    {
+        widget->installEventFilter(this);
+    }
+    void start() { m_isPainted = false; }
+    // Draws it if the event loop hasn't.
+    void finish()
+    {
+        if (!m_isPainted)
+            m_widget->repaint();
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_isPainted = m_isPainted || event->type() == QEvent::Paint;
+        return false;
+    }
+
+private:
+    QWidget *m_widget;
+    bool m_isPainted = false;
+};
+
 class Measurement
 {
 public:
@@ -98,12 +126,13 @@ public:
         , m_dialog(channelWith(m_records), m_records, m_nobody)
         , m_table(m_dialog.findChild<QTableView *>())
         , m_filter(m_dialog.findChild<QLineEdit *>())
-        , m_remaining(m_dialog.findChild<QLabel *>(QStringLiteral("label_remaining_filters")))
+        , m_tableWatch(m_table->viewport())
+        , m_numberWatch(m_dialog.findChild<QLabel *>(QStringLiteral("label_remaining_filters")))
     {
         m_dialog.resize(1200, 900);
         m_dialog.show();
         m_table->horizontalHeader()->setSortIndicator(nameColumn, Qt::AscendingOrder);
-        timedWithTable([] {});
+        timed(m_tableWatch, [] {});
     }
 
     // Types the text letter by letter, and deletes it again. Each keystroke in ms.
@@ -111,31 +140,34 @@ public:
     {
         std::vector<double> times;
         for (const QChar letter : text)
-            times.push_back(timedWithTable([&] { press(0, letter); }));
+            times.push_back(timed(m_tableWatch, [&] { press(0, letter); }));
         for (int i = 0; i < text.size(); ++i)
-            times.push_back(timedWithTable([&] { press(Qt::Key_Backspace, {}); }));
+            times.push_back(timed(m_tableWatch, [&] { press(Qt::Key_Backspace, {}); }));
         return times;
     }
 
-    // Ticks of one box after the other, in ms.
+    // Turns one box after the other, in ms.
     std::vector<double> tick(int count)
     {
         std::vector<double> times;
         for (int i = 0; i < count; ++i) {
             const QModelIndex box = m_table->model()->index(i, 0);
-            times.push_back(
-                timed([&] { m_table->model()->setData(box, Qt::Checked, Qt::CheckStateRole); }));
+            const bool isTicked = box.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+            times.push_back(timed(m_numberWatch, [&] {
+                m_table->model()->setData(box, isTicked ? Qt::Unchecked : Qt::Checked,
+                                          Qt::CheckStateRole);
+            }));
         }
         return times;
     }
 
     double selectAll_ms()
     {
-        return timed([this] { click("pushButton_select_all"); });
+        return timed(m_numberWatch, [this] { click("pushButton_select_all"); });
     }
     double unselectAll_ms()
     {
-        return timed([this] { click("pushButton_unselect_all"); });
+        return timed(m_numberWatch, [this] { click("pushButton_unselect_all"); });
     }
 
 private:
@@ -151,25 +183,17 @@ private:
     {
         m_dialog.findChild<QPushButton *>(QLatin1String(button))->click();
     }
-    // With all that the action has queued, and the number drawn.
+    // With all that the action has queued, until the widget is drawn again.
     template <class Action>
-    double timed(Action action)
+    double timed(PaintWatch &watch, Action action)
     {
+        watch.start();
         QElapsedTimer clock;
         clock.start();
         action();
         QCoreApplication::processEvents();
-        m_remaining->repaint();
+        watch.finish();
         return double(clock.nsecsElapsed()) / 1e6;
-    }
-    template <class Action>
-    double timedWithTable(Action action)
-    {
-        return timed([&] {
-            action();
-            QCoreApplication::processEvents();
-            m_table->viewport()->repaint();
-        });
     }
 
     NobodyToAsk m_nobody;
@@ -177,12 +201,21 @@ private:
     Dialog_DBC_Signal_Selector m_dialog;
     QTableView *m_table;
     QLineEdit *m_filter;
-    QLabel *m_remaining;
+    PaintWatch m_tableWatch;
+    PaintWatch m_numberWatch;
 };
 
-double slowest(const std::vector<double> &times)
+// The slowest of the steps that a run times, each as it was in the fastest of three runs.
+template <class Run>
+double slowestStep(Run run)
 {
-    return *std::max_element(times.begin(), times.end());
+    std::vector<double> fastest = run();
+    for (int repetition = 1; repetition < 3; ++repetition) {
+        const std::vector<double> times = run();
+        std::transform(times.begin(), times.end(), fastest.begin(), fastest.begin(),
+                       [](double a, double b) { return std::min(a, b); });
+    }
+    return *std::max_element(fastest.begin(), fastest.end());
 }
 
 } // namespace
@@ -200,16 +233,15 @@ int main(int argc, char *argv[])
 
     Measurement measurement(isSmoke ? 2'000 : 20'000);
     Bars bars;
-    std::vector<double> keystrokes;
-    for (const char *text : {"engine", "*rpm", "*_1", "wheelrpm_19"}) {
-        const std::vector<double> times = measurement.type(QString::fromLatin1(text));
-        keystrokes.insert(keystrokes.end(), times.begin(), times.end());
-    }
-    bars.judge("keystroke to redrawn table", slowest(keystrokes), keystrokeBar_ms, "ms");
-    bars.judge("tick to remaining filters", slowest(measurement.tick(100)), tickBar_ms, "ms");
-    std::printf("%-44s %10.2f ms\n", "select all", measurement.selectAll_ms());
+    double keystroke_ms = 0;
+    for (const char *text : {"engine", "*rpm", "*_1", "wheelrpm_19"})
+        keystroke_ms = std::max(
+            keystroke_ms, slowestStep([&] { return measurement.type(QString::fromLatin1(text)); }));
+    const auto ticks = [&measurement] { return measurement.tick(50); };
+    bars.judge("keystroke to redrawn table", keystroke_ms, keystrokeBar_ms, "ms");
+    bars.judge("tick to remaining filters", slowestStep(ticks), tickBar_ms, "ms");
     std::printf("%-44s %10.2f ms\n", "unselect all", measurement.unselectAll_ms());
-    measurement.selectAll_ms();
-    bars.judge("tick with all signals ticked", slowest(measurement.tick(20)), tickBar_ms, "ms");
+    std::printf("%-44s %10.2f ms\n", "select all", measurement.selectAll_ms());
+    bars.judge("tick with all signals ticked", slowestStep(ticks), tickBar_ms, "ms");
     return isSmoke || bars.allMet ? 0 : 1;
 }
