@@ -144,7 +144,7 @@ bool Logger_Data_Handler_Class::openSocket(Worker &worker, const QHostAddress &a
     tick.start(connectTick_ms);
     meanwhile.exec();
     if (!isOver)
-        closeSockets();
+        cancelConnect();
     return isOpen.get();
 }
 

@@ -438,6 +438,7 @@ void tst_Logger_Data_Handler::theEndOfTheProgramEndsConnecting()
     QCoreApplication::exec();
     QVERIFY(!tool.isConnected);
     QVERIFY(tool.isSoon);
+    QCOMPARE(tool.told, QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_Logger_Data_Handler)

@@ -18,7 +18,10 @@ SimulatedLogger::SimulatedLogger()
     : m_simulator(new simulator::LoggerSimulator)
 {
     m_simulator->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_simulator, &QObject::deleteLater);
+    QObject::connect(&m_thread, &QThread::finished, [this] { // still there
+        delete m_simulator;
+        m_end.reached();
+    });
     m_thread.start();
     constexpr int attempts = 100;
     bool isListening = false;
@@ -35,6 +38,7 @@ SimulatedLogger::~SimulatedLogger()
 {
     m_thread.quit();
     m_thread.wait();
+    m_end.waitedFor();
 }
 
 void SimulatedLogger::setFault(const QString &text)

@@ -56,6 +56,7 @@ private:
     }
 
     QThread m_thread;
+    threadcall::End m_end;
     simulator::LoggerSimulator *m_simulator; // lives on the thread and is deleted there
     QHostAddress m_address;
 };
