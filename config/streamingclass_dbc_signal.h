@@ -31,6 +31,7 @@ struct StreamingClass_DBC_Signal
     quint32 msg_id = 0;         // without the flag of a 29-bit identifier
     quint8 extended_id = 0;     // 1: 29-bit identifier
     double live_value = 0.0;    // last decoded value, for views only
+    bool live_seen = false;     // there is a last decoded value; not streamed
 
     static constexpr qint32 streamVersion = 1;
     static constexpr auto fields()
