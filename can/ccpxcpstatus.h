@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+namespace can {
+
+enum class SessionProtocol { Ccp, Xcp };
+
+// The state of the logger's CCP or XCP session, as RLD_CCP_XCP_INFO tells it.
+[[nodiscard]] QString sessionStatusText(quint8 status, SessionProtocol protocol);
+
+// The slave's last answer: a command return code of CCP 2.1.
+[[nodiscard]] QString slaveResponseText(quint8 code);
+
+} // namespace can
