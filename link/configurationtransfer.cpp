@@ -1,5 +1,6 @@
 // The part of Logger_Data_Handler_Class that writes, loops back and applies configuration records.
 
+#include "can/canfilters.h"
 #include "config/configfile.h"
 #include "link/cmd_handler_class.h"
 #include "link/logger_data_handler_class.h"
@@ -72,17 +73,7 @@ bool Logger_Data_Handler_Class::sendRecord(int type, const QByteArray &bytes)
 void Logger_Data_Handler_Class::fakeTransfer(int type, const QByteArray &bytes)
 {
     slot_streaming_prot_received(type, std::make_unique<QByteArray>(bytes).release());
-    const auto limitFilters = [this](TerminalCanCfg &can) {
-        if (m_filterLimit)
-            m_filterLimit(can);
-    };
-    const int can = protocol::indexIn(type, protocol::Can, protocol::canTypes);
-    if (type == protocol::WholeConfiguration) {
-        for (TerminalCanCfg &channel : m_terminal->can)
-            limitFilters(channel);
-    } else if (can >= 0) {
-        limitFilters(m_terminal->can.at(std::size_t(can)));
-    } else if (protocol::indexIn(type, protocol::Rs485, protocol::rs485Types) >= 0) {
+    if (protocol::indexIn(type, protocol::Rs485, protocol::rs485Types) >= 0) {
         // Channels come from a connected module, and there is none.
         for (TerminalRs485Cfg &port : m_terminal->rs485)
             port.channels.clear();
@@ -113,6 +104,21 @@ bool Logger_Data_Handler_Class::takeRecord(const QByteArray &data, R &record)
     return false;
 }
 
+// Views shall see a channel only after its filters fit the hardware, and hear last of what that has
+// cost.
+template <class EmitUpdates>
+void Logger_Data_Handler_Class::limitFilters(int firstCan, int count, EmitUpdates emitUpdates)
+{
+    QVector<QStringList> cleared;
+    for (int i = 0; i < count; ++i)
+        cleared.append(can::enforceFilterLimit(m_terminal->can.at(std::size_t(firstCan + i))));
+    emitUpdates();
+    for (int i = 0; i < count; ++i) {
+        if (!cleared.at(i).isEmpty())
+            emit signalFilterLimitCleared(firstCan + i, cleared.at(i));
+    }
+}
+
 // False for a type that carries no record of ours.
 bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
 {
@@ -120,7 +126,7 @@ bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
     switch (type) {
     case WholeConfiguration:
         if (takeRecord(data, *m_terminal))
-            emit signal_full_update();
+            limitFilters(0, canTypes, [this] { emit signal_full_update(); });
         return true;
     case Gps:
         if (takeRecord(data, m_terminal->gps))
@@ -143,10 +149,12 @@ bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
     default:
         break;
     }
-    if (auto *can = elementOf(m_terminal->can, indexIn(type, Can, canTypes))) {
-        if (takeRecord(data, *can)) {
-            emit signal_update_cfg_can(type - Can);
-            emit signal_update_cfg_logtrigger(); // its signals come from the channels
+    if (auto *channel = elementOf(m_terminal->can, indexIn(type, Can, canTypes))) {
+        if (takeRecord(data, *channel)) {
+            limitFilters(type - Can, 1, [this, type] {
+                emit signal_update_cfg_can(type - Can);
+                emit signal_update_cfg_logtrigger(); // its signals come from the channels
+            });
         }
         return true;
     }

@@ -271,8 +271,3 @@ D4MODTransparent *Logger_Data_Handler_Class::d4modTransparent(int rs485_nr) cons
 {
     return m_d4modTransparent.at(std::size_t(rs485_nr)).get();
 }
-
-void Logger_Data_Handler_Class::setFilterLimit(std::function<void(TerminalCanCfg &)> limit)
-{
-    m_filterLimit = std::move(limit);
-}

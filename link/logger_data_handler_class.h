@@ -18,7 +18,6 @@
 
 #include <array>
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -112,10 +111,6 @@ public:
     bool cmd_write_ethercat_sample_rate(int ethercat_nr, quint16 value);
     bool writeEtherCat(int ethercat_nr, const TerminalEtherCatCfg &record);
 
-    // Run on a CAN channel that was changed without a logger: keeps its filters within what the
-    // hardware takes.
-    void setFilterLimit(std::function<void(TerminalCanCfg &)> limit);
-
     // How long writes wait for their echo.
     void setWriteTimeout(int timeout_ms) { m_writeTimeout_ms = timeout_ms; }
 
@@ -148,6 +143,9 @@ signals:
     void signal_update_cfg_logtrigger();
     void signal_update_cfg_ethercat(int ethercat_nr);
     void signal_full_update();
+    // The record of a CAN channel that was just taken needs more filters than the hardware has: the
+    // ticks of these signals are gone. Behind the signals that tell of the new record.
+    void signalFilterLimitCleared(int can_nr, QStringList signalNames);
     void signal_show_tcp_error(QString error_txt);
     void signal_show_error_if_connected(QString title, QString error_txt);
 
@@ -201,6 +199,8 @@ private:
     template <class R, class Owner, class T>
     bool writeField(int type, R &record, Owner &owner, T Owner::*field, T value, const char *name);
     bool applyRecord(int type, const QByteArray &data);
+    template <class EmitUpdates>
+    void limitFilters(int firstCan, int count, EmitUpdates emitUpdates);
 
     using Decoder = void (Logger_Data_Handler_Class::*)(const QByteArray &entry);
     static Decoder decoderOf(quint8 type);
@@ -230,7 +230,6 @@ private:
     std::vector<std::unique_ptr<D4MODTransparent>> m_d4modTransparent;
     Capabilities m_capabilities;
     QString m_lastCommandError;
-    std::function<void(TerminalCanCfg &)> m_filterLimit;
     int m_writeTimeout_ms = 8000;
     bool m_showsErrors = false;
     std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it

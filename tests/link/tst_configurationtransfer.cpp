@@ -23,8 +23,6 @@ private slots:
     void connectedAWriteThatTimesOutLeavesTheModelUnchanged();
     void aLoggerThatRefusesAValueIsFollowed();
     void anRs485WriteOfflineEmptiesAllChannelLists();
-    void offlineTheFilterLimitRunsOnTheWrittenChannel();
-    void offlineTheFilterLimitRunsOnAllChannelsOfAWholeConfiguration();
     void recordsRaiseTheirSignals_data();
     void recordsRaiseTheirSignals();
     void aRecordThatIsCutIsWarnedOfAndIgnored_data();
@@ -209,26 +207,6 @@ void tst_ConfigurationTransfer::anRs485WriteOfflineEmptiesAllChannelLists()
     QVERIFY(tool.handler.cmd_write_d4mod_enabled(4, 1));
     for (const TerminalRs485Cfg &port : ports)
         QVERIFY(port.channels.isEmpty());
-}
-
-void tst_ConfigurationTransfer::offlineTheFilterLimitRunsOnTheWrittenChannel()
-{
-    Offline tool;
-    QList<const TerminalCanCfg *> limited;
-    tool.handler.setFilterLimit([&limited](TerminalCanCfg &can) { limited.append(&can); });
-    QVERIFY(tool.handler.cmd_write_can_enabled(6, 1));
-    QCOMPARE(limited, QList<const TerminalCanCfg *>{&tool.handler.terminal().can[6]});
-    QVERIFY(tool.handler.cmd_write_gps_enabled(1));
-    QCOMPARE(limited.size(), 1);
-}
-
-void tst_ConfigurationTransfer::offlineTheFilterLimitRunsOnAllChannelsOfAWholeConfiguration()
-{
-    Offline tool;
-    int limited = 0;
-    tool.handler.setFilterLimit([&limited](TerminalCanCfg &) { ++limited; });
-    QVERIFY(tool.handler.writeWholeConfiguration(TerminalStruct()));
-    QCOMPARE(limited, 12);
 }
 
 void tst_ConfigurationTransfer::recordsRaiseTheirSignals_data()

@@ -1,0 +1,45 @@
+#include "can/dbcsummary.h"
+
+#include <QtTest>
+
+class tst_DbcSummary : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void whatWasReadIsCounted();
+    void whatWasPassedOverIsNamed();
+    void nothingPassedOverIsNotMentioned();
+};
+
+void tst_DbcSummary::whatWasReadIsCounted()
+{
+    DbcSummary summary;
+    summary.messages = 1;
+    summary.signal_count = 12345;
+    QCOMPARE(dbc::summaryText(summary), QStringLiteral("1 message, 12,345 signals"));
+}
+
+void tst_DbcSummary::whatWasPassedOverIsNamed()
+{
+    DbcSummary summary;
+    summary.messages = 2;
+    summary.signal_count = 1;
+    summary.ignored_signals = 3;
+    summary.float_types = 4;
+    summary.value_tables = 1;
+    summary.comments_without_signal = 5;
+    summary.other_comments = 6;
+    QCOMPARE(dbc::summaryText(summary),
+             QStringLiteral("2 messages, 1 signal; passed over: 3 signals outside of a message, "
+                            "4 float types (read as whole numbers), 1 value table, 5 comments "
+                            "without a signal, 6 comments of messages, nodes or the bus"));
+}
+
+void tst_DbcSummary::nothingPassedOverIsNotMentioned()
+{
+    QCOMPARE(dbc::passedOverText(DbcSummary()), QString());
+}
+
+QTEST_APPLESS_MAIN(tst_DbcSummary)
+#include "tst_dbcsummary.moc"

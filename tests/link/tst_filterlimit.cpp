@@ -1,0 +1,164 @@
+#include "app/state/appcontroller.h"
+#include "can/canfilters.h"
+#include "link/logger_data_handler_class.h"
+#include "tests/can/signalsamples.h"
+#include "tests/support/simulatedlogger.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using Handler = Logger_Data_Handler_Class;
+using Signal = StreamingClass_DBC_Signal;
+
+// Whatever way a CAN channel's record comes to the tool, its filters fit the hardware afterwards.
+class tst_FilterLimit : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void offlineAWrittenChannelIsLimited();
+    void offlineAWholeConfigurationIsLimitedChannelByChannel();
+    void theEchoOfAChannelIsLimited();
+    void theConfigurationOfALoggerIsLimited();
+    void viewsAreToldOfTheRecordOnceItIsLimited();
+    void theNoticeComesBehindTheUpdate();
+    void aChannelWithinTheLimitRaisesNoNotice();
+    void aRecordThatIsCutIsNotLimited();
+};
+
+namespace {
+
+struct Tool
+{
+    AppController controller;
+    Handler handler{&controller};
+    QSignalSpy notices{&handler, &Handler::signalFilterLimitCleared};
+
+    [[nodiscard]] const TerminalCanCfg &channel(int number) const
+    {
+        return handler.terminal().can.at(std::size_t(number));
+    }
+    // Ticked signals; each has a message of its own.
+    [[nodiscard]] int ticked(int number) const
+    {
+        int count = 0;
+        for (const Signal *signal : channel(number).dbc_signals)
+            count += signal->selection_flags != 0 ? 1 : 0;
+        return count;
+    }
+};
+
+// A channel of so many messages, each with one recorded signal that is called s and its number.
+void fill(TerminalCanCfg &channel, int messages)
+{
+    for (int i = 0; i < messages; ++i)
+        sample::addSignal(channel.dbc_signals, ("s" + QByteArray::number(i)).constData(),
+                          quint32(i), Signal::recordFlag);
+}
+
+TerminalCanCfg channelOf(int messages)
+{
+    TerminalCanCfg channel;
+    fill(channel, messages);
+    return channel;
+}
+
+const QStringList lastTwo{QStringLiteral("s128"), QStringLiteral("s129")};
+
+} // namespace
+
+void tst_FilterLimit::offlineAWrittenChannelIsLimited()
+{
+    Tool tool;
+    QVERIFY(tool.handler.writeCan(6, channelOf(130)));
+    QCOMPARE(tool.ticked(6), 128);
+    QCOMPARE(tool.channel(6).dbc_signals.size(), 130);
+    QCOMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{6, lastTwo}));
+}
+
+void tst_FilterLimit::offlineAWholeConfigurationIsLimitedChannelByChannel()
+{
+    TerminalStruct configuration;
+    for (TerminalCanCfg &channel : configuration.can)
+        fill(channel, 130);
+    Tool tool;
+    QVERIFY(tool.handler.writeWholeConfiguration(configuration));
+    QCOMPARE(tool.notices.size(), 12);
+    for (int i = 0; i < 12; ++i) {
+        QCOMPARE(tool.ticked(i), 128);
+        QCOMPARE(tool.notices.at(i), (QVariantList{i, lastTwo}));
+    }
+}
+
+void tst_FilterLimit::theEchoOfAChannelIsLimited()
+{
+    SimulatedLogger logger;
+    Tool tool;
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    QVERIFY(tool.handler.writeCan(11, channelOf(130)));
+    QTRY_COMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{11, lastTwo}));
+    QCOMPARE(tool.ticked(11), 128);
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::theConfigurationOfALoggerIsLimited()
+{
+    SimulatedLogger logger;
+    logger.inspect(
+        [](simulator::LoggerSimulator &s) { fill(s.state().configuration.can[3], 130); });
+    Tool tool;
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    QVERIFY(tool.handler.requestConfiguration());
+    QTRY_COMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{3, lastTwo}));
+    QCOMPARE(tool.ticked(3), 128);
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::viewsAreToldOfTheRecordOnceItIsLimited()
+{
+    Tool tool;
+    QList<int> ticked;
+    connect(&tool.handler, &Handler::signal_update_cfg_can,
+            [&](int can_nr) { ticked.append(tool.ticked(can_nr)); });
+    connect(&tool.handler, &Handler::signal_full_update, [&] { ticked.append(tool.ticked(0)); });
+    QVERIFY(tool.handler.writeCan(0, channelOf(200)));
+    TerminalStruct configuration;
+    fill(configuration.can[0], 200);
+    QVERIFY(tool.handler.writeWholeConfiguration(configuration));
+    QCOMPARE(ticked, (QList<int>{128, 128}));
+}
+
+void tst_FilterLimit::theNoticeComesBehindTheUpdate()
+{
+    Tool tool;
+    QSignalSpy updates(&tool.handler, &Handler::signal_update_cfg_can);
+    int updatesBefore = 0;
+    connect(&tool.handler, &Handler::signalFilterLimitCleared,
+            [&] { updatesBefore = updates.size(); });
+    QVERIFY(tool.handler.writeCan(0, channelOf(129)));
+    QCOMPARE(updatesBefore, 1);
+}
+
+void tst_FilterLimit::aChannelWithinTheLimitRaisesNoNotice()
+{
+    Tool tool;
+    QVERIFY(tool.handler.writeCan(0, channelOf(128)));
+    QCOMPARE(tool.ticked(0), 128);
+    QVERIFY(tool.notices.isEmpty());
+}
+
+void tst_FilterLimit::aRecordThatIsCutIsNotLimited()
+{
+    Tool tool;
+    QTest::ignoreMessage(QtWarningMsg, "A record of the logger is not whole, it is dropped.");
+    const QByteArray cut = record::toBytes(channelOf(130)).chopped(1);
+    tool.handler.slot_streaming_prot_received(protocol::Can, new QByteArray(cut));
+    QVERIFY(tool.notices.isEmpty());
+    QVERIFY(tool.channel(0).dbc_signals.isEmpty());
+}
+
+QTEST_GUILESS_MAIN(tst_FilterLimit)
+#include "tst_filterlimit.moc"
