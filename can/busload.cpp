@@ -1,5 +1,6 @@
 #include "can/busload.h"
 
+#include "can/bittiming.h"
 #include "config/terminalcancfg.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@ namespace can {
 namespace {
 
 enum Mode { Classic = 0, Fd = 1, FdWithBitRateSwitching = 2 };
-
-constexpr double clock_MHz = 120; // of the logger's CAN controllers
 
 // Behind the CRC delimiter: acknowledge with its delimiter, end of frame, intermission.
 constexpr int tailBits = 2 + 7 + 3;
@@ -51,9 +50,10 @@ FrameBits fdBits(bool extended, int dataBytes)
             mostStuffBits(head + stuffedFast) - inHead};
 }
 
+// Zero for registers that no controller takes, which make no bit.
 double bitTime_us(int clk_div, int tseg1, int tseg2)
 {
-    return clk_div * (tseg1 + tseg2 + 1) / clock_MHz;
+    return clk_div * (tseg1 + tseg2 + 1) * 1000.0 / clock_kHz;
 }
 
 } // namespace

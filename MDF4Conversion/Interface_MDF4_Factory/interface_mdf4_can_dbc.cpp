@@ -74,9 +74,9 @@ public:
             (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
         warnAboutFrames(key.first, message);
         if (!message.hasMultiplexed())
-            addGroup(QStringLiteral("DBC"), frames, message.chosen);
+            addGroup(QLatin1String(groupnames::kinds::dbc), frames, message.chosen);
         else if (message.multiplexors.empty())
-            addGroup(QStringLiteral("DBCMUX"), frames, message.chosen);
+            addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, message.chosen);
         else
             addMultiplexedGroups(frames, message);
     }
@@ -141,7 +141,7 @@ private:
             std::vector<Signal *> members;
             for (const std::size_t place : places)
                 members.push_back(message.chosen[place]);
-            addGroup(QStringLiteral("DBCMUX"), frames, members);
+            addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, members);
         }
     }
 
@@ -167,7 +167,7 @@ private:
 
 groupnames::PortName canPortName(const TerminalCanCfg &configuration, quint8 number)
 {
-    return {QStringLiteral("CAN"), number, configuration.export_name_mode,
+    return {QLatin1String(groupnames::canLabel), number, configuration.export_name_mode,
             configuration.export_custom_name};
 }
 

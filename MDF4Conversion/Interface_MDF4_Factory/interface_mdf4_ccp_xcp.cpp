@@ -148,7 +148,8 @@ void Interface_MDF4_CAN_CCP_XCP::build(const MDF4_ConversionContext &handler,
                                        ChannelGroupList &groups)
 {
     Port port{CCP_XCP_Signal::Can, number, canPortName(configuration, number),
-              QStringLiteral("CCP_XCP"), "Incomplete and/or Left Behind Signals: "};
+              QLatin1String(groupnames::kinds::canCcpXcp),
+              "Incomplete and/or Left Behind Signals: "};
     GroupBuilder<Interface_MDF4_CAN_CCP_XCP>(handler, configuration.a2l, std::move(port), groups)
         .build();
 }
@@ -157,12 +158,12 @@ void Interface_MDF4_ETH_XCP::build(const MDF4_ConversionContext &handler,
                                    const StreamingClass_Cfg_Ethernet &configuration, quint8 number,
                                    ChannelGroupList &groups)
 {
-    Port port{
-        CCP_XCP_Signal::Ethernet,
-        number,
-        {QStringLiteral("ETH"), number, configuration.further_byte, configuration.custom_name},
-        QStringLiteral("XCP"),
-        "Incomplete and/or Left Behind Signals Eth XCP: "};
+    Port port{CCP_XCP_Signal::Ethernet,
+              number,
+              {QLatin1String(groupnames::ethernetLabel), number, configuration.further_byte,
+               configuration.custom_name},
+              QLatin1String(groupnames::kinds::ethernetXcp),
+              "Incomplete and/or Left Behind Signals Eth XCP: "};
     GroupBuilder<Interface_MDF4_ETH_XCP>(handler, configuration.xcp.module, std::move(port), groups)
         .build();
 }

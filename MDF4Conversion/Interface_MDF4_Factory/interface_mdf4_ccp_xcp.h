@@ -1,9 +1,9 @@
 #pragma once
 
 #include "MDF4Conversion/Interface_MDF4_Factory/ccp_xcp_signal.h"
-#include "MDF4Conversion/Interface_MDF4_Factory/groupnames.h"
 #include "MDF4Conversion/channelgrouplist.h"
 #include "MDF4Conversion/mdf4_channelgroup.h"
+#include "config/groupnames.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "MDF4Conversion/Interface_MDF4_Factory/groupnames.h"
+#include "config/groupnames.h"
 
 namespace groupnames {
 
