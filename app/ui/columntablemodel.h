@@ -20,6 +20,7 @@ struct TableColumn
     std::function<QVariant(const Row &)> value;
     // Takes what the editor gives; false refuses it. None: the cell is read-only.
     std::function<bool(Row &, const QVariant &)> set;
+    bool has_editor = true;                      // false: only the program sets the cell
     std::function<bool(const Row &)> is_checked; // none: the cell has no check box
     std::function<void(Row &, bool)> check;      // none: the box can't be changed
 };
@@ -92,7 +93,7 @@ public:
         if (!isCell(index))
             return Qt::NoItemFlags;
         Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
-        if (columnOf(index).set)
+        if (columnOf(index).set && columnOf(index).has_editor)
             flags |= Qt::ItemIsEditable;
         if (columnOf(index).check)
             flags |= Qt::ItemIsUserCheckable;
