@@ -1,5 +1,8 @@
 #include "can/canrxlist.h"
 
+#include "can/canframe.h"
+#include "config/streamingclass_dbc_signal.h"
+
 #include <QSaveFile>
 
 #include <algorithm>
@@ -59,6 +62,24 @@ QString commentText(const RxListItem &item)
         return item.comment;
     const auto remote = QStringLiteral("Remote frame");
     return item.comment.isEmpty() ? remote : remote + QStringLiteral(": ") + item.comment;
+}
+
+QHash<quint64, QString> signalComments(const QList<StreamingClass_DBC_Signal *> &signalList)
+{
+    constexpr int mostNames = 10;
+    QHash<quint64, int> counts;
+    QHash<quint64, QString> comments;
+    for (const StreamingClass_DBC_Signal *signal : signalList) {
+        const quint64 key = identifierKey(signal->msg_id, signal->extended_id != 0);
+        const int count = ++counts[key];
+        if (count == 1)
+            comments[key] = signal->name;
+        else if (count <= mostNames)
+            comments[key] += QStringLiteral(", ") + signal->name;
+        else if (count == mostNames + 1)
+            comments[key] += QStringLiteral(", ...");
+    }
+    return comments;
 }
 
 QString rxListText(const std::vector<RxListItem> &items)

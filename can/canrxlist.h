@@ -1,10 +1,14 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
+#include <QList>
 #include <QString>
 
 #include <optional>
 #include <vector>
+
+struct StreamingClass_DBC_Signal;
 
 namespace can {
 
@@ -26,6 +30,11 @@ struct RxListItem
 [[nodiscard]] QString dataText(const QByteArray &data);
 // A remote frame says that it is one.
 [[nodiscard]] QString commentText(const RxListItem &item);
+
+// By identifierKey(): the names of the signals that the frames carry; of many the first ones. The
+// records don't know what their message is called.
+[[nodiscard]] QHash<quint64, QString>
+signalComments(const QList<StreamingClass_DBC_Signal *> &signalList);
 
 // The list as text: a head, then a line for each item, in columns.
 [[nodiscard]] QString rxListText(const std::vector<RxListItem> &items);

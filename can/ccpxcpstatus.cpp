@@ -1,5 +1,7 @@
 #include "can/ccpxcpstatus.h"
 
+#include "a2l/records/streamingclass_a2l_module.h"
+
 #include <map>
 
 namespace can {
@@ -66,6 +68,11 @@ const Texts &responseTexts()
 }
 
 } // namespace
+
+SessionProtocol sessionProtocol(const StreamingClass_A2L_Module &module)
+{
+    return module.config.cfg.version_text.isEmpty() ? SessionProtocol::Ccp : SessionProtocol::Xcp;
+}
 
 QString sessionStatusText(quint8 status, SessionProtocol protocol)
 {

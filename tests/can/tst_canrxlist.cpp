@@ -1,4 +1,7 @@
+#include "can/canframe.h"
 #include "can/canrxlist.h"
+#include "config/record/ownedlist.h"
+#include "config/streamingclass_dbc_signal.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -17,6 +20,8 @@ private slots:
     void theColumnsMeet();
     void aTextThatLooksLikeAPlaceholderStaysAsItIs();
     void aRemoteFrameSaysSo();
+    void aCommentNamesTheSignalsOfItsIdentifier();
+    void aCommentOfManySignalsIsCut();
     void theFileHoldsTheText();
     void aFileThatCannotBeWrittenIsAnError();
 
@@ -81,6 +86,30 @@ void tst_CanRxList::aRemoteFrameSaysSo()
     QCOMPARE(can::commentText(frame), QStringLiteral("Remote frame"));
     frame.comment = QStringLiteral("Speed");
     QCOMPARE(can::commentText(frame), QStringLiteral("Remote frame: Speed"));
+}
+
+void tst_CanRxList::aCommentNamesTheSignalsOfItsIdentifier()
+{
+    OwnedList<StreamingClass_DBC_Signal> list;
+    for (const char *name : {"A", "B", "C"}) {
+        StreamingClass_DBC_Signal &signal = list.add();
+        signal.name = QString::fromLatin1(name);
+        signal.msg_id = 0x12;
+        signal.extended_id = *name == 'B' ? 1 : 0;
+    }
+    const auto comments = can::signalComments(list.items());
+    QCOMPARE(comments.size(), 2);
+    QCOMPARE(comments.value(can::identifierKey(0x12, false)), QStringLiteral("A, C"));
+    QCOMPARE(comments.value(can::identifierKey(0x12, true)), QStringLiteral("B"));
+}
+
+void tst_CanRxList::aCommentOfManySignalsIsCut()
+{
+    OwnedList<StreamingClass_DBC_Signal> list;
+    for (int i = 0; i < 20; ++i)
+        list.add().name = QStringLiteral("S%1").arg(i);
+    QCOMPARE(can::signalComments(list.items()).value(0),
+             QStringLiteral("S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, ..."));
 }
 
 void tst_CanRxList::theFileHoldsTheText()

@@ -1,3 +1,4 @@
+#include "a2l/records/streamingclass_a2l_module.h"
 #include "can/ccpxcpstatus.h"
 
 #include <QtTest>
@@ -16,6 +17,7 @@ private slots:
     void aResponseHasItsText_data();
     void aResponseHasItsText();
     void everyOtherResponseIsUnknown();
+    void theTransportsVersionTellsXcpFromCcp();
 };
 
 void tst_CcpXcpStatus::aStatusHasItsText_data()
@@ -99,6 +101,16 @@ void tst_CcpXcpStatus::everyOtherResponseIsUnknown()
                      QStringLiteral("Unknown error %1").arg(code));
     }
     QCOMPARE(known, 17);
+}
+
+void tst_CcpXcpStatus::theTransportsVersionTellsXcpFromCcp()
+{
+    StreamingClass_A2L_Module module;
+    module.config.cfg.protocol_version = 0x0201;
+    QVERIFY(can::sessionProtocol(module) == SessionProtocol::Ccp);
+    module.config.cfg.protocol_version = 0x0100;
+    module.config.cfg.version_text = QStringLiteral("1.0");
+    QVERIFY(can::sessionProtocol(module) == SessionProtocol::Xcp);
 }
 
 QTEST_GUILESS_MAIN(tst_CcpXcpStatus)
