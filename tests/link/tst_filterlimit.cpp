@@ -107,7 +107,7 @@ void tst_FilterLimit::theConfigurationOfALoggerIsLimited()
 {
     SimulatedLogger logger;
     logger.inspect(
-        [](simulator::LoggerSimulator &s) { fill(s.state().configuration.can[3], 130); });
+        [](simulator::LoggerSimulator &s) { s.state().configuration.can[3] = channelOf(130); });
     Tool tool;
     QVERIFY(tool.handler.connectLogger(logger.address()));
     QVERIFY(tool.handler.requestConfiguration());
