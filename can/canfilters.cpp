@@ -11,7 +11,6 @@ namespace {
 
 using Signal = StreamingClass_DBC_Signal;
 
-constexpr quint8 classicFilter = 2;             // of valuenames::canFilterTypes
 constexpr quint32 extendedIdFlag = 0x8000'0000; // of the identifier of a DAQ list
 constexpr quint8 selectionFlags = Signal::recordFlag | Signal::liveFlag;
 
@@ -25,7 +24,7 @@ CanIdFilterElement messageFilter(quint32 id, bool isExtended)
 {
     CanIdFilterElement filter;
     filter.extended = isExtended ? 1 : 0;
-    filter.filter_type = classicFilter;
+    filter.filter_type = ClassicFilter;
     filter.id1 = id;
     filter.id2 = isExtended ? can::maxExtendedId : can::maxStandardId;
     return filter;
