@@ -1,4 +1,5 @@
 #include "can/canfilters.h"
+#include "can/dbcdecoding.h"
 #include "can/dbclines.h"
 #include "can/dbcnumbers.h"
 #include "can/dbcpasses.h"
@@ -25,11 +26,6 @@ bool isStatement(std::string_view line, std::string_view keyword)
 {
     return line.size() > keyword.size() && startsWith(line, keyword)
            && dbc::spaceLength(line, keyword.size()) != 0;
-}
-
-QString toText(std::string_view utf8)
-{
-    return QString::fromUtf8(utf8.data(), int(utf8.size()));
 }
 
 // A line with the number that it has in the file.
@@ -66,7 +62,7 @@ public:
                     first = record;
             }
         }
-        return m_first.value({identifier, toText(name)});
+        return m_first.value({identifier, dbc::toText(name)});
     }
 
     // The others get the description of the first.
@@ -207,7 +203,7 @@ private:
             record = m_index.find(*identifier & can::maxExtendedId, comment.part[3]);
         }
         if (record && comment.hasText)
-            record->description = toText(comment.text);
+            record->description = dbc::toText(comment.text);
         else
             ++m_summary.comments_without_signal;
         return true;

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int byteOrderMarkLength = 3;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 // Windows-1252 from 0x80 to 0x9F; above it is ISO 8859-1.
 constexpr std::array<quint16, 32> windows1252 = {
@@ -101,13 +101,18 @@ bool dbc::isUtf8(std::string_view bytes)
 
 QByteArray dbc::decoded(QByteArray bytes)
 {
-    if (isUtf8({bytes.constData(), std::size_t(bytes.size())})) {
-        if (bytes.startsWith("\xEF\xBB\xBF"))
-            bytes.remove(0, byteOrderMarkLength);
-        return bytes;
-    }
-    if (const QTextCodec *codec = QTextCodec::codecForUtfText(bytes, nullptr);
-        codec && !bytes.startsWith("\xEF\xBB\xBF"))
-        return codec->toUnicode(bytes).toUtf8();
-    return windows1252ToUtf8(bytes);
+    const std::string_view text(bytes.constData(), std::size_t(bytes.size()));
+    const bool isMarked = text.substr(0, byteOrderMark.size()) == byteOrderMark;
+    if (isUtf8(text))
+        return isMarked ? bytes.remove(0, int(byteOrderMark.size())) : bytes;
+    const QTextCodec *codec = isMarked ? nullptr : QTextCodec::codecForUtfText(bytes, nullptr);
+    return codec ? codec->toUnicode(bytes).toUtf8() : windows1252ToUtf8(bytes);
+}
+
+QString dbc::toText(std::string_view utf8)
+{
+    const QString text = QString::fromUtf8(utf8.data(), int(utf8.size()));
+    if (utf8.substr(0, byteOrderMark.size()) == byteOrderMark)
+        return QChar(QChar::ByteOrderMark) + text; // which QString takes off
+    return text;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <string_view>
 
@@ -14,5 +15,8 @@ namespace dbc {
 // UTF-16 or UTF-32 when it begins with their byte order mark, else Windows-1252. A byte that
 // Windows-1252 leaves undefined becomes the control character of the same number.
 [[nodiscard]] QByteArray decoded(QByteArray bytes);
+
+// All of the text: a mark of byte order at its start is a character like others here.
+[[nodiscard]] QString toText(std::string_view utf8);
 
 } // namespace dbc

@@ -1,5 +1,6 @@
 #include "can/dbcsignalline.h"
 
+#include "can/dbcdecoding.h"
 #include "can/dbclines.h"
 #include "can/dbcnumbers.h"
 
@@ -11,11 +12,6 @@ namespace {
 using dbc::Fault;
 
 constexpr std::size_t fewestWords = 7;
-
-QString toText(std::string_view utf8)
-{
-    return QString::fromUtf8(utf8.data(), int(utf8.size()));
-}
 
 // The words of a signal line, the first ones read ahead to see that there are enough.
 class SignalWords
@@ -115,7 +111,7 @@ Fault readUnit(SignalWords &words, StreamingClass_DBC_Signal &signal)
     unit.remove_prefix(1);
     if (!unit.empty()) // a blank behind the opening quote leaves nothing but that
         unit.remove_suffix(1);
-    signal.unit = toText(unit);
+    signal.unit = dbc::toText(unit);
     return nullptr;
 }
 
@@ -127,7 +123,7 @@ dbc::Fault dbc::readSignalLine(std::string_view line, StreamingClass_DBC_Signal 
     if (!words.areEnough())
         return "Invalid line-structure";
     (void)words.next(); // SG_
-    signal.name = toText(words.next());
+    signal.name = dbc::toText(words.next());
     if (const Fault fault = readMultiplex(words, signal))
         return fault;
     if (const Fault fault = readPosition(words.next(), signal))

@@ -1,4 +1,5 @@
 #include "can/canfilters.h"
+#include "can/dbcdecoding.h"
 #include "can/dbclines.h"
 #include "can/dbcnumbers.h"
 #include "can/dbcpasses.h"
@@ -131,11 +132,11 @@ QString dbc::shownLine(std::string_view line)
 {
     constexpr std::size_t longest = 2000;
     if (line.size() <= longest)
-        return QString::fromUtf8(line.data(), int(line.size()));
+        return toText(line);
     std::size_t length = longest;
     while ((static_cast<unsigned char>(line[length]) & 0xC0) == 0x80) // not inside a character
         --length;
-    return QString::fromUtf8(line.data(), int(length)) + QStringLiteral("...");
+    return toText(line.substr(0, length)) + QStringLiteral("...");
 }
 
 QString dbc::readSignals(std::string_view text, QList<StreamingClass_DBC_Signal *> &records,

@@ -2,6 +2,7 @@
 
 #include "cli/daqtext.h"
 #include "cli/portsinuse.h"
+#include "cli/signalcells.h"
 #include "cli/textsections.h"
 #include "config/terminalstruct.h"
 #include "config/valuenames.h"
@@ -21,16 +22,6 @@ QString channelName(std::size_t channel)
 QString countText(int count)
 {
     return count == 0 ? QString() : QString::number(count);
-}
-
-QString orderText(bool msbFirst)
-{
-    return msbFirst ? QStringLiteral("Motorola") : QStringLiteral("Intel");
-}
-
-QString signText(bool isSigned)
-{
-    return isSigned ? QStringLiteral("signed") : QStringLiteral("unsigned");
 }
 
 // One phase: "500 kbit/s, 75 %".
@@ -104,18 +95,6 @@ QString filtersText(const TerminalStruct &configuration)
     return section(QStringLiteral("CAN filters"), table);
 }
 
-QString multiplexText(const StreamingClass_DBC_Signal &signal)
-{
-    switch (signal.mux_kind) {
-    case PlainSignal:
-        return {};
-    case MultiplexorSignal:
-        return QStringLiteral("multiplexor");
-    default:
-        return QStringLiteral("at %1").arg(signal.mux_value);
-    }
-}
-
 QString useText(const StreamingClass_DBC_Signal &signal)
 {
     QStringList uses;
@@ -128,27 +107,16 @@ QString useText(const StreamingClass_DBC_Signal &signal)
 
 QString signalsText(const TerminalStruct &configuration)
 {
-    TextTable table({"Channel", ">Message", ">DLC", "Signal", ">Start bit", ">Bits", "Order",
-                     "Sign", ">Factor", ">Offset", ">Minimum", ">Maximum", "Unit", "Multiplex",
-                     "Use"});
+    TextTable table({"Channel", ">Message", ">DLC"});
+    addSignalColumns(table);
+    table.addColumns({"Use"});
     for (std::size_t i = 0; i < configuration.can.size(); ++i) {
         for (const StreamingClass_DBC_Signal *signal : configuration.can[i].dbc_signals)
             table.addRow([&] {
                 return QStringList{channelName(i),
                                    identifierText(signal->msg_id, signal->extended_id != 0),
-                                   QString::number(signal->dlc),
-                                   signal->name,
-                                   QString::number(signal->start_bit),
-                                   QString::number(signal->bit_length),
-                                   orderText(signal->little_endian == 0),
-                                   signText(signal->is_signed != 0),
-                                   realText(signal->factor),
-                                   realText(signal->offset),
-                                   realText(signal->minimum),
-                                   realText(signal->maximum),
-                                   signal->unit,
-                                   multiplexText(*signal),
-                                   useText(*signal)};
+                                   QString::number(signal->dlc)}
+                       + signalCells(*signal) + QStringList{useText(*signal)};
             });
     }
     return section(QStringLiteral("DBC signals"), table);

@@ -63,6 +63,8 @@ FileHead::Kind kindByExtension(const QString &fileName)
         return FileHead::Kind::Configuration;
     if (suffix == QLatin1String("rld"))
         return FileHead::Kind::RawLog;
+    if (suffix == QLatin1String("dbc"))
+        return FileHead::Kind::Database;
     return FileHead::Kind::Unknown;
 }
 

@@ -5,7 +5,7 @@
 // What the first bytes of a file tell about it.
 struct FileHead
 {
-    enum class Kind { Unknown, Configuration, RawLog };
+    enum class Kind { Unknown, Configuration, RawLog, Database };
 
     Kind kind = Kind::Unknown;
     // The frames around the configuration lie one in the other, so that it can be read. False for a
@@ -15,7 +15,8 @@ struct FileHead
 
 // A configuration file begins with the big-endian length of its payload, a raw log with the
 // little-endian length of its configuration block; both must fit the size of the file. When both
-// do, the frames inside decide; when that or neither helps, the extension.
+// do, the frames inside decide; when that or neither helps, the extension, which is all that tells a
+// DBC file.
 [[nodiscard]] FileHead fileHead(const QByteArray &firstBytes, qint64 fileSize,
                                 const QString &fileName);
 

@@ -78,7 +78,22 @@ QString whyUnknown(const QString &path)
         return file.errorString();
     if (file.size() == 0)
         return QStringLiteral("the file is empty");
-    return QStringLiteral("it is neither a configuration nor a raw log");
+    return QStringLiteral("it is no configuration, raw log or DBC file");
+}
+
+void readDatabase(FileInspection &inspection, const InspectionProgress &progress)
+{
+    inspection.database = std::make_unique<DbcFileParser>();
+    DbcFileParser &parser = *inspection.database;
+    parser.setProgress(progress);
+    const bool isRead = parser.load(inspection.file);
+    parser.setProgress({});
+    inspection.cancelled = parser.isCancelled();
+    inspection.failure = parser.errorText();
+    if (!isRead && inspection.failure.isEmpty())
+        inspection.failure = whyUnknown(inspection.file);
+    else if (isRead && parser.signalList().isEmpty())
+        inspection.warnings.append(QStringLiteral("there is no signal in it"));
 }
 
 void judgeConfiguration(FileInspection &inspection)
@@ -110,6 +125,9 @@ FileInspection inspectFile(const QString &path, InspectionScope scope,
         break;
     case FileHead::Kind::RawLog:
         readLog(inspection, scope, progress);
+        break;
+    case FileHead::Kind::Database:
+        readDatabase(inspection, progress);
         break;
     case FileHead::Kind::Unknown:
         inspection.failure = whyUnknown(path);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "can/dbcfileparser.h"
 #include "cli/filehead.h"
 #include "cli/logstatistics.h"
 #include "config/terminalstruct.h"
@@ -10,7 +11,7 @@
 #include <functional>
 #include <memory>
 
-// What is in a configuration file or a raw log.
+// What is in a configuration file, a raw log or a DBC file.
 struct FileInspection
 {
     QString file;
@@ -20,16 +21,17 @@ struct FileInspection
     bool configurationIsWhole = false;             // else parts may read as zero
     std::unique_ptr<LogStatistics> log;            // of a raw log whose entries were read
     qint64 firstEntryPosition = 0;
-    QString failure;      // why the file could not be read, or not to its end
-    QStringList errors;   // what is wrong in it
-    QStringList warnings; // what may be wrong in it
+    std::unique_ptr<DbcFileParser> database; // of a DBC file, also of one that is refused
+    QString failure;                         // why the file could not be read, or not to its end
+    QStringList errors;                      // what is wrong in it
+    QStringList warnings;                    // what may be wrong in it
     bool cancelled = false;
 };
 
 // How much of a file is read.
 enum class InspectionScope { Everything, ConfigurationOnly };
 
-// Called now and then while a log is read, with the bytes read so far and the size of the file; the
+// Called now and then while a file is read, with the bytes read so far and the size of the file; the
 // inspection is cancelled when it returns false.
 using InspectionProgress = std::function<bool(qint64 done, qint64 size)>;
 

@@ -1,5 +1,6 @@
 #include "cli/inspectionjson.h"
 
+#include "cli/dbcjson.h"
 #include "cli/fileinspection.h"
 #include "cli/logtexts.h"
 #include "config/record/recordjson.h"
@@ -119,6 +120,8 @@ QJsonValue kindJson(FileHead::Kind kind)
         return QStringLiteral("configuration");
     case FileHead::Kind::RawLog:
         return QStringLiteral("raw_log");
+    case FileHead::Kind::Database:
+        return QStringLiteral("dbc");
     case FileHead::Kind::Unknown:
         break;
     }
@@ -145,5 +148,7 @@ void writeInspectionJson(JsonWriter &json, const FileInspection &inspection)
     }
     if (inspection.log)
         json.value(QStringLiteral("log"), logJson(*inspection.log, inspection.firstEntryPosition));
+    if (inspection.database)
+        writeDbcJson(json, *inspection.database);
     json.end();
 }

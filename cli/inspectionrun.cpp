@@ -57,6 +57,10 @@ ExitCode InspectionRun::inspect(const QString &file)
 
 bool InspectionRun::save(const FileInspection &inspection, QString &failure) const
 {
+    if (!inspection.configuration) {
+        failure = QStringLiteral("it holds no configuration");
+        return false;
+    }
     if (!inspection.configurationIsWhole) {
         failure = QStringLiteral("a damaged configuration is not saved");
         return false;

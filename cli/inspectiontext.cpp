@@ -2,11 +2,19 @@
 
 #include "cli/configurationtext.h"
 #include "cli/console.h"
+#include "cli/dbctext.h"
 #include "cli/fileinspection.h"
 #include "cli/logtext.h"
 #include "cli/textsections.h"
 
 namespace {
+
+QString databaseText(const FileInspection &inspection)
+{
+    return QStringLiteral("%1: DBC file, %2 bytes\n")
+               .arg(printable(displayName(inspection.file)), QString::number(inspection.size))
+           + dbcText(*inspection.database);
+}
 
 QString headText(const FileInspection &inspection)
 {
@@ -22,6 +30,8 @@ QString headText(const FileInspection &inspection)
 
 QString inspectionText(const FileInspection &inspection)
 {
+    if (inspection.database && inspection.failure.isEmpty())
+        return databaseText(inspection);
     if (!inspection.configuration)
         return {};
     QString text = headText(inspection) + configurationText(*inspection.configuration);

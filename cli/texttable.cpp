@@ -16,7 +16,7 @@ QString shown(const QString &text, int maxLength)
 
 } // namespace
 
-TextTable::TextTable(std::initializer_list<const char *> titles)
+void TextTable::addColumns(std::initializer_list<const char *> titles)
 {
     for (const char *text : titles) {
         const QString title = QString::fromUtf8(text);

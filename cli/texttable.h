@@ -18,7 +18,12 @@ public:
 
     // Columns of numbers, whose title begins with '>', are aligned to the right. Without titles
     // there is no head line.
-    explicit TextTable(std::initializer_list<const char *> titles = {}); // UTF-8
+    explicit TextTable(std::initializer_list<const char *> titles = {}) // UTF-8
+    {
+        addColumns(titles);
+    }
+    // More columns, before any row.
+    void addColumns(std::initializer_list<const char *> titles);
 
     void addRow(const QStringList &cells);
     // The same for tables of any length: cells() is called for rows that are shown only.

@@ -40,8 +40,9 @@ ExitCode runAsJson(InspectionRun &run, const QStringList &files)
 
 ExitCode inspect(Console &console, const QCommandLineParser &parser, const Options &options)
 {
-    const InputFiles inputs = inputFiles(parser.positionalArguments(),
-                                         {QStringLiteral("*.zdc"), QStringLiteral("*.rld")});
+    const InputFiles inputs =
+        inputFiles(parser.positionalArguments(),
+                   {QStringLiteral("*.zdc"), QStringLiteral("*.rld"), QStringLiteral("*.dbc")});
     const bool saves = parser.isSet(options.saveAs);
     if (saves && parser.value(options.saveAs).isEmpty())
         return commandline::usageError(console,
@@ -66,12 +67,14 @@ ExitCode run(Console &console, const QStringList &arguments)
     QCommandLineParser parser;
     const Options options;
     parser.setApplicationDescription(
-        QStringLiteral("Shows what is in configurations (.zdc) and raw logs (.rld)."));
+        QStringLiteral("Shows what is in configurations (.zdc), raw logs (.rld) and "
+                       "DBC files (.dbc)."));
     commandline::addStandardOptions(parser);
     options.addTo(parser);
     parser.addPositionalArgument(
         QStringLiteral("FILE"),
-        QStringLiteral("Configurations and raw logs, shell patterns or folders."),
+        QStringLiteral("Configurations, raw logs and DBC files, shell patterns or "
+                       "folders."),
         QStringLiteral("FILE..."));
     if (!parser.parse(arguments))
         return commandline::usageError(console, parser.errorText());

@@ -34,6 +34,7 @@ private slots:
     void markedUtf16AndUtf32AreRead_data();
     void markedUtf16AndUtf32AreRead();
     void aMarkOfUtf8InFrontOfOtherBytesIsWindows1252();
+    void aMarkInsideTheTextIsACharacter();
 };
 
 void tst_DbcDecoding::everyCodePointIsUtf8()
@@ -132,6 +133,13 @@ void tst_DbcDecoding::markedUtf16AndUtf32AreRead()
 void tst_DbcDecoding::aMarkOfUtf8InFrontOfOtherBytesIsWindows1252()
 {
     QCOMPARE(decoded("\xEF\xBB\xBF\xE9"), QString::fromUtf8("\u00ef\u00bb\u00bf\u00e9"));
+}
+
+void tst_DbcDecoding::aMarkInsideTheTextIsACharacter()
+{
+    QCOMPARE(dbc::toText("\xEF\xBB\xBFSpeed"), QString::fromUtf8("\u0020\uFEFFSpeed").mid(1));
+    QCOMPARE(dbc::toText("Speed"), QStringLiteral("Speed"));
+    QCOMPARE(dbc::toText({}), QString());
 }
 
 QTEST_APPLESS_MAIN(tst_DbcDecoding)

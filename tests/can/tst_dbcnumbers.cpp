@@ -34,6 +34,7 @@ private slots:
     void wholeNumbersAreThoseOfQt();
     void realNumbersAreThoseOfQt();
     void infinityAndNotANumberAreNoNumbers();
+    void aMinusSignBeyondAsciiIsNone();
     void aFieldTakesItsRange();
     void aPairIsTwoNumbersAndNoMore();
 };
@@ -69,6 +70,12 @@ void tst_DbcNumbers::infinityAndNotANumberAreNoNumbers()
 {
     for (const char *text : {"inf", "-inf", "+inf", "infinity", "nan", "-nan", "NAN", "nan(1)"})
         QVERIFY2(!dbc::toReal(text), text);
+}
+
+void tst_DbcNumbers::aMinusSignBeyondAsciiIsNone()
+{
+    QVERIFY(!dbc::toSigned("\u22125"));
+    QVERIFY(!dbc::toReal("\u22125"));
 }
 
 void tst_DbcNumbers::aFieldTakesItsRange()

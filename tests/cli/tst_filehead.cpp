@@ -66,6 +66,12 @@ void tst_FileHead::kindFollowsFromLengthsThatFitTheFile_data()
     QTest::newRow("empty, .zdc") << QByteArray() << qint64(0) << zdc << Kind::Configuration;
     QTest::newRow("empty, no extension") << QByteArray() << qint64(0) << none << Kind::Unknown;
     QTest::newRow("noise, no extension") << noise << qint64(100) << none << Kind::Unknown;
+    QTest::newRow("text, .DBC") << QByteArrayLiteral("VERSION \"\"\n") << qint64(100)
+                                << QStringLiteral("a.DBC") << Kind::Database;
+    QTest::newRow("empty, .dbc") << QByteArray() << qint64(0) << QStringLiteral("a.dbc")
+                                 << Kind::Database;
+    QTest::newRow("log, named .dbc")
+        << logBytes << qint64(0x1c) << QStringLiteral("a.dbc") << Kind::RawLog;
     QTest::newRow("noise, .rld") << noise << qint64(100) << rld << Kind::RawLog;
 }
 

@@ -287,7 +287,7 @@ void tst_FileInspection::unreadableFilesGiveTheCause_data()
     QTest::newRow("empty configuration")
         << QStringLiteral("a.zdc") << QByteArray("") << QStringLiteral("The file is cut short.");
     QTest::newRow("neither") << QStringLiteral("a.txt") << QByteArray("Neither of the two.")
-                             << QStringLiteral("it is neither a configuration nor a raw log");
+                             << QStringLiteral("it is no configuration, raw log or DBC file");
     QTest::newRow("log without configuration")
         << QStringLiteral("a.rld") << QByteArray("\0\0\0\0\xAA\x55", 6)
         << QStringLiteral("it holds no configuration");

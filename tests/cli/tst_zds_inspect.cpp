@@ -204,8 +204,9 @@ void tst_zds_inspect::aFolderWithoutInputsEndsWith2()
     const TemporaryFiles none;
     const Result result = inspect({none.folder()});
     QCOMPARE(result.exitCode, int(SomeFileFailed));
-    QCOMPARE(result.errors, QStringLiteral("Error: %1: there is no *.zdc or *.rld in this folder\n")
-                                .arg(none.folder()));
+    QCOMPARE(result.errors,
+             QStringLiteral("Error: %1: there is no *.zdc or *.rld or *.dbc in this folder\n")
+                 .arg(none.folder()));
 }
 
 void tst_zds_inspect::saveAsIsSilent()
@@ -271,7 +272,7 @@ void tst_zds_inspect::standardOutputStaysEmptyOnErrors()
     QCOMPARE(result.exitCode, int(SomeFileFailed));
     QCOMPARE(result.output, QString());
     QVERIFY(result.errors.endsWith(
-        QStringLiteral("random.bin: it is neither a configuration nor a raw log\n")));
+        QStringLiteral("random.bin: it is no configuration, raw log or DBC file\n")));
 }
 
 void tst_zds_inspect::outputThatCanNotBeWrittenEndsWith2()
