@@ -115,7 +115,7 @@ void Dialog_DBC_Signal_Selector::setUpTable()
     header->setSortIndicator(-1, Qt::AscendingOrder);
     const int letter = table->fontMetrics().averageCharWidth();
     constexpr std::pair<Field, int> letters[] = {
-        {Field::Record, 10}, {Field::Id, 14}, {Field::Name, 36}, {Field::Unit, 12}};
+        {Field::Record, 10}, {Field::Id, 14}, {Field::Name, 42}, {Field::Unit, 16}};
     for (const auto &[field, count] : letters)
         header->resizeSection(m_model.columnOf(field), letter * count);
     connect(header, &QHeaderView::sortIndicatorChanged, this,
