@@ -1,7 +1,5 @@
 #include "simulator/canfilter.h"
 
-#include "config/terminalcancfg.h"
-
 namespace simulator {
 namespace {
 
@@ -25,18 +23,26 @@ bool matches(const CanIdFilterElement &filter, quint32 id, bool extended)
 
 } // namespace
 
-bool passesFilters(const TerminalCanCfg &channel, quint32 id, bool extended)
+bool passesFilters(const can::FilterList &filters, quint32 id, bool extended)
 {
     bool isAccepted = false;
     bool anyAccepts = false;
-    for (const CanIdFilterElement *filter : channel.filters) {
-        const bool isMatch = matches(*filter, id, extended);
-        if (filter->reject && isMatch)
+    for (const CanIdFilterElement &filter : filters) {
+        const bool isMatch = matches(filter, id, extended);
+        if (filter.reject && isMatch)
             return false;
-        anyAccepts = anyAccepts || !filter->reject;
-        isAccepted = isAccepted || (!filter->reject && isMatch);
+        anyAccepts = anyAccepts || !filter.reject;
+        isAccepted = isAccepted || (!filter.reject && isMatch);
     }
     return isAccepted || !anyAccepts;
+}
+
+bool passesFilters(const TerminalCanCfg &channel, quint32 id, bool extended)
+{
+    can::FilterList filters;
+    for (const CanIdFilterElement *filter : channel.filters)
+        filters.push_back(*filter);
+    return passesFilters(filters, id, extended);
 }
 
 } // namespace simulator

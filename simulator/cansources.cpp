@@ -116,20 +116,21 @@ drive::CanSignal canSignal(const StreamingClass_DBC_Signal &dbc, quint32 seed)
 
 using MessageKey = std::pair<bool, quint32>; // 29-bit identifier, identifier
 
-// The messages of the signal list that pass the filters.
+// The messages of the signal list that pass the filters. Ticked signals make filters of their own.
 std::vector<drive::CanMessage> messagesOf(const TerminalCanCfg &channel)
 {
     constexpr qint64 fastest_us = 10'000;
     constexpr qint64 slowest_us = 200'000;
     std::map<MessageKey, drive::CanMessage> messages;
     quint32 seed = 0;
+    const can::FilterList filters = can::effectiveFilters(channel, can::SelectedOnly::Yes);
     for (const StreamingClass_DBC_Signal *signal : channel.dbc_signals) {
         const bool extended = signal->extended_id != 0;
         const quint32 id =
             signal->msg_id & (extended ? rawlog::extendedIdMask : rawlog::standardIdMask);
         const int bytes = qMin(int(signal->dlc), channel.can_mode ? fdBytes : classicBytes);
         const MessageKey key{extended, id};
-        if (!passesFilters(channel, id, extended))
+        if (!passesFilters(filters, id, extended))
             continue;
         if (messages.count(key) == 0) {
             if (messages.size() == maxMessages)

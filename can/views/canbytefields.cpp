@@ -83,6 +83,11 @@ void CanByteFields::showFields(int count)
         m_columnLabels[i]->setVisible(int(i) < count);
 }
 
+int CanByteFields::rowsFor(int bytes)
+{
+    return std::max(1, (bytes + columns - 1) / columns) * columns;
+}
+
 void CanByteFields::enableFields(int count)
 {
     for (int i = 0; i < maxBytes; ++i)

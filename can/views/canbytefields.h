@@ -18,8 +18,10 @@ public:
 
     explicit CanByteFields(QWidget *parent = nullptr);
 
-    // As many fields as a frame of the format can have, the others are hidden.
+    // So many fields, the others are hidden.
     void showFields(int count);
+    // The fields of as many whole rows as the bytes need, at least of one.
+    [[nodiscard]] static int rowsFor(int bytes);
     // The first ones of them.
     void enableFields(int count);
 

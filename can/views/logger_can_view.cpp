@@ -58,6 +58,8 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     connect(m_ui->pushButton_notice_close, &QPushButton::clicked, m_ui->frame_notice,
             &QWidget::hide);
     setAcceptDrops(true);
+    m_ui->splitter->setStretchFactor(0, 1);
+    m_ui->splitter->setSizes({1000, 1}); // the lower part begins as low as it can be
     setUpTables();
     setConfigurationWidgets({m_ui->pushButton_can_enable, m_ui->pushButton_can_disable,
                              m_ui->pushButton_can_configuration, m_ui->pushButton_export_options});
@@ -93,7 +95,7 @@ void Logger_CAN_View::setUpTables()
         for (int column = 0; column < widths.size(); ++column)
             table->setColumnWidth(column, widths.at(column) * em);
     };
-    setWidths(m_ui->tableView_dbc, {6, 5, 20, 9, 6, 9, 8, 9});
+    setWidths(m_ui->tableView_dbc, {5, 4, 17, 8, 6, 8, 5, 7});
     setWidths(m_ui->tableView_rx, {8, 4, 22, 10, 8});
     m_ui->tableView_dbc->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     m_ui->tableView_rx->sortByColumn(0, Qt::AscendingOrder);
@@ -180,6 +182,7 @@ void Logger_CAN_View::takeOverChannel()
     m_rxModel.setComments(can::signalComments(records));
     m_busLoad.setTiming(channel());
     updateDbcButtons();
+    showSummary();
 }
 
 void Logger_CAN_View::slot_update_cfg_can(int can_nr)
@@ -220,7 +223,7 @@ void Logger_CAN_View::forgetLiveData()
     m_dbcModel.valuesChanged();
     m_rxModel.clear_list();
     m_busLoad.clear();
-    m_ui->label_session_status->clear();
+    m_ui->label_session_status->setText(QStringLiteral("-"));
     m_ui->label_session_error->clear();
     showRxNote();
     showBusFigures();

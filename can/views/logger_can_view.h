@@ -112,6 +112,7 @@ private:
     void dbcFileLoaded(bool isLoaded);
     void chooseSignals();
     void updateDbcButtons();
+    void showSummary();
     [[nodiscard]] QVector<int> selectedSignals() const;
 
     [[nodiscard]] bool isListing() const;
@@ -133,6 +134,7 @@ private:
     can::DbcLiveDecoder m_decoder;
     std::unique_ptr<DbcLoadTask> m_loading;
     QTimer m_loadingShows; // until the progress of a load is shown
+    QString m_summary;     // of the last file; empty: none was read
 
     Model_CAN_Rx_List_Items m_rxModel;
     QSortFilterProxyModel m_rxRows;

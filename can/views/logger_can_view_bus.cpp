@@ -23,11 +23,11 @@ can::ReceivedFrame receivedFrame(const CAN_Msg_Class &message)
              std::size_t(message.data.size())}};
 }
 
-// "12 to 14 %", or one number where both read alike.
+// "12.0 to 14.1 %", or one number where both read alike.
 QString percentText(double least, double most)
 {
-    const QString low = QString::number(least, 'f', least < 10 ? 1 : 0);
-    const QString high = QString::number(most, 'f', most < 10 ? 1 : 0);
+    const QString low = QString::number(least, 'f', 1);
+    const QString high = QString::number(most, 'f', 1);
     return (low == high ? low : QStringLiteral("%1 to %2").arg(low, high)) + QStringLiteral(" %");
 }
 
@@ -155,7 +155,8 @@ void Logger_CAN_View::showTxFields()
     const bool isFd = txFormat() == can::FrameFormat::Fd;
     const bool isRemote = !isFd && m_ui->checkBox_rtr->isChecked();
     m_ui->checkBox_rtr->setEnabled(!isFd);
-    m_ui->widget_bytes->showFields(can::dataLengths(txFormat()).back());
+    m_ui->widget_bytes->showFields(isFd ? CanByteFields::rowsFor(m_ui->spinBox_dlc->value())
+                                        : can::dataLengths(txFormat()).back());
     m_ui->widget_bytes->enableFields(isRemote ? 0 : m_ui->spinBox_dlc->value());
 }
 

@@ -78,6 +78,15 @@ void Logger_CAN_View::updateDbcButtons()
         m_isEditable && m_ui->tableView_dbc->selectionModel()->hasSelection());
 }
 
+void Logger_CAN_View::showSummary()
+{
+    QString text = m_summary;
+    if (text.isEmpty() && channel().dbc_signals.isEmpty())
+        text = tr("The channel has no signals. Load a DBC file, or drop one on this page.");
+    m_ui->label_dbc_summary->setText(text);
+    m_ui->label_dbc_summary->setVisible(!text.isEmpty());
+}
+
 void Logger_CAN_View::on_pushButton_load_dbc_file_clicked()
 {
     emit signal_load_dbc_file(number());
@@ -127,9 +136,9 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
         m_prompt.warn(QStringLiteral("Error loading dbc-file"), parser.errorText(), reason);
         return;
     }
-    const QString summary =
+    m_summary =
         QFileInfo(path).fileName() + QStringLiteral(": ") + dbc::summaryText(parser.summary());
-    m_ui->label_dbc_summary->setText(summary);
+    showSummary();
     if (m_isEditable)
         chooseSignals();
     else
@@ -140,7 +149,7 @@ void Logger_CAN_View::chooseSignals()
 {
     auto *dialog = new Dialog_DBC_Signal_Selector(channel(), m_loading->parser().takeSignals(),
                                                   m_prompt, this);
-    dialog->setSummary(m_ui->label_dbc_summary->text());
+    dialog->setSummary(m_summary);
     connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
             &Logger_CAN_View::insert_dbc_signals);
     dialog->open();

@@ -99,7 +99,7 @@ void tst_Logger_CAN_View_Dbc::cancellingThePickerLoadsNothing()
 {
     m_bench->button("pushButton_load_dbc_file")->click();
     QVERIFY(m_bench->button("pushButton_load_dbc_file")->isEnabled());
-    QCOMPARE(m_bench->label("label_dbc_summary"), QString());
+    QVERIFY(m_bench->label("label_dbc_summary").contains(QStringLiteral("no signals")));
 }
 
 void tst_Logger_CAN_View_Dbc::selectedSignalsJoinTheChannel()

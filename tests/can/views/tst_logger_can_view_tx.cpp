@@ -208,8 +208,11 @@ void tst_Logger_CAN_View_Tx::theFormatDecidesOnTheLengths()
     QCOMPARE(dlc->maximum(), 64);
     dlc->stepUp();
     QCOMPARE(dlc->value(), 12);
-    QVERIFY(field(63)->isVisibleTo(&m_bench->page()));
     QVERIFY(field(11)->isEnabled() && !field(12)->isEnabled());
+    QVERIFY(field(15)->isVisibleTo(&m_bench->page()));
+    QVERIFY(!field(16)->isVisibleTo(&m_bench->page()));
+    dlc->setValue(64);
+    QVERIFY(field(63)->isVisibleTo(&m_bench->page()));
     check("checkBox_fd_format");
     QCOMPARE(dlc->value(), 8);
 }
