@@ -24,7 +24,6 @@
 #include <cstdio>
 
 using bench::bar;
-using bench::peakMegabytes;
 
 namespace {
 
@@ -54,7 +53,8 @@ int convertHere(const QStringList &arguments)
     QElapsedTimer clock;
     clock.start();
     worker.process();
-    std::printf("%.6f %.1f\n", double(clock.nsecsElapsed()) * 1e-9, peakMegabytes());
+    std::printf("%.6f %.1f\n", double(clock.nsecsElapsed()) * 1e-9,
+                bench::peakBytes() / (1024 * 1024));
     return worker.summary().written ? 0 : 1;
 }
 

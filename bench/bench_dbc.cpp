@@ -91,7 +91,7 @@ int loadHere(const QString &path)
     const double start = processorSeconds();
     const bool isFine = parser.load(path);
     const double seconds = processorSeconds() - start;
-    const double peak = bench::peakMegabytes();
+    const double peak = bench::peakBytes() / megabyte;
     if (!isFine) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(parser.errorText()));
         return 1;

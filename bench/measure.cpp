@@ -4,15 +4,14 @@
 
 #include <cstdio>
 
-double bench::peakMegabytes()
+double bench::peakBytes()
 {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return 0;
-    constexpr double kilobyte_MB = 1024 / 1e6;
     for (const QByteArray &line : status.readAll().split('\n')) {
         if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() * kilobyte_MB;
+            return line.mid(6).trimmed().split(' ').first().toDouble() * 1024;
     }
     return 0;
 }

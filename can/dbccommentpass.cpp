@@ -129,11 +129,17 @@ struct SignalComment
         const std::size_t lastQuote = statement.rfind('"');
         if (firstQuote != std::string_view::npos && firstQuote < lastQuote) {
             hasText = true;
-            text = statement.substr(firstQuote + 1, statement.size() - firstQuote - 1 - endLength);
+            text = withoutEnd(statement).substr(firstQuote + 1);
         }
     }
 
-    static constexpr std::size_t endLength = 2; // of the quote and the semicolon
+    // Without the last two characters, which are the quote and the semicolon if nothing stands
+    // between them.
+    static std::string_view withoutEnd(std::string_view statement)
+    {
+        statement.remove_suffix(1);
+        return statement.substr(0, dbc::characterStart(statement, statement.size() - 1));
+    }
 
     std::array<std::string_view, 4> part; // CM_, SG_, identifier, name
     std::string_view text;

@@ -49,6 +49,13 @@ std::size_t dbc::wideSpaceLength(std::string_view text)
     return last >= spaceRangeFirst && last <= spaceRangeLast ? longestSpace : 0;
 }
 
+std::size_t dbc::characterStart(std::string_view text, std::size_t position)
+{
+    while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0) == 0x80)
+        --position;
+    return position;
+}
+
 std::string_view dbc::trimmed(std::string_view text)
 {
     std::size_t length = 0;
