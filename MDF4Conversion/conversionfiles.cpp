@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/conversionjob.h"
 #include "MDF4Conversion/exclusivemove.h"
+#include "MDF4Conversion/nativepath.h"
 #include "MDF4Conversion/outputnames.h"
 
 #include <QCoreApplication>
@@ -26,11 +27,6 @@ constexpr int maxTemporaryDirs = 1000;
 QString tr(const char *text)
 {
     return QCoreApplication::translate("Conversion", text);
-}
-
-std::filesystem::path native(const QString &path)
-{
-    return std::filesystem::path(path.toStdU16String());
 }
 
 QString noTemporaryDir(const QString &path, const std::error_code &error)
@@ -169,7 +165,7 @@ bool ConversionFiles::prepareGiven()
         return failToLock(error, outputLock);
     if (!QFileInfo(m_temporaryDir).isDir()) {
         std::error_code cause;
-        m_madeTemporaryDir = std::filesystem::create_directory(native(m_temporaryDir), cause);
+        m_madeTemporaryDir = std::filesystem::create_directory(nativePath(m_temporaryDir), cause);
         if (!m_madeTemporaryDir)
             return fail(noTemporaryDir(m_temporaryDir, cause));
     }
@@ -211,7 +207,7 @@ bool ConversionFiles::takeFreeTemporaryDir()
     std::error_code cause;
     for (int attempt = 0; attempt < maxTemporaryDirs; ++attempt) {
         m_temporaryDir = m_names->temporaryDir(m_folder);
-        if (!std::filesystem::create_directory(native(m_temporaryDir), cause))
+        if (!std::filesystem::create_directory(nativePath(m_temporaryDir), cause))
             continue;
         const QString lockPath = QDir(m_temporaryDir).filePath(temporaryLockName);
         m_madeTemporaryDir = lock(m_temporaryLock, lockPath) == QLockFile::NoError;
@@ -228,7 +224,7 @@ bool ConversionFiles::publish()
     if (m_names)
         moveToFreeName(error);
     else
-        std::filesystem::rename(native(m_growingFile), native(m_outputFile), error);
+        std::filesystem::rename(nativePath(m_growingFile), nativePath(m_outputFile), error);
     if (error) {
         return fail(tr("%1: %2").arg(QDir::toNativeSeparators(m_outputFile),
                                      QString::fromLocal8Bit(error.message().c_str())));
@@ -238,9 +234,9 @@ bool ConversionFiles::publish()
 
 void ConversionFiles::moveToFreeName(std::error_code &error)
 {
-    moveWithoutReplacing(native(m_growingFile), native(m_outputFile), error);
+    moveWithoutReplacing(nativePath(m_growingFile), nativePath(m_outputFile), error);
     while (error == std::errc::file_exists) {
         m_outputFile = m_names->outputFile(m_inputFile, m_folder);
-        moveWithoutReplacing(native(m_growingFile), native(m_outputFile), error);
+        moveWithoutReplacing(nativePath(m_growingFile), nativePath(m_outputFile), error);
     }
 }
