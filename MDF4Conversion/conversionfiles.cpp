@@ -100,8 +100,8 @@ ConversionFiles::ConversionFiles(const ConversionJob &job)
     : m_inputFile(job.inputFile)
     , m_folder(job.outputFolder)
     , m_names(job.names)
-    , m_outputFile(job.names ? QString() : job.outputFile)
-    , m_temporaryDir(job.names ? QString() : job.temporaryDir)
+    , m_outputFile(job.outputFile)
+    , m_temporaryDir(job.temporaryDir)
     , m_growingFile(m_outputFile + growingSuffix)
 {}
 
@@ -188,8 +188,9 @@ void ConversionFiles::nameOutput(const QString &path)
 // Who holds the lock has the name; whoever had it before may have published in between.
 bool ConversionFiles::takeFreeOutput()
 {
-    for (;;) {
+    if (m_outputFile.isEmpty())
         nameOutput(m_names->outputFile(m_inputFile, m_folder));
+    for (;; nameOutput(m_names->outputFile(m_inputFile, m_folder))) {
         const QString lockPath = m_growingFile + lockSuffix;
         const QLockFile::LockError error = lock(m_outputLock, lockPath);
         if (error == QLockFile::NoError && !QFileInfo::exists(m_outputFile))
@@ -206,7 +207,8 @@ bool ConversionFiles::takeFreeTemporaryDir()
 {
     std::error_code cause;
     for (int attempt = 0; attempt < maxTemporaryDirs; ++attempt) {
-        m_temporaryDir = m_names->temporaryDir(m_folder);
+        if (attempt > 0 || m_temporaryDir.isEmpty())
+            m_temporaryDir = m_names->temporaryDir(m_folder);
         if (!std::filesystem::create_directory(nativePath(m_temporaryDir), cause))
             continue;
         const QString lockPath = QDir(m_temporaryDir).filePath(temporaryLockName);
