@@ -1,22 +1,19 @@
 #include "simulator/canfilter.h"
 
-#include "config/terminalcancfg.h"
-
 namespace simulator {
 namespace {
 
 bool matches(const CanIdFilterElement &filter, quint32 id, bool extended)
 {
-    enum Type { Range = 0, Dual = 1, Classic = 2, RangeT2 = 3 };
     if ((filter.extended != 0) != extended)
         return false;
     switch (filter.filter_type) {
-    case Range:
-    case RangeT2:
+    case RangeFilter:
+    case RangeT2Filter:
         return filter.id1 <= id && id <= filter.id2;
-    case Dual:
+    case DualFilter:
         return id == filter.id1 || id == filter.id2;
-    case Classic:
+    case ClassicFilter:
         return (id & filter.id2) == (filter.id1 & filter.id2);
     default:
         return false;
@@ -25,18 +22,23 @@ bool matches(const CanIdFilterElement &filter, quint32 id, bool extended)
 
 } // namespace
 
-bool passesFilters(const TerminalCanCfg &channel, quint32 id, bool extended)
+bool passesFilters(const can::FilterList &filters, quint32 id, bool extended)
 {
     bool isAccepted = false;
     bool anyAccepts = false;
-    for (const CanIdFilterElement *filter : channel.filters) {
-        const bool isMatch = matches(*filter, id, extended);
-        if (filter->reject && isMatch)
+    for (const CanIdFilterElement &filter : filters) {
+        const bool isMatch = matches(filter, id, extended);
+        if (filter.reject && isMatch)
             return false;
-        anyAccepts = anyAccepts || !filter->reject;
-        isAccepted = isAccepted || (!filter->reject && isMatch);
+        anyAccepts = anyAccepts || !filter.reject;
+        isAccepted = isAccepted || (!filter.reject && isMatch);
     }
     return isAccepted || !anyAccepts;
+}
+
+can::FilterList hardwareFilters(const TerminalCanCfg &channel)
+{
+    return can::effectiveFilters(channel, can::SelectedOnly::Yes);
 }
 
 } // namespace simulator
