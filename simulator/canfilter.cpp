@@ -5,16 +5,15 @@ namespace {
 
 bool matches(const CanIdFilterElement &filter, quint32 id, bool extended)
 {
-    enum Type { Range = 0, Dual = 1, Classic = 2, RangeT2 = 3 };
     if ((filter.extended != 0) != extended)
         return false;
     switch (filter.filter_type) {
-    case Range:
-    case RangeT2:
+    case RangeFilter:
+    case RangeT2Filter:
         return filter.id1 <= id && id <= filter.id2;
-    case Dual:
+    case DualFilter:
         return id == filter.id1 || id == filter.id2;
-    case Classic:
+    case ClassicFilter:
         return (id & filter.id2) == (filter.id1 & filter.id2);
     default:
         return false;
@@ -37,12 +36,9 @@ bool passesFilters(const can::FilterList &filters, quint32 id, bool extended)
     return isAccepted || !anyAccepts;
 }
 
-bool passesFilters(const TerminalCanCfg &channel, quint32 id, bool extended)
+can::FilterList hardwareFilters(const TerminalCanCfg &channel)
 {
-    can::FilterList filters;
-    for (const CanIdFilterElement *filter : channel.filters)
-        filters.push_back(*filter);
-    return passesFilters(filters, id, extended);
+    return can::effectiveFilters(channel, can::SelectedOnly::Yes);
 }
 
 } // namespace simulator

@@ -11,8 +11,10 @@
 #include "simulator/plausiblevalues.h"
 
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <optional>
+#include <set>
 
 namespace simulator {
 namespace {
@@ -26,15 +28,18 @@ constexpr int maxMessages = 512;           // of a channel
 constexpr int classicBytes = 8;
 constexpr int fdBytes = 64;
 
-// The drive's channels with what makes their frames, for a configuration that still holds them.
+// What other nodes send on the drive's buses, whatever the logger does with it. By channel.
+constexpr std::vector<drive::CanMessage> (*driveBuses[])() = {
+    drive::powertrainMessages, drive::fleetMessages, drive::surroundMessages};
+
+// What the logger asks for, and is answered as in the drive as long as it asks the same.
 struct DriveChannel
 {
     std::size_t channel;
     void (*add)(TerminalStruct &, Schedule &, const Vehicle &);
 };
-constexpr DriveChannel driveChannels[] = {{0, drive::addPowertrainBus}, {1, drive::addFleetBus},
-                                          {2, drive::addSurroundBus},   {3, drive::addEngineEcu},
-                                          {4, drive::addChassisEcu},    {5, drive::addAimModules}};
+constexpr DriveChannel driveChannels[] = {
+    {3, drive::addEngineEcu}, {4, drive::addChassisEcu}, {5, drive::addAimModules}};
 
 // What decides on the frames of a channel.
 QByteArray contentOf(const TerminalCanCfg &channel)
@@ -116,21 +121,72 @@ drive::CanSignal canSignal(const StreamingClass_DBC_Signal &dbc, quint32 seed)
 
 using MessageKey = std::pair<bool, quint32>; // 29-bit identifier, identifier
 
-// The messages of the signal list that pass the filters. Ticked signals make filters of their own.
-std::vector<drive::CanMessage> messagesOf(const TerminalCanCfg &channel)
+MessageKey keyOf(const StreamingClass_DBC_Signal &signal)
+{
+    const bool extended = signal.extended_id != 0;
+    return {extended, signal.msg_id & (extended ? rawlog::extendedIdMask : rawlog::standardIdMask)};
+}
+
+int frameLimit(const TerminalCanCfg &channel)
+{
+    return channel.can_mode ? fdBytes : classicBytes;
+}
+
+// Whether a message of the drive holds the signal where the configuration says.
+bool holds(const drive::CanMessage &message, const StreamingClass_DBC_Signal &dbc)
+{
+    for (const drive::CanSignal &signal : message.signalList) {
+        const bool isIntel = signal.bits.order == drive::BitOrder::Intel;
+        if (signal.bits.start == dbc.start_bit && signal.bits.length == dbc.bit_length
+            && isIntel == (dbc.little_endian != 0))
+            return true;
+    }
+    return false;
+}
+
+// The messages of the drive's bus that pass the filters. Where the configuration describes one
+// otherwise, it is made after the configuration instead.
+std::vector<drive::CanMessage> driveMessages(quint8 number, const TerminalCanCfg &channel,
+                                             const can::FilterList &filters)
+{
+    std::vector<drive::CanMessage> messages;
+    if (number >= std::size(driveBuses))
+        return messages;
+    std::set<MessageKey> describedOtherwise;
+    const std::vector<drive::CanMessage> bus = driveBuses[number]();
+    for (const StreamingClass_DBC_Signal *signal : channel.dbc_signals) {
+        for (const drive::CanMessage &message : bus) {
+            const MessageKey key{message.extended, message.id};
+            if (key == keyOf(*signal) && !holds(message, *signal))
+                describedOtherwise.insert(key);
+        }
+    }
+    for (const drive::CanMessage &message : bus) {
+        if (message.bytes <= frameLimit(channel)
+            && passesFilters(filters, message.id, message.extended)
+            && describedOtherwise.count({message.extended, message.id}) == 0)
+            messages.push_back(message);
+    }
+    return messages;
+}
+
+// The messages of the signal list that pass the filters, without those of `bus`.
+std::vector<drive::CanMessage> messagesOf(const TerminalCanCfg &channel,
+                                          const can::FilterList &filters,
+                                          const std::vector<drive::CanMessage> &bus)
 {
     constexpr qint64 fastest_us = 10'000;
     constexpr qint64 slowest_us = 200'000;
+    std::set<MessageKey> onBus;
+    for (const drive::CanMessage &message : bus)
+        onBus.insert({message.extended, message.id});
     std::map<MessageKey, drive::CanMessage> messages;
     quint32 seed = 0;
-    const can::FilterList filters = can::effectiveFilters(channel, can::SelectedOnly::Yes);
     for (const StreamingClass_DBC_Signal *signal : channel.dbc_signals) {
-        const bool extended = signal->extended_id != 0;
-        const quint32 id =
-            signal->msg_id & (extended ? rawlog::extendedIdMask : rawlog::standardIdMask);
-        const int bytes = qMin(int(signal->dlc), channel.can_mode ? fdBytes : classicBytes);
-        const MessageKey key{extended, id};
-        if (!passesFilters(filters, id, extended))
+        const MessageKey key = keyOf(*signal);
+        const auto [extended, id] = key;
+        const int bytes = qMin(int(signal->dlc), frameLimit(channel));
+        if (onBus.count(key) > 0 || !passesFilters(filters, id, extended))
             continue;
         if (messages.count(key) == 0) {
             if (messages.size() == maxMessages)
@@ -150,14 +206,14 @@ std::vector<drive::CanMessage> messagesOf(const TerminalCanCfg &channel)
 }
 
 // What other nodes send on a bus of which the configuration knows no message.
-std::vector<drive::CanMessage> unknownTraffic(const TerminalCanCfg &channel)
+std::vector<drive::CanMessage> unknownTraffic(const can::FilterList &filters)
 {
     constexpr quint32 firstId = 0x120;
     std::vector<drive::CanMessage> messages;
     for (quint32 i = 0; i < 4; ++i) {
         const quint32 id = firstId + 0x10 * i;
         const qint64 period_us = 20'000 << i;
-        if (!passesFilters(channel, id, false))
+        if (!passesFilters(filters, id, false))
             continue;
         messages.push_back(drive::standardMessage(
             id, classicBytes, period_us,
@@ -168,18 +224,21 @@ std::vector<drive::CanMessage> unknownTraffic(const TerminalCanCfg &channel)
     return messages;
 }
 
-void addDtos(quint8 number, const TerminalCanCfg &channel, Schedule &schedule,
-             const Vehicle &vehicle)
+// A list without an identifier of its own answers under the session's, which the logger hears
+// anyway.
+void addDtos(quint8 number, const TerminalCanCfg &channel, const can::FilterList &filters,
+             Schedule &schedule, const Vehicle &vehicle)
 {
     const StreamingClass_A2L_CFG &cfg = channel.a2l.config.cfg;
     std::vector<std::optional<quint32>> ids; // by list; those that pass the filters
     for (const StreamingClass_A2L_DAQ *daq : cfg.daq_lists) {
         const quint32 word = daq->can_id ? daq->can_id : cfg.can_id_recv;
         const bool extended = (word & extendedFlag) != 0;
-        const bool passes = passesFilters(channel, word & ~extendedFlag, extended);
+        const bool passes =
+            daq->can_id == 0 || passesFilters(filters, word & ~extendedFlag, extended);
         ids.push_back(passes ? std::optional(word) : std::nullopt);
     }
-    const int bytes = channel.can_mode ? fdBytes : classicBytes;
+    const int bytes = frameLimit(channel);
     addDaqLists(channel.a2l, schedule, vehicle,
                 [number, ids, bytes](int list, const Moment &moment, const QByteArray &dto) {
                     const auto word = ids.at(std::size_t(list));
@@ -193,7 +252,8 @@ void addDtos(quint8 number, const TerminalCanCfg &channel, Schedule &schedule,
 }
 
 // The messages of AIM modules. Modules that take commands and answer them join here.
-void addAimMessages(quint8 number, const TerminalCanCfg &channel, Schedule &schedule)
+void addAimMessages(quint8 number, const TerminalCanCfg &channel, const can::FilterList &filters,
+                    Schedule &schedule)
 {
     constexpr qint64 period_us = 10'000;
     for (const AimMsgMeta *meta : channel.aim_modules) {
@@ -201,7 +261,7 @@ void addAimMessages(quint8 number, const TerminalCanCfg &channel, Schedule &sche
         const bool extended = id > rawlog::standardIdMask;
         const int bytes = qBound(0, meta->msgLength, fdBytes);
         const bool isMsbFirst = meta->isMsbFirst;
-        if (id > rawlog::extendedIdMask || !passesFilters(channel, id, extended))
+        if (id > rawlog::extendedIdMask || !passesFilters(filters, id, extended))
             continue;
         schedule.every(period_us, 1500, 30, [=](const Moment &moment) {
             QByteArray data(bytes, '\0');
@@ -221,15 +281,20 @@ void addChannel(quint8 number, const TerminalCanCfg &channel, Schedule &schedule
 {
     if (addAsInTheDrive(number, channel, schedule, vehicle))
         return;
+    const can::FilterList filters = hardwareFilters(channel);
     const bool hasSession = channel.a2l.config.enabled != 0;
-    std::vector<drive::CanMessage> messages = messagesOf(channel);
-    if (channel.dbc_signals.isEmpty() && channel.aim_modules.isEmpty() && !hasSession)
-        messages = unknownTraffic(channel);
+    std::vector<drive::CanMessage> messages = driveMessages(number, channel, filters);
+    for (drive::CanMessage &message : messagesOf(channel, filters, messages))
+        messages.push_back(std::move(message));
+    const bool isDriveBus = number < std::size(driveBuses);
+    if (!isDriveBus && channel.dbc_signals.isEmpty() && channel.aim_modules.isEmpty()
+        && !hasSession)
+        messages = unknownTraffic(filters);
     TerminalStruct described; // by the messages themselves; not needed
     drive::addCanMessages(described, schedule, vehicle, number, messages);
     if (hasSession)
-        addDtos(number, channel, schedule, vehicle);
-    addAimMessages(number, channel, schedule);
+        addDtos(number, channel, filters, schedule, vehicle);
+    addAimMessages(number, channel, filters, schedule);
 }
 
 } // namespace

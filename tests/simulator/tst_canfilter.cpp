@@ -13,6 +13,8 @@ private slots:
     void withoutFiltersEverythingPasses();
     void rejectingAloneLetsTheOthersPass();
     void rejectingBeatsAccepting();
+    void recordedSignalsTakeTheChannelsOwnRowsPlace();
+    void withoutRecordedSignalsTheOwnRowsCount();
 };
 
 namespace {
@@ -24,6 +26,18 @@ void addFilter(TerminalCanCfg &channel, quint8 type, quint32 id1, quint32 id2, q
     filter.id1 = id1;
     filter.id2 = id2;
     filter.reject = reject;
+}
+
+bool letsThrough(const TerminalCanCfg &channel, quint32 id, bool extended)
+{
+    return simulator::passesFilters(simulator::hardwareFilters(channel), id, extended);
+}
+
+void addSignal(TerminalCanCfg &channel, quint32 id, quint8 flags)
+{
+    StreamingClass_DBC_Signal &signal = channel.dbc_signals.add();
+    signal.msg_id = id;
+    signal.selection_flags = flags;
 }
 
 } // namespace
@@ -54,21 +68,21 @@ void tst_CanFilter::aFilterDecidesByItsType()
     TerminalCanCfg channel;
     const quint32 second = type == 2 ? 0x7F0 : 0x10F;
     addFilter(channel, quint8(type), 0x100, second);
-    QCOMPARE(simulator::passesFilters(channel, id, false), passes);
-    QVERIFY(!simulator::passesFilters(channel, id, true));
+    QCOMPARE(letsThrough(channel, id, false), passes);
+    QVERIFY(!letsThrough(channel, id, true));
 }
 
 void tst_CanFilter::withoutFiltersEverythingPasses()
 {
-    QVERIFY(simulator::passesFilters(TerminalCanCfg(), 0x123, true));
+    QVERIFY(letsThrough(TerminalCanCfg(), 0x123, true));
 }
 
 void tst_CanFilter::rejectingAloneLetsTheOthersPass()
 {
     TerminalCanCfg channel;
     addFilter(channel, 0, 0x100, 0x1FF, 1);
-    QVERIFY(!simulator::passesFilters(channel, 0x180, false));
-    QVERIFY(simulator::passesFilters(channel, 0x200, false));
+    QVERIFY(!letsThrough(channel, 0x180, false));
+    QVERIFY(letsThrough(channel, 0x200, false));
 }
 
 void tst_CanFilter::rejectingBeatsAccepting()
@@ -76,8 +90,30 @@ void tst_CanFilter::rejectingBeatsAccepting()
     TerminalCanCfg channel;
     addFilter(channel, 0, 0x100, 0x1FF);
     addFilter(channel, 1, 0x180, 0x181, 1);
-    QVERIFY(simulator::passesFilters(channel, 0x17F, false));
-    QVERIFY(!simulator::passesFilters(channel, 0x181, false));
+    QVERIFY(letsThrough(channel, 0x17F, false));
+    QVERIFY(!letsThrough(channel, 0x181, false));
+}
+
+void tst_CanFilter::recordedSignalsTakeTheChannelsOwnRowsPlace()
+{
+    TerminalCanCfg channel;
+    addFilter(channel, 0, 0x100, 0x1FF);
+    addSignal(channel, 0x300, StreamingClass_DBC_Signal::recordFlag);
+    addSignal(channel, 0x301, StreamingClass_DBC_Signal::liveFlag);
+    addSignal(channel, 0x302, 0);
+    QVERIFY(letsThrough(channel, 0x300, false));
+    QVERIFY(letsThrough(channel, 0x301, false));
+    QVERIFY(!letsThrough(channel, 0x302, false));
+    QVERIFY(!letsThrough(channel, 0x180, false));
+}
+
+void tst_CanFilter::withoutRecordedSignalsTheOwnRowsCount()
+{
+    TerminalCanCfg channel;
+    addFilter(channel, 0, 0x100, 0x1FF);
+    addSignal(channel, 0x300, 0);
+    QVERIFY(letsThrough(channel, 0x180, false));
+    QVERIFY(!letsThrough(channel, 0x300, false));
 }
 
 QTEST_GUILESS_MAIN(tst_CanFilter)

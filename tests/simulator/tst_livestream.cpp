@@ -93,6 +93,8 @@ private slots:
     void valuesOfASignalStayWithinItsLimitsAndChange();
     void filtersHoldMessagesBack();
     void aTickedSignalLetsItsMessageThrough();
+    void theDrivesMessagesComeWhateverIsSelectedOfThem();
+    void aMessageDescribedOtherwiseFollowsItsDescription();
     void aBusWithoutKnownMessagesHasTraffic();
     void daqListsAreAnsweredUnderTheirPids();
     void tunnelingSendsBlocksAndStatus();
@@ -203,8 +205,7 @@ void tst_LiveStream::filtersHoldMessagesBack()
     LoggerState state;
     TerminalCanCfg &channel = state.configuration.can[0]; // of the drive, with ten messages or so
     QVERIFY(count(streamed(state, 1), rawlog::RLD_CAN, 0) > 0);
-    for (StreamingClass_DBC_Signal *signal : channel.dbc_signals)
-        signal->selection_flags = 0; // else they make the filters
+    channel.dbc_signals.clear(); // recorded ones have filters of their own
     channel.filters.clear();
     CanIdFilterElement &filter = channel.filters.add();
     filter.filter_type = DualFilter;
@@ -230,6 +231,46 @@ void tst_LiveStream::aTickedSignalLetsItsMessageThrough()
             identifiers.insert(rawlog::canIdentifier(entry.id));
     }
     QCOMPARE(identifiers, QSet<quint32>{0x200});
+}
+
+// Frames under an identifier on channel 0 in two seconds.
+static QVector<QByteArray> framesOf(const LoggerState &state, quint32 id)
+{
+    QVector<QByteArray> frames;
+    for (const StdLogEntry &entry : entriesOf(streamed(state, 2))) {
+        if (entry.type == rawlog::RLD_CAN && entry.number == 0 && entry.id == id)
+            frames += QByteArray(reinterpret_cast<const char *>(entry.data.data()),
+                                 int(entry.data.size()));
+    }
+    return frames;
+}
+
+void tst_LiveStream::theDrivesMessagesComeWhateverIsSelectedOfThem()
+{
+    constexpr quint32 brake = 0x1F1;
+    LoggerState state;
+    const QVector<QByteArray> inTheDrive = framesOf(state, brake);
+    QCOMPARE(inTheDrive.size(), 100); // every 20 ms
+    auto &list = state.configuration.can[0].dbc_signals;
+    while (list.at(0)->msg_id != brake)
+        list.removeAt(0);
+    while (list.size() > 1)
+        list.removeAt(1);
+    QCOMPARE(framesOf(state, brake), inTheDrive);
+    QCOMPARE(count(streamed(state, 2), rawlog::RLD_CAN, 0), 100);
+}
+
+void tst_LiveStream::aMessageDescribedOtherwiseFollowsItsDescription()
+{
+    constexpr quint32 brake = 0x1F1;
+    LoggerState state;
+    TerminalCanCfg &channel = state.configuration.can[0];
+    channel.dbc_signals.clear();
+    StreamingClass_DBC_Signal &signal = addSignal(channel, brake); // of 8 bytes, not of 4
+    signal.start_bit = 40;
+    for (const QByteArray &frame : framesOf(state, brake))
+        QCOMPARE(frame.size(), 8);
+    QVERIFY(!framesOf(state, brake).isEmpty());
 }
 
 void tst_LiveStream::aBusWithoutKnownMessagesHasTraffic()

@@ -71,6 +71,11 @@ struct CanMessage
 [[nodiscard]] CanMessage extendedMessage(quint32 id, quint8 bytes, qint64 period_us,
                                          std::vector<CanSignal> signalList);
 
+// What is sent on the buses of the drive's first three channels.
+[[nodiscard]] std::vector<CanMessage> powertrainMessages();
+[[nodiscard]] std::vector<CanMessage> fleetMessages();
+[[nodiscard]] std::vector<CanMessage> surroundMessages();
+
 // Enables the channel, and gives every message a place in its filters, its signal list and the
 // schedule.
 void addCanMessages(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle,

@@ -69,6 +69,11 @@ CanMessage axleLoads()
 
 } // namespace
 
+std::vector<CanMessage> fleetMessages()
+{
+    return {engineController(), vehicleSpeed(), engineTemperatures(), distance(), axleLoads()};
+}
+
 // Classic CAN with 29-bit identifiers, 250 kbit/s, with a name of its own for the export.
 void addFleetBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
 {
@@ -79,9 +84,7 @@ void addFleetBus(TerminalStruct &configuration, Schedule &schedule, const Vehicl
     can.listen_only = 1;
     can.export_custom_name = QStringLiteral("Fleet");
     can.export_name_mode = numberAndCustomName;
-    addCanMessages(
-        configuration, schedule, vehicle, channel,
-        {engineController(), vehicleSpeed(), engineTemperatures(), distance(), axleLoads()});
+    addCanMessages(configuration, schedule, vehicle, channel, fleetMessages());
 }
 
 } // namespace drive

@@ -112,11 +112,15 @@ CanMessage slowValues()
 
 } // namespace
 
+std::vector<CanMessage> powertrainMessages()
+{
+    return {engine(), wheels(), dynamics(), brake(), transmission(), slowValues()};
+}
+
 // Classic CAN with 11-bit identifiers, 500 kbit/s.
 void addPowertrainBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
 {
-    addCanMessages(configuration, schedule, vehicle, 0,
-                   {engine(), wheels(), dynamics(), brake(), transmission(), slowValues()});
+    addCanMessages(configuration, schedule, vehicle, 0, powertrainMessages());
 }
 
 } // namespace drive

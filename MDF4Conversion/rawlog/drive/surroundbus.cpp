@@ -91,6 +91,11 @@ CanMessage lightBarrier()
 
 } // namespace
 
+std::vector<CanMessage> surroundMessages()
+{
+    return {objectList(), motionReference(), lightBarrier()};
+}
+
 // CAN FD with bit rate switching, 500 kbit/s and 2 Mbit/s, frames of up to 64 bytes.
 void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle)
 {
@@ -101,8 +106,7 @@ void addSurroundBus(TerminalStruct &configuration, Schedule &schedule, const Veh
     can.fast_clk_div = 3;
     can.fast_tseg1 = 14;
     can.fast_tseg2 = 5;
-    addCanMessages(configuration, schedule, vehicle, channel,
-                   {objectList(), motionReference(), lightBarrier()});
+    addCanMessages(configuration, schedule, vehicle, channel, surroundMessages());
 }
 
 } // namespace drive
