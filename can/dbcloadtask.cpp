@@ -48,7 +48,7 @@ void DbcLoadTask::finish()
     emit finished(m_isLoaded);
 }
 
-QString timeLeftText(qint64 left_ms)
+QString loadTimeLeftText(qint64 left_ms)
 {
     const qint64 seconds = (left_ms + 500) / 1000;
     if (seconds < 1)

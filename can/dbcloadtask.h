@@ -49,4 +49,4 @@ private:
 };
 
 // "about 5 s left"; empty below one second.
-[[nodiscard]] QString timeLeftText(qint64 left_ms);
+[[nodiscard]] QString loadTimeLeftText(qint64 left_ms);

@@ -44,7 +44,7 @@ void Logger_CAN_View::connectLoading()
 {
     connect(m_loading.get(), &DbcLoadTask::progressed, this, [this](int percent, qint64 left_ms) {
         m_ui->progressBar_loading->setValue(percent);
-        m_ui->label_loading_left->setText(timeLeftText(left_ms));
+        m_ui->label_loading_left->setText(loadTimeLeftText(left_ms));
     });
     connect(m_loading.get(), &DbcLoadTask::finished, this, &Logger_CAN_View::dbcFileLoaded);
     connect(&m_loadingShows, &QTimer::timeout, this, [this] { showLoading(true); });

@@ -123,10 +123,10 @@ void tst_DbcLoadTask::itEndsWithItsOwner()
 
 void tst_DbcLoadTask::theTimeLeftIsRounded()
 {
-    QCOMPARE(timeLeftText(300), QString());
-    QCOMPARE(timeLeftText(800), QStringLiteral("about 1 s left"));
-    QCOMPARE(timeLeftText(119'000), QStringLiteral("about 119 s left"));
-    QCOMPARE(timeLeftText(170'000), QStringLiteral("about 3 min left"));
+    QCOMPARE(loadTimeLeftText(300), QString());
+    QCOMPARE(loadTimeLeftText(800), QStringLiteral("about 1 s left"));
+    QCOMPARE(loadTimeLeftText(119'000), QStringLiteral("about 119 s left"));
+    QCOMPARE(loadTimeLeftText(170'000), QStringLiteral("about 3 min left"));
 }
 
 QTEST_GUILESS_MAIN(tst_DbcLoadTask)
