@@ -90,8 +90,8 @@ void Logger_CAN_View::setUpTables()
         table->horizontalHeader()->setStretchLastSection(true);
         table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 8);
         table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        table->verticalHeader()->hide();
     }
-    m_ui->tableView_rx->verticalHeader()->hide();
     const int em = fontMetrics().horizontalAdvance(QLatin1Char('m'));
     const auto setWidths = [em](QTableView *table, const QVector<int> &widths) {
         for (int column = 0; column < widths.size(); ++column)
