@@ -13,6 +13,7 @@
 #include "link/logger_data_handler_class.h"
 #include "ui_logger_can_view.h"
 
+#include <QDebug>
 #include <QShortcut>
 
 namespace {
@@ -71,6 +72,7 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     connectLoading();
     showTxLimits();
     showTxFields();
+    noteLastFile();
     full_update();
 }
 
@@ -88,8 +90,8 @@ void Logger_CAN_View::setUpTables()
         table->horizontalHeader()->setStretchLastSection(true);
         table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 8);
         table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        table->verticalHeader()->hide();
     }
-    m_ui->tableView_rx->verticalHeader()->hide();
     const int em = fontMetrics().horizontalAdvance(QLatin1Char('m'));
     const auto setWidths = [em](QTableView *table, const QVector<int> &widths) {
         for (int column = 0; column < widths.size(); ++column)
@@ -120,11 +122,7 @@ void Logger_CAN_View::connectHandler()
     connect(link, &Handler::signalFilterLimitCleared, this,
             [this](int can_nr, const QStringList &names) {
                 if (isOwnNumber(can_nr))
-                    showNotice(
-                        tr("The channel has %1 message filters. \"Record\" and \"Live\" were "
-                           "cleared, since more would be needed, of: %2")
-                            .arg(can::maxFilters)
-                            .arg(names.join(QStringLiteral(", "))));
+                    showClearedFlags(names);
             });
 }
 
@@ -233,6 +231,19 @@ void Logger_CAN_View::showNotice(const QString &text)
 {
     m_ui->label_notice->setText(text);
     m_ui->frame_notice->show();
+}
+
+// All names stand in the diagnostic log.
+void Logger_CAN_View::showClearedFlags(const QStringList &names)
+{
+    constexpr int mostNames = 20;
+    qInfo() << "The filter limit cleared the flags of CAN" << number() << names;
+    QString shown = names.mid(0, mostNames).join(QStringLiteral(", "));
+    if (names.size() > mostNames)
+        shown += tr(" and %1 more").arg(names.size() - mostNames);
+    showNotice(tr("The channel has %1 message filters. \"Record\" and \"Live\" were cleared, since "
+                  "more would be needed, of: %2")
+                   .arg(QString::number(can::maxFilters), shown));
 }
 
 void Logger_CAN_View::enableCan(bool on)

@@ -103,6 +103,7 @@ private:
     void enableCan(bool on);
     void openConfiguration();
     void showNotice(const QString &text);
+    void showClearedFlags(const QStringList &names);
     void forgetLiveData();
 
     [[nodiscard]] bool canLoad() const;
@@ -111,6 +112,7 @@ private:
     void showLoading(bool on);
     void dbcFileLoaded(bool isLoaded);
     void chooseSignals();
+    void noteLastFile();
     void updateDbcButtons();
     void showSummary();
     [[nodiscard]] QVector<int> selectedSignals() const;
@@ -135,6 +137,8 @@ private:
     std::unique_ptr<DbcLoadTask> m_loading;
     QTimer m_loadingShows; // until the progress of a load is shown
     QString m_summary;     // of the last file; empty: none was read
+    QString m_lastFile;    // of this channel, also of an earlier run
+    bool m_isLastFileThere = false;
 
     Model_CAN_Rx_List_Items m_rxModel;
     QSortFilterProxyModel m_rxRows;

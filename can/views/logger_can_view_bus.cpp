@@ -90,6 +90,7 @@ void Logger_CAN_View::showEvent(QShowEvent *event)
     LoggerPage::showEvent(event);
     m_figuresTimer.start();
     showBusFigures();
+    noteLastFile();
 }
 
 void Logger_CAN_View::hideEvent(QHideEvent *event)

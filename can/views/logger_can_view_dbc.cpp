@@ -23,11 +23,6 @@ QString lastFileKey(int can_nr)
     return QStringLiteral("DbcLastFile/CAN-%1").arg(can_nr);
 }
 
-QString lastFile(int can_nr)
-{
-    return SettingsStore().value(lastFileKey(can_nr)).toString();
-}
-
 // The one DBC file that is dragged; empty for anything else.
 QString draggedDbcFile(const QMimeData *data)
 {
@@ -63,17 +58,22 @@ bool Logger_CAN_View::canLoad() const
     return m_isEditable && !m_loading->isRunning();
 }
 
+// Looks for the file, which may take its time on a network: not for each press of a key.
+void Logger_CAN_View::noteLastFile()
+{
+    m_lastFile = SettingsStore().value(lastFileKey(number())).toString();
+    const QFileInfo file(m_lastFile);
+    m_isLastFileThere = file.isFile();
+    const QString name = file.fileName().replace(QLatin1Char('&'), QStringLiteral("&&"));
+    m_ui->pushButton_reload_dbc_file->setText(
+        m_lastFile.isEmpty() ? tr("Load a&gain") : tr("Load a&gain: %1").arg(name));
+    updateDbcButtons();
+}
+
 void Logger_CAN_View::updateDbcButtons()
 {
-    const QString last = lastFile(number());
-    const QFileInfo lastInfo(last);
     m_ui->pushButton_load_dbc_file->setEnabled(canLoad());
-    m_ui->pushButton_reload_dbc_file->setEnabled(canLoad() && lastInfo.isFile());
-    m_ui->pushButton_reload_dbc_file->setText(
-        last.isEmpty()
-            ? tr("Load a&gain")
-            : tr("Load a&gain: %1")
-                  .arg(lastInfo.fileName().replace(QLatin1Char('&'), QStringLiteral("&&"))));
+    m_ui->pushButton_reload_dbc_file->setEnabled(canLoad() && m_isLastFileThere);
     m_ui->pushButton_remove_selected->setEnabled(
         m_isEditable && m_ui->tableView_dbc->selectionModel()->hasSelection());
 }
@@ -103,7 +103,7 @@ void Logger_CAN_View::chooseDbcFile()
 
 void Logger_CAN_View::on_pushButton_reload_dbc_file_clicked()
 {
-    loadDbcFile(lastFile(number()));
+    loadDbcFile(m_lastFile);
 }
 
 void Logger_CAN_View::loadDbcFile(const QString &path)
@@ -126,7 +126,7 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
     const QString path = m_loading->path();
     if (isLoaded)
         SettingsStore().setValue(lastFileKey(number()), path);
-    updateDbcButtons();
+    noteLastFile();
     if (parser.isCancelled())
         return;
     if (!isLoaded) {

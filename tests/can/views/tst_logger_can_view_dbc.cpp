@@ -28,6 +28,7 @@ private slots:
     void nothingIsLoadedWhileTheConfigurationIsLocked();
     void aLongLoadShowsItsProgressAndCanBeCancelled();
     void clearedFlagsAreANotice();
+    void aNoticeOfManyNamesIsCut();
 
     void insertedSignalsReplaceTheSameOnes();
     void selectedSignalsCanBeRemoved();
@@ -58,6 +59,18 @@ private:
         return m_bench->writeFile("car.dbc", "BO_ 291 Engine: 8 ECU\n"
                                              " SG_ Speed : 0|16@1+ (0.5,0) [0|0] \"rpm\" ECU\n"
                                              " SG_ Torque : 16|8@1- (1,0) [0|0] \"Nm\" ECU\n");
+    }
+    // Each with one signal that is recorded.
+    void writeMessages(quint32 count)
+    {
+        TerminalCanCfg edited;
+        for (quint32 id = 0; id < count; ++id) {
+            StreamingClass_DBC_Signal &signal = edited.dbc_signals.add();
+            signal.name = QStringLiteral("Signal%1").arg(id);
+            signal.msg_id = id;
+            signal.selection_flags = StreamingClass_DBC_Signal::recordFlag;
+        }
+        QVERIFY(m_bench->handler.writeCan(CanPageBench::number, edited));
     }
     QAbstractItemModel *rows() const { return m_bench->rows("tableView_dbc"); }
     void tick(int row, int column, Qt::CheckState state)
@@ -232,19 +245,19 @@ void tst_Logger_CAN_View_Dbc::clearedFlagsAreANotice()
 {
     m_bench->page();
     const auto *notice = m_bench->find<QFrame>("frame_notice");
-    TerminalCanCfg edited;
-    for (quint32 id = 0; id < 130; ++id) {
-        StreamingClass_DBC_Signal &signal = edited.dbc_signals.add();
-        signal.name = QStringLiteral("Signal%1").arg(id);
-        signal.msg_id = id;
-        signal.selection_flags = StreamingClass_DBC_Signal::recordFlag;
-    }
-    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, edited));
+    writeMessages(130);
     QVERIFY(notice->isVisibleTo(&m_bench->page()));
-    QVERIFY(m_bench->label("label_notice").contains(QStringLiteral("Signal128, Signal129")));
+    QVERIFY(m_bench->label("label_notice").endsWith(QStringLiteral("of: Signal128, Signal129")));
     QVERIFY(m_bench->prompt.shown.isEmpty());
     m_bench->button("pushButton_notice_close")->click();
     QVERIFY(!notice->isVisibleTo(&m_bench->page()));
+}
+
+void tst_Logger_CAN_View_Dbc::aNoticeOfManyNamesIsCut()
+{
+    m_bench->page();
+    writeMessages(1128);
+    QVERIFY(m_bench->label("label_notice").endsWith(QStringLiteral("Signal147 and 980 more")));
 }
 
 void tst_Logger_CAN_View_Dbc::insertedSignalsReplaceTheSameOnes()
