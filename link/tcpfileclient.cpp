@@ -28,6 +28,22 @@ bool isRequestable(const QString &name)
            && QString::fromLatin1(name.toLatin1()) == name;
 }
 
+// Whether another program, or another transfer of this one, holds the lock. A folder that takes no
+// lock is no reason to give up; it takes no file either, and that is told with its cause.
+bool isTaken(QLockFile &lock)
+{
+    lock.setStaleLockTime(0); // a lock lives as long as its program
+    if (lock.tryLock() || lock.error() != QLockFile::LockFailedError)
+        return false;
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (lock.getLockInfo(&process, &host, &program))
+        return true;
+    // Without an owner: that one was ended before it had written its name into the lock.
+    return !lock.removeStaleLockFile() || !lock.tryLock();
+}
+
 } // namespace
 
 TcpFileClient::TcpFileClient(QObject *parent)
@@ -130,8 +146,7 @@ bool TcpFileClient::openTarget()
     qDebug() << "open file..";
     const QString part = partName(m_localName);
     m_lock = std::make_unique<QLockFile>(part + QStringLiteral(".lock"));
-    m_lock->setStaleLockTime(0); // a lock lives as long as its program
-    if (!m_lock->tryLock() && m_lock->error() == QLockFile::LockFailedError) {
+    if (isTaken(*m_lock)) {
         m_lock.reset();
         qDebug() << "open file err..";
         abort_and_set_error(fileError(tr("Another download is writing this file.")));

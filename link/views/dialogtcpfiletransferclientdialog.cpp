@@ -8,7 +8,7 @@
 namespace {
 
 constexpr int maxFailureLines = 600;
-const QLatin1String unknown("---");
+const QLatin1String unknownTime("---");
 
 } // namespace
 
@@ -79,24 +79,28 @@ void DialogTcpFileTransferClientDialog::setRunning(bool isRunning)
 void DialogTcpFileTransferClientDialog::showFile(int index)
 {
     const DownloadList::File &file = m_list.files().at(index);
-    m_fileName = file.remoteName.simplified();
-    fitFileName();
+    showPlace(file.remoteName.simplified());
     m_ui->label_size->setText(QString::number(file.size) + QStringLiteral(" Bytes"));
-    m_ui->label_count->setText(
-        QStringLiteral("%1 of %2").arg(index + 1).arg(m_list.files().size()));
+    showCount(index + 1);
+}
+
+void DialogTcpFileTransferClientDialog::showCount(int count)
+{
+    m_ui->label_count->setText(QStringLiteral("%1 of %2").arg(count).arg(m_list.files().size()));
 }
 
 // A name of the logger may be of any length; the window keeps its width.
-void DialogTcpFileTransferClientDialog::fitFileName()
+void DialogTcpFileTransferClientDialog::showPlace(const QString &text)
 {
+    m_place = text;
     QLabel *label = m_ui->label_file;
-    label->setText(label->fontMetrics().elidedText(m_fileName, Qt::ElideMiddle, label->width()));
+    label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, label->width()));
 }
 
 void DialogTcpFileTransferClientDialog::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
-    fitFileName();
+    showPlace(m_place);
 }
 
 void DialogTcpFileTransferClientDialog::showFailure(int index)
@@ -115,15 +119,18 @@ void DialogTcpFileTransferClientDialog::showProgress(qint64 now_ms)
     m_ui->progressBar->setValue(m_list.percent());
     m_ui->label_speed->setText(speedText(m_pace.bytesPerSecond()));
     const std::optional<qint64> seconds = m_pace.secondsFor(m_list.bytesLeft());
-    m_ui->label_time_left->setText(seconds ? timeLeftText(*seconds) : QString(unknown));
+    m_ui->label_time_left->setText(seconds ? timeLeftText(*seconds) : QString(unknownTime));
 }
 
 void DialogTcpFileTransferClientDialog::showEnd()
 {
     slot_check_progress();
     setRunning(false);
-    m_ui->label_speed->setText(unknown);
-    m_ui->label_time_left->setText(unknown);
+    m_ui->label_speed->clear();
+    m_ui->label_time_left->clear();
+    m_ui->label_size->clear();
+    showCount(m_list.count(DownloadList::FileState::Arrived));
+    showPlace(QDir::toNativeSeparators(m_targetFolder));
     if (m_list.count(DownloadList::FileState::Failed) > 0) {
         m_ui->label_title->setText(QStringLiteral("Download failed."));
         m_ui->pushButton_retry->setFocus();

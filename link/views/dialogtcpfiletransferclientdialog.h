@@ -61,7 +61,8 @@ private slots:
 
 private:
     void showFile(int index);
-    void fitFileName();
+    void showCount(int count);
+    void showPlace(const QString &text);
     void showFailure(int index);
     void showEnd();
     void setRunning(bool isRunning);
@@ -76,7 +77,7 @@ private:
     TransferPace m_pace;
     QElapsedTimer m_clock;
     QTimer m_timer;
-    QString m_fileName; // of the file under way
+    QString m_place; // the file under way, at the end the folder
     bool m_hasEnded = false;
     bool m_isConverted = false;
 };

@@ -48,6 +48,7 @@ private slots:
     void anExistingFileIsNotReplaced();
     void whatAKilledProgramLeftIsReplaced();
     void aFileThatAnotherTransferWritesIsLeftAlone();
+    void aLockWithoutOwnerDoesNotBlock();
     void aClientFetchesSeveralFilesInTurn();
     void aFailureDoesNotDisturbTheNextTransfer();
     void theSimulatedLoggersFilesArrive_data();
@@ -477,6 +478,17 @@ void tst_TcpFileClient::aFileThatAnotherTransferWritesIsLeftAlone()
     logger->disconnectFromHost();
     QVERIFY(first.finish());
     QCOMPARE(contentOf(first.path()), QByteArray("0123456789"));
+}
+
+void tst_TcpFileClient::aLockWithoutOwnerDoesNotBlock()
+{
+    FilePeer peer(FilePeer::sending("0123456789"));
+    Transfer transfer;
+    QFile lock(transfer.path("a.rld.part.lock"));
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    lock.close();
+    QVERIFY2(transfer.fetch(peer, 10), qPrintable(transfer.text));
+    QCOMPARE(transfer.entries(), QStringList{QStringLiteral("a.rld")});
 }
 
 void tst_TcpFileClient::aClientFetchesSeveralFilesInTurn()

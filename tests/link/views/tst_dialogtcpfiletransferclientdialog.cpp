@@ -71,8 +71,9 @@ struct Bench
     void run()
     {
         dialog().start();
-        QTRY_COMPARE(button("cancel")->text(), QStringLiteral("Close"));
+        waitForEnd();
     }
+    void waitForEnd() { QTRY_COMPARE(button("cancel")->text(), QStringLiteral("Close")); }
 
     template <class T>
     T *child(const QString &name)
@@ -175,6 +176,8 @@ void tst_DialogTcpFileTransferClientDialog::theEndIsShown()
     QCOMPARE(bench.label("title"), QStringLiteral("Download finished."));
     QCOMPARE(bench.percent(), 100);
     QCOMPARE(bench.label("count"), QStringLiteral("3 of 3"));
+    const QString folder = QFileInfo(bench.targetPath(0)).path();
+    QVERIFY(folder.endsWith(bench.label("file").right(20)));
     QVERIFY(bench.button("retry")->isHidden());
     QVERIFY(bench.dialog().isVisible());
     QSignalSpy accepted(&bench.dialog(), &QDialog::accepted);
@@ -225,6 +228,7 @@ void tst_DialogTcpFileTransferClientDialog::aFailureIsShownAndOffersToRetry()
     QCOMPARE(bench.failures()->toPlainText(),
              QStringLiteral("b.RLD: Download failed. disconnected"));
     QVERIFY(bench.failures()->isVisible());
+    QCOMPARE(bench.label("count"), QStringLiteral("2 of 3"));
     QVERIFY(bench.button("retry")->isVisible());
     QVERIFY(bench.button("retry")->isEnabled());
     QVERIFY(bench.percent() < 100);
@@ -336,8 +340,9 @@ void tst_DialogTcpFileTransferClientDialog::textOfTheLoggerIsNotTakenForMarkup()
     Bench bench;
     bench.names = QStringList{QStringLiteral("<b>bold</b>.rld")};
     bench.sizes = {5};
-    bench.run();
+    bench.dialog().start();
     QCOMPARE(bench.label("file"), QStringLiteral("<b>bold</b>.rld"));
+    bench.waitForEnd();
     QCOMPARE(bench.child<QLabel>(QStringLiteral("label_file"))->textFormat(), Qt::PlainText);
     QVERIFY(bench.failures()->toPlainText().startsWith(QStringLiteral("<b>bold</b>.rld: ")));
 }
@@ -347,9 +352,10 @@ void tst_DialogTcpFileTransferClientDialog::aLongNameDoesNotWidenTheWindow()
     Bench bench;
     bench.names = QStringList{QString(4000, QLatin1Char('x'))};
     bench.sizes = {5};
-    bench.run();
-    QVERIFY(bench.dialog().width() < 700);
+    bench.dialog().start();
     QVERIFY(bench.label("file").size() < 200);
+    bench.waitForEnd();
+    QVERIFY(bench.dialog().width() < 700);
 }
 
 void tst_DialogTcpFileTransferClientDialog::everyControlSaysWhatItIs()
