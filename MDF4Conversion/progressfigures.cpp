@@ -55,3 +55,15 @@ QString durationText(double seconds)
         return QStringLiteral("%1:%2").arg(whole / 3600).arg(minutesAndSeconds);
     return whole >= 600 ? minutesAndSeconds : minutesAndSeconds.mid(1);
 }
+
+double shareOfAll(const std::vector<PartOfWork> &parts)
+{
+    double weight = 0;
+    double done = 0;
+    for (const PartOfWork &part : parts) {
+        const double counted = qMax(part.weight, 1.0);
+        weight += counted;
+        done += counted * part.done;
+    }
+    return weight > 0 ? done / weight : 0;
+}

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 // What a user wants to know of work that takes its time.
 struct ProgressFigures
@@ -25,3 +26,13 @@ struct ProgressFigures
 [[nodiscard]] QString sizeText(double bytes);
 // 0:07, 12:30, 1:02:03.
 [[nodiscard]] QString durationText(double seconds);
+
+// A part of a larger work: its weight, and the share of it that is done, 0 to 1.
+struct PartOfWork
+{
+    double weight = 0;
+    double done = 0;
+};
+
+// The share of all parts together that is done; parts without weight count a little.
+[[nodiscard]] double shareOfAll(const std::vector<PartOfWork> &parts);
