@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <memory>
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace {
 
@@ -38,6 +41,8 @@ private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void whatCanNotBeOpenedGivesNoText_data();
     void whatCanNotBeOpenedGivesNoText();
+    void aPipeIsNotWaitedFor();
+    void aFileWithoutPermissionGivesNoText();
     void aFileThatCanNotBeReadGivesTheCause();
     void aFileThatIsTooLargeIsNotRead();
     void aFileThatDoesNotKnowItsSizeIsRead();
@@ -84,6 +89,31 @@ void tst_DbcFileParser_Files::whatCanNotBeOpenedGivesNoText()
     QVERIFY(!parser.load(path));
     QCOMPARE(parser.errorText(), QString());
     QVERIFY(!parser.isCancelled());
+    QVERIFY(parser.signalList().isEmpty());
+}
+
+void tst_DbcFileParser_Files::aPipeIsNotWaitedFor()
+{
+#ifdef Q_OS_UNIX
+    const QString pipe = m_folder->filePath(QStringLiteral("pipe.dbc"));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    DbcFileParser parser;
+    QVERIFY(!parser.load(pipe));
+    QCOMPARE(parser.errorText(), QString());
+#else
+    QSKIP("There are no named pipes in folders here.");
+#endif
+}
+
+void tst_DbcFileParser_Files::aFileWithoutPermissionGivesNoText()
+{
+    const QString path = write(engineMessage + signalLine("A"));
+    QFile::setPermissions(path, {});
+    if (QFile probe(path); probe.open(QIODevice::ReadOnly))
+        QSKIP("Permissions don't hold for this user.");
+    DbcFileParser parser;
+    QVERIFY(!parser.load(path));
+    QCOMPARE(parser.errorText(), QString());
     QVERIFY(parser.signalList().isEmpty());
 }
 
