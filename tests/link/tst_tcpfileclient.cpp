@@ -34,6 +34,8 @@ private slots:
     void aRefusedConnectionIsTold();
     void silenceEndsTheTransfer();
     void silenceBeforeTheFirstByteEndsTheTransfer();
+    void silenceBehindTheLastByteIsTheEnd();
+    void silenceInPlaceOfAnEmptyFileFails();
     void bytesThatTrickleAreNoSilence();
     void impossibleSizesAreRefused_data();
     void impossibleSizesAreRefused();
@@ -276,6 +278,25 @@ void tst_TcpFileClient::silenceBeforeTheFirstByteEndsTheTransfer()
     transfer.client.setSilenceLimit(50);
     QVERIFY(!transfer.fetch(peer, 10));
     QCOMPARE(transfer.text, QStringLiteral("The logger sent nothing for 0.05 seconds."));
+}
+
+void tst_TcpFileClient::silenceBehindTheLastByteIsTheEnd()
+{
+    FilePeer peer([](QTcpSocket &socket, const QByteArray &) { socket.write("0123456789"); });
+    Transfer transfer;
+    transfer.client.setSilenceLimit(50);
+    QVERIFY2(transfer.fetch(peer, 10), qPrintable(transfer.text));
+    QCOMPARE(contentOf(transfer.path()), QByteArray("0123456789"));
+    QCOMPARE(transfer.finished.count(), 0);
+}
+
+void tst_TcpFileClient::silenceInPlaceOfAnEmptyFileFails()
+{
+    FilePeer peer([](QTcpSocket &, const QByteArray &) {});
+    Transfer transfer;
+    transfer.client.setSilenceLimit(50);
+    QVERIFY(!transfer.fetch(peer, 0));
+    QCOMPARE(transfer.entries(), QStringList());
 }
 
 void tst_TcpFileClient::bytesThatTrickleAreNoSilence()
