@@ -32,10 +32,15 @@ int main(int argc, char *argv[])
     parts.settings = &settings;
     parts.log_path = log.path();
     parts.debug_window = makeDebugWindow;
-    parts.convert = [&prompt](ConversionGlobal::OutputFormat, const QStringList &, const QString &,
-                              QWidget *) {
+    parts.convert = [&prompt](ConversionGlobal::OutputFormatFlags, const QStringList &,
+                              const QString &, QWidget *) {
         prompt.inform(QStringLiteral("Convert"),
                       QStringLiteral("This version converts with the program zds-convert."));
+    };
+    parts.download = [&prompt](const QHostAddress &, const QStringList &, const QList<qint64> &,
+                               const QString &, ConversionGlobal::OutputFormatFlags, QWidget *) {
+        prompt.inform(QStringLiteral("Download"),
+                      QStringLiteral("This version doesn't download log files."));
     };
 
     MainWindow window(&controller, QStringLiteral("MainWindow"), std::move(parts));

@@ -3,6 +3,7 @@
 #include "app/state/appcomponentbaseclass.h"
 #include "app/ui/plainpage.h"
 #include "link/views/dialogcmdwindow.h"
+#include "link/views/logger_main_view.h"
 
 namespace {
 
@@ -23,6 +24,12 @@ public:
 QWidget *emptyPage(const PageContext &context)
 {
     return new EmptyPage(context);
+}
+
+QWidget *mainPage(const PageContext &context)
+{
+    return new Logger_Main_View(context.controller, context.objectName, context.handler,
+                                *context.prompt, *context.settings, context.parent);
 }
 
 } // namespace
@@ -57,7 +64,7 @@ std::vector<PageRow> pageTable()
         return PageRow{QLatin1String(objectName), QLatin1String(treeText), needs, count, make};
     };
     return {
-        row("Logger_Main_View", "Datalogger", Needs::Nothing, 1, emptyPage),
+        row("Logger_Main_View", "Datalogger", Needs::Nothing, 1, mainPage),
         row("Logger_Settings_View", "Settings", Needs::Nothing, 1, emptyPage),
         row("Logger_Gps_View", "GPS", Needs::Gps, 1, emptyPage),
         row("Logger_Agm_View", "Accel/Gyro/Mag", Needs::Agm, 1, emptyPage),

@@ -14,6 +14,20 @@
 #include <QStackedWidget>
 #include <QTemporaryDir>
 
+// In place of a page, which needs the handler of a real link.
+class StandInPage : public QWidget, public AppComponentBaseClass
+{
+public:
+    explicit StandInPage(const PageContext &context)
+        : QWidget(context.parent)
+        , AppComponentBaseClass(context.controller, context.objectName)
+    {}
+
+    void appStateChanged(AppSta_t &) override {}
+
+    static QWidget *make(const PageContext &context) { return new StandInPage(context); }
+};
+
 // A main window with a scripted link and user, and the widgets that its tests look at.
 class WindowBench
 {
@@ -32,14 +46,26 @@ public:
             MainWindowParts parts;
             parts.link = std::make_unique<ScriptedLink>(&controller);
             link = static_cast<ScriptedLink *>(parts.link.get());
+            for (PageRow &page : parts.pages)
+                page.make = StandInPage::make;
             parts.prompt = &prompt;
             parts.settings = settings.get();
             parts.log_path = QStringLiteral("/state/zds.log");
             parts.update_image = [this] { return update_image; };
-            parts.convert = [this](ConversionGlobal::OutputFormat format, const QStringList &logs,
-                                   const QString &target, QWidget *) {
-                conversions +=
-                    QStringLiteral("%1 %2 %3").arg(format).arg(logs.join(QLatin1Char(',')), target);
+            parts.convert = [this](ConversionGlobal::OutputFormatFlags formats,
+                                   const QStringList &logs, const QString &target, QWidget *) {
+                conversions += QStringLiteral("%1 %2 %3")
+                                   .arg(int(formats))
+                                   .arg(logs.join(QLatin1Char(',')), target);
+            };
+            parts.download = [this](const QHostAddress &logger, const QStringList &names,
+                                    const QList<qint64> &sizes, const QString &target,
+                                    ConversionGlobal::OutputFormatFlags formats, QWidget *) {
+                downloads += QStringLiteral("%1 %2 %3 %4 %5")
+                                 .arg(logger.toString(), names.join(QLatin1Char(',')))
+                                 .arg(sizes.value(0))
+                                 .arg(target)
+                                 .arg(int(formats));
             };
             m_window = std::make_unique<MainWindow>(&controller, QStringLiteral("MainWindow"),
                                                     std::move(parts));
@@ -82,6 +108,7 @@ public:
     std::unique_ptr<UserSettings> settings;
     ScriptedLink *link = nullptr; // the window's
     QStringList conversions;
+    QStringList downloads;
     std::optional<QByteArray> update_image = QByteArray("image"); // none: none is built in
 
 private:
