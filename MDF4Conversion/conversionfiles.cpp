@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/conversionjob.h"
 #include "MDF4Conversion/exclusivemove.h"
+#include "MDF4Conversion/nativepath.h"
 #include "MDF4Conversion/outputnames.h"
 
 #include <QCoreApplication>
@@ -26,11 +27,6 @@ constexpr int maxTemporaryDirs = 1000;
 QString tr(const char *text)
 {
     return QCoreApplication::translate("Conversion", text);
-}
-
-std::filesystem::path native(const QString &path)
-{
-    return std::filesystem::path(path.toStdU16String());
 }
 
 QString noTemporaryDir(const QString &path, const std::error_code &error)
@@ -104,8 +100,8 @@ ConversionFiles::ConversionFiles(const ConversionJob &job)
     : m_inputFile(job.inputFile)
     , m_folder(job.outputFolder)
     , m_names(job.names)
-    , m_outputFile(job.names ? QString() : job.outputFile)
-    , m_temporaryDir(job.names ? QString() : job.temporaryDir)
+    , m_outputFile(job.outputFile)
+    , m_temporaryDir(job.temporaryDir)
     , m_growingFile(m_outputFile + growingSuffix)
 {}
 
@@ -169,7 +165,7 @@ bool ConversionFiles::prepareGiven()
         return failToLock(error, outputLock);
     if (!QFileInfo(m_temporaryDir).isDir()) {
         std::error_code cause;
-        m_madeTemporaryDir = std::filesystem::create_directory(native(m_temporaryDir), cause);
+        m_madeTemporaryDir = std::filesystem::create_directory(nativePath(m_temporaryDir), cause);
         if (!m_madeTemporaryDir)
             return fail(noTemporaryDir(m_temporaryDir, cause));
     }
@@ -192,8 +188,9 @@ void ConversionFiles::nameOutput(const QString &path)
 // Who holds the lock has the name; whoever had it before may have published in between.
 bool ConversionFiles::takeFreeOutput()
 {
-    for (;;) {
+    if (m_outputFile.isEmpty())
         nameOutput(m_names->outputFile(m_inputFile, m_folder));
+    for (;; nameOutput(m_names->outputFile(m_inputFile, m_folder))) {
         const QString lockPath = m_growingFile + lockSuffix;
         const QLockFile::LockError error = lock(m_outputLock, lockPath);
         if (error == QLockFile::NoError && !QFileInfo::exists(m_outputFile))
@@ -210,8 +207,9 @@ bool ConversionFiles::takeFreeTemporaryDir()
 {
     std::error_code cause;
     for (int attempt = 0; attempt < maxTemporaryDirs; ++attempt) {
-        m_temporaryDir = m_names->temporaryDir(m_folder);
-        if (!std::filesystem::create_directory(native(m_temporaryDir), cause))
+        if (attempt > 0 || m_temporaryDir.isEmpty())
+            m_temporaryDir = m_names->temporaryDir(m_folder);
+        if (!std::filesystem::create_directory(nativePath(m_temporaryDir), cause))
             continue;
         const QString lockPath = QDir(m_temporaryDir).filePath(temporaryLockName);
         m_madeTemporaryDir = lock(m_temporaryLock, lockPath) == QLockFile::NoError;
@@ -228,7 +226,7 @@ bool ConversionFiles::publish()
     if (m_names)
         moveToFreeName(error);
     else
-        std::filesystem::rename(native(m_growingFile), native(m_outputFile), error);
+        std::filesystem::rename(nativePath(m_growingFile), nativePath(m_outputFile), error);
     if (error) {
         return fail(tr("%1: %2").arg(QDir::toNativeSeparators(m_outputFile),
                                      QString::fromLocal8Bit(error.message().c_str())));
@@ -238,9 +236,9 @@ bool ConversionFiles::publish()
 
 void ConversionFiles::moveToFreeName(std::error_code &error)
 {
-    moveWithoutReplacing(native(m_growingFile), native(m_outputFile), error);
+    moveWithoutReplacing(nativePath(m_growingFile), nativePath(m_outputFile), error);
     while (error == std::errc::file_exists) {
         m_outputFile = m_names->outputFile(m_inputFile, m_folder);
-        moveWithoutReplacing(native(m_growingFile), native(m_outputFile), error);
+        moveWithoutReplacing(nativePath(m_growingFile), nativePath(m_outputFile), error);
     }
 }

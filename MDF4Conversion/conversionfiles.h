@@ -27,7 +27,7 @@ public:
     // under another name if a file got it meanwhile.
     bool publish();
 
-    // Empty before prepare() where names are free ones.
+    // The names that are tried first, before prepare().
     [[nodiscard]] const QString &outputFile() const { return m_outputFile; }
     [[nodiscard]] const QString &temporaryDir() const { return m_temporaryDir; }
     [[nodiscard]] const QString &growingFile() const { return m_growingFile; }
@@ -45,8 +45,8 @@ private:
     bool fail(const QString &text);
 
     const QString m_inputFile;
-    const QString m_folder;     // where names are free ones
-    OutputNames *const m_names; // null where they are given
+    const QString m_folder;                     // where names are free ones
+    const std::shared_ptr<OutputNames> m_names; // null where they are given
     QString m_outputFile;
     QString m_temporaryDir;
     QString m_growingFile;

@@ -32,6 +32,7 @@ struct ConversionSummary
     quint64 warningCount = 0;
     quint64 errorCount = 0;
     QString outputFile;     // the name that it got, when it was written
+    QString temporaryDir;   // that held its temporary files; empty if it didn't get that far
     bool written = false;   // the output file exists and is whole
     bool cancelled = false; // on request
 };

@@ -121,7 +121,8 @@ const EntryIndex::Groups &EntryIndex::takers(const StdLogEntry &entry)
     if (slot.firstBytePlaces && !entry.data.empty())
         collect(entry, slot.byFirstByte[(*slot.firstBytePlaces)[entry.data.front()]]);
     for (const ByMultiplexor &by : slot.byMultiplexor) {
-        const auto takers = by.byValue.find(by.field.valueIn(entry.data));
+        const auto takers =
+            by.byValue.find(by.field.bitsIn({entry.data.data(), entry.data.size()}));
         if (takers != by.byValue.end())
             collect(entry, takers->second);
     }

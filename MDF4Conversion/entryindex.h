@@ -33,7 +33,7 @@ private:
     using Takers = std::vector<Taker>;
     struct ByMultiplexor
     {
-        MultiplexorField field;
+        can::BitField field;
         std::unordered_map<quint64, Takers> byValue;
     };
     // The takers of one type, number and identifier.

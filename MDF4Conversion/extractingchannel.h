@@ -42,5 +42,5 @@ private:
 // The status about a corrected timestamp, for all sources but XCP on ethernet.
 [[nodiscard]] inline QString overflowHandledText(const QString &channelName)
 {
-    return QStringLiteral("TS-Overflow for %1 handled.").arg(channelName);
+    return QStringLiteral("TS-Overflow for %1 handled.").arg(channelName.toHtmlEscaped());
 }

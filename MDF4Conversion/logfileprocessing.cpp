@@ -37,7 +37,7 @@ bool LogFileProcessing::buildInterfaces(const TerminalStruct &configuration,
     ChannelGroupList list(cancelled);
     Interface_MDF4_Factory::build(m_context, configuration, list);
     if (!list.failure().isEmpty())
-        m_messages.error(list.failure());
+        m_messages.error(list.failure().toHtmlEscaped());
     if (list.isClosed())
         return false;
     m_groups = list.take();
@@ -72,9 +72,9 @@ void LogFileProcessing::noteFirstTimestamp(const MDF4_ChannelGroup &group)
     const quint64 timestamp = group.newestTimestamp();
     const QString channel =
         group.channels().empty() ? QStringLiteral("Unknown") : group.channels().front()->name;
-    m_messages.info(
-        QStringLiteral("First Extracted Timestamp from Signal: %1 - %2 usec")
-            .arg(group.sigGrpName + QLatin1Char('-') + channel, QString::number(timestamp)));
+    m_messages.info(QStringLiteral("First Extracted Timestamp from Signal: %1 - %2 usec")
+                        .arg((group.sigGrpName + QLatin1Char('-') + channel).toHtmlEscaped(),
+                             QString::number(timestamp)));
     m_cpuTimestamps->addFirstTimestamp(timestamp);
 }
 
@@ -136,7 +136,7 @@ bool LogFileProcessing::writeMdf4(const TerminalStruct &configuration, const QSt
 {
     Mdf4FileWriter writer(m_messages, cancelled);
     const Mdf4Header header = mdf4Header(configuration, m_job, m_metaData->startTime().value_or(0));
-    m_messages.info(QStringLiteral("creating MDF4-File:%1").arg(m_job.outputFile));
+    m_messages.info(QStringLiteral("creating MDF4-File:%1").arg(m_job.outputFile.toHtmlEscaped()));
     if (m_job.outputFile.isEmpty() || !writer.create(path, m_job.outputFile, header))
         return false;
     const quint64 start = smallestTimestamp();

@@ -58,9 +58,10 @@ void MDF4_ChannelGroup::reportLosses() const
 {
     if (m_droppedRecords == 0)
         return;
-    m_context.messages->warning(QStringLiteral("%1 records of channel-group %2 were left out, they "
-                                               "lacked the data of some of its channels.")
-                                    .arg(QString::number(m_droppedRecords), sigGrpName));
+    m_context.messages->warning(
+        QStringLiteral("%1 records of channel-group %2 were left out, they "
+                       "lacked the data of some of its channels.")
+            .arg(QString::number(m_droppedRecords), sigGrpName.toHtmlEscaped()));
 }
 
 void MDF4_ChannelGroup::startAnew()

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-// Where a conversion sends its messages. Called on the thread of the conversion only.
+// Where a conversion sends its messages, on the thread of the conversion only. Texts are rich text:
+// what comes from a log, a path or the system stands escaped in them.
 class MDF4_Conversion_Msg_Interface
 {
 public:

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "MDF4Conversion/extractedvalue.h"
 #include "MDF4Conversion/interface_extractdata.h"
 #include "a2l/rationalfunction.h"
+#include "can/extractedvalue.h"
 
 #include <QString>
 #include <QVector>

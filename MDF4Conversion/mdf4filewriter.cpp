@@ -62,7 +62,7 @@ Mdf4FileWriter::~Mdf4FileWriter()
 
 bool Mdf4FileWriter::fail(const QString &text)
 {
-    m_messages.error(text);
+    m_messages.error(text.toHtmlEscaped());
     return false;
 }
 
@@ -124,8 +124,9 @@ bool Mdf4FileWriter::writeGroups(const std::vector<MDF4_ChannelGroup *> &groups,
 bool Mdf4FileWriter::writeGroup(MDF4_ChannelGroup &group, const BlockPipeline::Source &source,
                                 BlockPipeline &blocks)
 {
-    m_messages.info(QStringLiteral("Writing: channel-group:%1 signal-count:%2")
-                        .arg(group.sigGrpName, QString::number(group.channels().size())));
+    m_messages.info(
+        QStringLiteral("Writing: channel-group:%1 signal-count:%2")
+            .arg(group.sigGrpName.toHtmlEscaped(), QString::number(group.channels().size())));
     M4DGBlock *dg = m_file.addDG();
     M4CGBlock *cg = dg ? addGroup(group, dg) : nullptr;
     if (!cg)
@@ -181,7 +182,7 @@ bool Mdf4FileWriter::addChannel(M4CGBlock &cg, const MDF4_DataChannel &channel, 
         m_messages.warning(QCoreApplication::translate(
                                "Conversion", "Signal %1 is written without conversion, its "
                                              "coefficients or its table can't be written.")
-                               .arg(name));
+                               .arg(name.toHtmlEscaped()));
     }
     return true;
 }
@@ -190,10 +191,10 @@ void Mdf4FileWriter::reportDisorder(const MDF4_ChannelGroup &group,
                                     const BlockPipeline::Block &block)
 {
     for (const auto &[current, last] : block.disorder) {
-        m_messages.error(
-            QStringLiteral("Timestamp-error, current-ts smaller or equal than last-ts "
-                           "(ChannelGroup:%1) (currentTS %2 lastTS %3")
-                .arg(group.sigGrpName, QString::number(current), QString::number(last)));
+        m_messages.error(QStringLiteral("Timestamp-error, current-ts smaller or equal than last-ts "
+                                        "(ChannelGroup:%1) (currentTS %2 lastTS %3")
+                             .arg(group.sigGrpName.toHtmlEscaped(), QString::number(current),
+                                  QString::number(last)));
     }
 }
 
@@ -212,7 +213,8 @@ void Mdf4FileWriter::reportIntervals(const MDF4_ChannelGroup &group)
 {
     for (const auto &channel : group.channels()) {
         m_messages.info(QStringLiteral("Signal:%1 Intervall min:%2 avg:%3 max:%4 [uSec]")
-                            .arg(channel->name, QString::number(channel->minInterval()),
+                            .arg(channel->name.toHtmlEscaped(),
+                                 QString::number(channel->minInterval()),
                                  QString::number(channel->averageInterval(), 'f', 2),
                                  QString::number(channel->maxInterval())));
     }

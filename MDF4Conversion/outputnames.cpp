@@ -16,6 +16,7 @@ QString OutputNames::take(const QString &path)
 
 QString OutputNames::outputFile(const QString &inputFile, const QString &folder)
 {
+    const QMutexLocker lock(&m_mutex);
     const QString baseName = QFileInfo(inputFile).completeBaseName();
     const QString outputPattern = QStringLiteral("%1/%2.mf4");
     QString output = outputPattern.arg(folder, baseName);
@@ -29,6 +30,7 @@ QString OutputNames::outputFile(const QString &inputFile, const QString &folder)
 
 QString OutputNames::temporaryDir(const QString &folder)
 {
+    const QMutexLocker lock(&m_mutex);
     QString temporary;
     do {
         temporary = QStringLiteral("%1/tmp_%2").arg(folder, QString::number(m_temporaryNumber));

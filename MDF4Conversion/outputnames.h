@@ -1,11 +1,12 @@
 #pragma once
 
+#include <QMutex>
 #include <QSet>
 #include <QString>
 
 // Free names for the outputs of one batch of conversions. A name is never given twice, though none
 // of the files exists yet. Another process may take a name right after it was found free: who gets
-// it asks for the next one then. Used by one thread at a time.
+// it asks for the next one then. Conversions on several threads may share one.
 class OutputNames
 {
 public:
@@ -19,6 +20,7 @@ private:
     [[nodiscard]] bool isFree(const QString &path) const;
     QString take(const QString &path);
 
+    QMutex m_mutex; // guards all below
     QSet<QString> m_taken;
     int m_outputNumber = 1; // shared by all files of the batch
     int m_temporaryNumber = 1;

@@ -68,12 +68,13 @@ bool WorkerConvertMDF4::convert()
     if (!isConvertible(reader))
         return false;
     if (!files.prepare()) {
-        error(files.failure());
+        error(files.failure().toHtmlEscaped());
         return false;
     }
     ConversionJob job = m_job;
     job.outputFile = files.outputFile();
     job.temporaryDir = files.temporaryDir();
+    m_summary.temporaryDir = files.temporaryDir();
     LogFileProcessing processing(job, *this);
     info(QStringLiteral("grouping signal-channels..."));
     if (!processing.buildInterfaces(*reader.configuration(), m_cancelled)) {
@@ -100,7 +101,7 @@ bool WorkerConvertMDF4::convert()
     if (!written)
         return false;
     if (!files.publish()) {
-        error(files.failure());
+        error(files.failure().toHtmlEscaped());
         return false;
     }
     m_summary.outputFile = files.outputFile();
@@ -109,12 +110,17 @@ bool WorkerConvertMDF4::convert()
     return true;
 }
 
+QString WorkerConvertMDF4::inputFailure(const QString &reason) const
+{
+    return QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_job.inputFile).toHtmlEscaped(),
+                                        reason.toHtmlEscaped());
+}
+
 bool WorkerConvertMDF4::isConvertible(const LogFileReader &reader)
 {
     if (!reader.isOpen()) {
         error(QStringLiteral("File-error, unable to load log-configuration."));
-        error(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_job.inputFile),
-                                           reader.failure()));
+        error(inputFailure(reader.failure()));
         return false;
     }
     info(QStringLiteral("Converter Software-Version:%1.%2%3")
@@ -125,8 +131,7 @@ bool WorkerConvertMDF4::isConvertible(const LogFileReader &reader)
     info(QStringLiteral("Main-Version of Log-Configuration:%1").arg(mainVersion));
     if (mainVersion == 0) {
         // Records count from 1: what reads as 0 is a block without a record.
-        error(QStringLiteral("%1: its configuration is damaged")
-                  .arg(QDir::toNativeSeparators(m_job.inputFile)));
+        error(inputFailure(QStringLiteral("its configuration is damaged")));
         return false;
     }
     if (mainVersion > supportedMainVersion) {
@@ -176,11 +181,10 @@ bool WorkerConvertMDF4::parse(LogFileReader &reader, LogFileProcessing &processi
     if (cancelRequested())
         return false;
     if (!reader.failure().isEmpty()) {
-        error(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_job.inputFile),
-                                           reader.failure()));
+        error(inputFailure(reader.failure()));
     }
     if (!processing.temporaryFileFailure().isEmpty()) {
-        error(processing.temporaryFileFailure());
+        error(processing.temporaryFileFailure().toHtmlEscaped());
         return false;
     }
     return true;

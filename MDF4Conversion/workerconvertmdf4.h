@@ -53,6 +53,7 @@ signals:
 private:
     bool convert();
     bool isConvertible(const LogFileReader &reader);
+    [[nodiscard]] QString inputFailure(const QString &reason) const;
     bool parse(LogFileReader &reader, LogFileProcessing &processing);
     void reportProgress(const LogFileReader &reader);
     bool cancelRequested();

@@ -1,3 +1,4 @@
+#include "MDF4Conversion/views/dialogconverter.h"
 #include "app/application.h"
 #include "app/handlerlink.h"
 #include "app/log/stdlogfileclass.h"
@@ -32,10 +33,9 @@ int main(int argc, char *argv[])
     parts.settings = &settings;
     parts.log_path = log.path();
     parts.debug_window = makeDebugWindow;
-    parts.convert = [&prompt](ConversionGlobal::OutputFormat, const QStringList &, const QString &,
-                              QWidget *) {
-        prompt.inform(QStringLiteral("Convert"),
-                      QStringLiteral("This version converts with the program zds-convert."));
+    parts.convert = [&prompt](ConversionGlobal::OutputFormat format, const QStringList &rawLogs,
+                              const QString &folder, QWidget *parent) {
+        DialogConverter::open(rawLogs, folder, format, prompt, parent);
     };
 
     MainWindow window(&controller, QStringLiteral("MainWindow"), std::move(parts));

@@ -2,6 +2,7 @@
 
 #include "app/state/appcomponentbaseclass.h"
 #include "app/ui/plainpage.h"
+#include "can/views/logger_can_view.h"
 #include "link/views/dialogcmdwindow.h"
 
 namespace {
@@ -23,6 +24,12 @@ public:
 QWidget *emptyPage(const PageContext &context)
 {
     return new EmptyPage(context);
+}
+
+QWidget *canPage(const PageContext &context)
+{
+    return new Logger_CAN_View(context.controller, context.objectName, context.title,
+                               context.number, context.handler, *context.prompt, context.parent);
 }
 
 } // namespace
@@ -65,7 +72,7 @@ std::vector<PageRow> pageTable()
         row("Logger_EtherCAT_View", "EtherCAT", Needs::EtherCat, 1, emptyPage),
         row("Module_AIM_Messreaeder", "AIM(Wheel-Sensor)", Needs::Nothing, 1, emptyPage),
         row("Module_AIM_8_16_DMS", "AIM(8/16-DMS)", Needs::Nothing, 1, emptyPage),
-        row("Logger_CAN_View_%1", "CAN-%1", Needs::Can, 12, emptyPage),
+        row("Logger_CAN_View_%1", "CAN-%1", Needs::Can, 12, canPage),
         row("Logger_RS485_View_%1", "RS485-%1", Needs::Rs485, 10, emptyPage),
         row("Logger_Ethernet_View_%1", "Automotive-Ethernet", Needs::Ethernet, 1, emptyPage),
     };

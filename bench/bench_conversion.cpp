@@ -10,6 +10,7 @@
 #include "MDF4Conversion/rawlog/logfilereader.h"
 #include "MDF4Conversion/workerconvertmdf4.h"
 #include "bench/dzblocks.h"
+#include "bench/measure.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -21,6 +22,8 @@
 
 #include <algorithm>
 #include <cstdio>
+
+using bench::bar;
 
 namespace {
 
@@ -38,19 +41,6 @@ struct Run
     double peakMegabytes = 0; // of the process that converted; 0 where it can't be told
 };
 
-// The peak of this process's resident memory, where the system tells it.
-double peakMegabytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024;
-    }
-    return 0;
-}
-
 // What a child process does, so that its memory is its own.
 int convertHere(const QStringList &arguments)
 {
@@ -63,7 +53,8 @@ int convertHere(const QStringList &arguments)
     QElapsedTimer clock;
     clock.start();
     worker.process();
-    std::printf("%.6f %.1f\n", double(clock.nsecsElapsed()) * 1e-9, peakMegabytes());
+    std::printf("%.6f %.1f\n", double(clock.nsecsElapsed()) * 1e-9,
+                bench::peakBytes() / (1024 * 1024));
     return worker.summary().written ? 0 : 1;
 }
 
@@ -119,12 +110,6 @@ void makeLog(const QString &path, qint64 entries, int messages)
         return;
     std::fprintf(stderr, "%s\n", failure.toUtf8().constData());
     std::exit(2);
-}
-
-bool bar(const char *what, double value, const char *relation, double limit, bool ok)
-{
-    std::printf("  %-4s %s: %.2f (%s %.2f)\n", ok ? "ok" : "MISS", what, value, relation, limit);
-    return ok;
 }
 
 struct Measured

@@ -8,6 +8,7 @@
 // growth of memory. With --smoke the run is short and no bar is judged.
 
 #include "app/state/appcontroller.h"
+#include "bench/bars.h"
 #include "link/logger_data_handler_class.h"
 #include "tests/support/simulatedlogger.h"
 
@@ -28,19 +29,6 @@ constexpr quint32 framesPerSecond = 100'000;
 constexpr double connectBar_ms = 300;
 constexpr double processorBar = 0.30;
 constexpr double growthBar_MB = 8;
-
-struct Bars
-{
-    bool allMet = true;
-
-    void judge(const char *what, double value, double bar, const char *unit)
-    {
-        const bool isMet = value <= bar;
-        allMet = allMet && isMet;
-        std::printf("%-44s %10.2f %-4s bar %.2f %s\n", what, value, unit, bar,
-                    isMet ? "met" : "MISSED");
-    }
-};
 
 // Of this process, in MB; 0 where the system doesn't tell.
 double residentMemory_MB()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "can/canframe.h"
 #include "config/terminalcancfg.h"
 
 #include <QStringList>
@@ -11,9 +12,6 @@ namespace can {
 
 // Filter slots of one channel's hardware.
 inline constexpr int maxFilters = 128;
-
-inline constexpr quint32 maxStandardId = 0x7FF;
-inline constexpr quint32 maxExtendedId = 0x1FFFFFFF;
 
 // Whether all signals of a list count, or only those that are recorded or shown live.
 enum class SelectedOnly { No, Yes };

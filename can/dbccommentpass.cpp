@@ -5,12 +5,15 @@
 #include "can/dbcpasses.h"
 
 #include <QHash>
-#include <QPair>
 
+#include <algorithm>
 #include <array>
 #include <string>
+#include <vector>
 
 namespace {
+
+using Signal = StreamingClass_DBC_Signal;
 
 constexpr std::string_view commentKeyword = "CM_";
 constexpr std::string_view valueTableKeyword = "VAL_";
@@ -43,49 +46,69 @@ struct NumberedLine
     int number;
 };
 
-// Finds records by message and name. Several records may have both in common.
+// Finds records by message and name. Several records may have both in common. A sorted list, and no
+// hash table: names that are made to collide cost a comparison here, there a walk over all of them.
 class SignalIndex
 {
 public:
-    explicit SignalIndex(const QList<StreamingClass_DBC_Signal *> &records)
+    explicit SignalIndex(const QList<Signal *> &records)
         : m_records(records)
     {}
 
     // The first of those records; null for none.
-    [[nodiscard]] StreamingClass_DBC_Signal *find(quint32 identifier, std::string_view name)
+    [[nodiscard]] Signal *find(quint32 identifier, const QString &name)
     {
-        if (m_first.isEmpty()) {
-            m_first.reserve(m_records.size());
-            for (StreamingClass_DBC_Signal *record : m_records) {
-                StreamingClass_DBC_Signal *&first = m_first[keyOf(*record)];
-                if (!first)
-                    first = record;
-            }
-        }
-        return m_first.value({identifier, dbc::toText(name)});
+        if (m_entries.empty())
+            build();
+        const quint64 key = keyOf(identifier, name);
+        auto entry = std::lower_bound(
+            m_entries.begin(), m_entries.end(), key, [&name](const Entry &each, quint64 wanted) {
+                return each.key != wanted ? each.key < wanted : each.record->name < name;
+            });
+        const bool isFound =
+            entry != m_entries.end() && entry->key == key && entry->record->name == name;
+        return isFound ? entry->record : nullptr;
     }
 
     // The others get the description of the first.
     void copyDescriptions() const
     {
-        if (m_first.size() == m_records.size())
-            return;
-        for (StreamingClass_DBC_Signal *record : m_records) {
-            if (const StreamingClass_DBC_Signal *first = m_first.value(keyOf(*record)))
-                record->description = first->description;
+        const Entry *previous = nullptr;
+        for (const Entry &entry : m_entries) {
+            if (previous && !isLess(*previous, entry))
+                entry.record->description = previous->record->description;
+            previous = &entry;
         }
     }
 
 private:
-    using Key = QPair<quint32, QString>;
-
-    [[nodiscard]] static Key keyOf(const StreamingClass_DBC_Signal &record)
+    struct Entry
     {
-        return {record.msg_id, record.name};
+        quint64 key;
+        Signal *record;
+    };
+
+    // Most comparisons end with this number, without a look at the names.
+    static quint64 keyOf(quint32 identifier, const QString &name)
+    {
+        return quint64(identifier) << 32 | qHash(name);
     }
 
-    const QList<StreamingClass_DBC_Signal *> &m_records;
-    QHash<Key, StreamingClass_DBC_Signal *> m_first; // made when the first comment asks
+    static bool isLess(const Entry &a, const Entry &b)
+    {
+        return a.key != b.key ? a.key < b.key : a.record->name < b.record->name;
+    }
+
+    void build()
+    {
+        m_entries.reserve(std::size_t(m_records.size()));
+        for (Signal *record : m_records)
+            m_entries.push_back({keyOf(record->msg_id, record->name), record});
+        std::stable_sort(m_entries.begin(), m_entries.end(), isLess);
+    }
+
+    const QList<Signal *> &m_records;
+    std::vector<Entry> m_entries; // made when the first comment asks
 };
 
 // "CM_ SG_ identifier name "text";" in words that are apart by one blank.
@@ -106,11 +129,17 @@ struct SignalComment
         const std::size_t lastQuote = statement.rfind('"');
         if (firstQuote != std::string_view::npos && firstQuote < lastQuote) {
             hasText = true;
-            text = statement.substr(firstQuote + 1, statement.size() - firstQuote - 1 - endLength);
+            text = withoutEnd(statement).substr(firstQuote + 1);
         }
     }
 
-    static constexpr std::size_t endLength = 2; // of the quote and the semicolon
+    // Without the last two characters, which are the quote and the semicolon if nothing stands
+    // between them.
+    static std::string_view withoutEnd(std::string_view statement)
+    {
+        statement.remove_suffix(1);
+        return statement.substr(0, dbc::characterStart(statement, statement.size() - 1));
+    }
 
     std::array<std::string_view, 4> part; // CM_, SG_, identifier, name
     std::string_view text;
@@ -121,8 +150,8 @@ struct SignalComment
 class CommentPass
 {
 public:
-    CommentPass(std::string_view text, const QList<StreamingClass_DBC_Signal *> &records,
-                DbcSummary &summary, const dbc::PositionCheck &check)
+    CommentPass(std::string_view text, const QList<Signal *> &records, DbcSummary &summary,
+                const dbc::PositionCheck &check)
         : m_lines(text)
         , m_index(records)
         , m_summary(summary)
@@ -195,12 +224,12 @@ private:
     // False when the identifier is none.
     [[nodiscard]] bool takeSignalComment(const SignalComment &comment)
     {
-        StreamingClass_DBC_Signal *record = nullptr;
+        Signal *record = nullptr;
         if (comment.isWhole) {
             const std::optional<quint32> identifier = dbc::toUnsigned(comment.part[2]);
             if (!identifier)
                 return false;
-            record = m_index.find(*identifier & can::maxExtendedId, comment.part[3]);
+            record = m_index.find(*identifier & can::maxExtendedId, dbc::toText(comment.part[3]));
         }
         if (record && comment.hasText)
             record->description = dbc::toText(comment.text);
@@ -233,7 +262,7 @@ private:
 
 } // namespace
 
-QString dbc::readComments(std::string_view text, const QList<StreamingClass_DBC_Signal *> &records,
+QString dbc::readComments(std::string_view text, const QList<Signal *> &records,
                           DbcSummary &summary, const PositionCheck &check)
 {
     return CommentPass(text, records, summary, check).run();

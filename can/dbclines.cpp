@@ -19,6 +19,12 @@ bool startsWith(std::string_view text, std::string_view head)
     return text.substr(0, head.size()) == head;
 }
 
+// Certainly: neither white space of ASCII nor a control character, nor the start of a wide one.
+bool isNoSpace(char character)
+{
+    return static_cast<unsigned char>(character - '!') < 0xC2 - '!';
+}
+
 // Bytes of the white space character that ends the text, 0 for none.
 std::size_t trailingSpaceLength(std::string_view text)
 {
@@ -43,6 +49,13 @@ std::size_t dbc::wideSpaceLength(std::string_view text)
     return last >= spaceRangeFirst && last <= spaceRangeLast ? longestSpace : 0;
 }
 
+std::size_t dbc::characterStart(std::string_view text, std::size_t position)
+{
+    while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0) == 0x80)
+        --position;
+    return position;
+}
+
 std::string_view dbc::trimmed(std::string_view text)
 {
     std::size_t length = 0;
@@ -59,9 +72,15 @@ std::string_view dbc::Words::next()
     while (m_position < m_text.size() && (length = spaceLength(m_text, m_position)) != 0)
         m_position += length;
     const std::size_t start = m_position;
-    while (m_position < m_text.size() && spaceLength(m_text, m_position) == 0)
-        ++m_position;
-    return m_text.substr(start, m_position - start);
+    const char *at = m_text.data() + start;
+    const char *end = m_text.data() + m_text.size();
+    for (;; ++at) {
+        while (at != end && isNoSpace(*at))
+            ++at;
+        m_position = std::size_t(at - m_text.data());
+        if (at == end || spaceLength(m_text, m_position) != 0)
+            return m_text.substr(start, m_position - start);
+    }
 }
 
 void dbc::appendSimplified(std::string &out, std::string_view text)

@@ -20,6 +20,9 @@ namespace dbc {
     return byte < 0xC2 ? 0 : wideSpaceLength(text.substr(position));
 }
 
+// Where the character begins that has a byte at `position`.
+[[nodiscard]] std::size_t characterStart(std::string_view text, std::size_t position);
+
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
 // The words of a text, one after the other.

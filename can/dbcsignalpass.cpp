@@ -133,10 +133,7 @@ QString dbc::shownLine(std::string_view line)
     constexpr std::size_t longest = 2000;
     if (line.size() <= longest)
         return toText(line);
-    std::size_t length = longest;
-    while ((static_cast<unsigned char>(line[length]) & 0xC0) == 0x80) // not inside a character
-        --length;
-    return toText(line.substr(0, length)) + QStringLiteral("...");
+    return toText(line.substr(0, characterStart(line, longest))) + QStringLiteral("...");
 }
 
 QString dbc::readSignals(std::string_view text, QList<StreamingClass_DBC_Signal *> &records,

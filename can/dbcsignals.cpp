@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
 using Signal = StreamingClass_DBC_Signal;
@@ -77,4 +78,31 @@ void can::insertSignals(OwnedList<Signal> &channel, const QList<Signal *> &fresh
         if (signal)
             channel.append(std::move(signal));
     }
+}
+
+void can::removeSignals(OwnedList<Signal> &channel, const QList<Signal *> &unwanted)
+{
+    using Message = std::pair<quint32, quint8>;
+    const auto messageOf = [](const Signal &signal) {
+        return Message(signal.msg_id, signal.extended_id);
+    };
+    const std::set<const Signal *> gone(unwanted.begin(), unwanted.end());
+    std::set<Message> touched;
+    std::set<Message> multiplexed; // messages that still have multiplexed signals
+    for (const Signal *signal : channel) {
+        if (gone.count(signal) > 0)
+            touched.insert(messageOf(*signal));
+        else if (signal->mux_kind == MultiplexedSignal)
+            multiplexed.insert(messageOf(*signal));
+    }
+    OwnedList<Signal> kept;
+    while (!channel.isEmpty()) {
+        std::unique_ptr<Signal> signal = channel.takeAt(0);
+        const Message message = messageOf(*signal);
+        const bool isIdle = signal->mux_kind == MultiplexorSignal && touched.count(message) > 0
+                            && multiplexed.count(message) == 0;
+        if (!isIdle && gone.count(signal.get()) == 0)
+            kept.append(std::move(signal));
+    }
+    channel.swap(kept);
 }

@@ -49,4 +49,9 @@ struct SignalsToLoad
 void insertSignals(OwnedList<StreamingClass_DBC_Signal> &channel,
                    const QList<StreamingClass_DBC_Signal *> &fresh);
 
+// Takes the records out of the channel. A multiplexor that no multiplexed signal of its message is
+// left for goes with them: it is shown nowhere and would keep a filter.
+void removeSignals(OwnedList<StreamingClass_DBC_Signal> &channel,
+                   const QList<StreamingClass_DBC_Signal *> &unwanted);
+
 } // namespace can

@@ -1,5 +1,6 @@
 #include "cli/batchconversion.h"
 
+#include "MDF4Conversion/progressfigures.h"
 #include "MDF4Conversion/workerconvertmdf4.h"
 #include "cli/console.h"
 #include "cli/conversionjson.h"
@@ -15,18 +16,16 @@
 namespace {
 
 constexpr int watchInterval_ms = 50;
-constexpr double shortestEstimate_s = 0.5;
 
 // "file.rld  45 %  120.0 MB/s  0:12 left"
 QString progressText(const QString &file, int percent, double seconds)
 {
     const QFileInfo info(file);
     QString text = QStringLiteral("%1  %2 %").arg(info.fileName(), QString::number(percent));
-    if (percent > 0 && seconds > shortestEstimate_s) {
-        const double done = percent / 100.0;
+    const ProgressFigures figures = progressFigures(percent / 100.0, double(info.size()), seconds);
+    if (figures.left_s && figures.bytesPerSecond) {
         text += QStringLiteral("  %1/s  %2 left")
-                    .arg(sizeText(double(info.size()) * done / seconds),
-                         durationText(seconds / done - seconds));
+                    .arg(sizeText(*figures.bytesPerSecond), durationText(*figures.left_s));
     }
     return text;
 }
@@ -63,7 +62,7 @@ BatchConversion::Result BatchConversion::convert(const QString &file)
     job.inputFile = file;
     job.outputFolder =
         m_options.outputFolder.isEmpty() ? QFileInfo(file).path() : m_options.outputFolder;
-    job.names = &m_names;
+    job.names = m_names;
     job.author = environmentUser();
     job.department = QSysInfo::machineHostName();
     job.threads = m_options.threads;

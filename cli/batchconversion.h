@@ -9,6 +9,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 class Console;
 
 // Converts raw logs one after the other, each on a worker thread, which prints its messages and
@@ -44,6 +46,6 @@ private:
 
     Console &m_console;
     const Options m_options;
-    OutputNames m_names;
+    const std::shared_ptr<OutputNames> m_names = std::make_shared<OutputNames>();
     QJsonArray m_summaries;
 };

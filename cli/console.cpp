@@ -5,7 +5,6 @@
 #include <QLoggingCategory>
 #include <QTextCodec>
 
-#include <cmath>
 #include <cstdio>
 
 #ifdef Q_OS_WIN
@@ -147,25 +146,6 @@ QString plainMessage(const QString &text)
 QString displayName(const QString &path)
 {
     return QDir::toNativeSeparators(path);
-}
-
-QString sizeText(double bytes)
-{
-    return bytes < 1e9 ? QStringLiteral("%1 MB").arg(bytes / 1e6, 0, 'f', 1)
-                       : QStringLiteral("%1 GB").arg(bytes / 1e9, 0, 'f', 2);
-}
-
-QString durationText(double seconds)
-{
-    const auto whole = static_cast<qint64>(std::ceil(qBound(0.0, seconds, 1e9)));
-    const auto twoDigits = [](qint64 value) {
-        return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
-    };
-    const QString minutesAndSeconds =
-        twoDigits(whole / 60 % 60) + QLatin1Char(':') + twoDigits(whole % 60);
-    if (whole >= 3600)
-        return QStringLiteral("%1:%2").arg(whole / 3600).arg(minutesAndSeconds);
-    return whole >= 600 ? minutesAndSeconds : minutesAndSeconds.mid(1);
 }
 
 QString utcText(quint64 utc_us)

@@ -45,10 +45,6 @@ private:
 // A file name as the user knows it.
 [[nodiscard]] QString displayName(const QString &path);
 
-// 12.3 MB, 1.20 GB.
-[[nodiscard]] QString sizeText(double bytes);
-// 0:07, 12:30, 1:02:03.
-[[nodiscard]] QString durationText(double seconds);
 // UTC in us since 1970 as ISO 8601 with milliseconds.
 [[nodiscard]] QString utcText(quint64 utc_us);
 // A number with what it counts, in which %1 stands for it: "1 byte is", "%1 bytes are".

@@ -1,5 +1,6 @@
 #include "cli/inspectionrun.h"
 
+#include "MDF4Conversion/progressfigures.h"
 #include "cli/console.h"
 #include "cli/inspectionjson.h"
 #include "cli/inspectiontext.h"

@@ -169,9 +169,12 @@ bool takeComment(const QString &statement, std::vector<Signal> &records)
     const quint32 identifier = asciiOnly(parts.at(2)).toUInt(&ok) & 0x1FFFFFFF;
     const int first = statement.indexOf(quote);
     const bool hasText = first >= 3 && first < statement.lastIndexOf(quote);
+    QString description = statement.mid(first + 1, statement.size() - first - 3);
+    if (description.size() > 0 && description.at(description.size() - 1).isHighSurrogate())
+        description.chop(1); // half of a character
     for (Signal &signal : records) {
         if (hasText && signal.msg_id == identifier && signal.name == parts.at(3))
-            signal.description = statement.mid(first + 1, statement.size() - first - 3);
+            signal.description = description;
     }
     return ok;
 }

@@ -141,10 +141,11 @@ bool Logger_Data_Handler_Class::openSocket(Worker &worker, const QHostAddress &a
         const qint64 left_ms = qMax(qint64(0), connectTimeout_ms - clock.elapsed());
         emit signal_connecting(port, int((left_ms + 999) / 1000));
     });
+    tick.setTimerType(Qt::PreciseTimer);
     tick.start(connectTick_ms);
     meanwhile.exec();
     if (!isOver)
-        closeSockets();
+        cancelConnect();
     return isOpen.get();
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "MDF4Conversion/Interface_MDF4_Factory/ccp_xcp_splitted_byte_container.h"
-#include "MDF4Conversion/extractedvalue.h"
 #include "MDF4Conversion/extractingchannel.h"
 #include "MDF4Conversion/rawlog/stdlogentry.h"
 #include "can/bitextraction.h"
+#include "can/extractedvalue.h"
 
 #include <QString>
 

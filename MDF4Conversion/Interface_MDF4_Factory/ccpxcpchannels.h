@@ -25,7 +25,7 @@ struct EthXcpSource : CCP_XCP_Signal
     [[nodiscard]] static QString overflowText(const QString &name, const char *conversionName)
     {
         return QStringLiteral("TS-Overflow for %1 handled. MDF4_DataChannel_%2_ETH_XCP")
-            .arg(name, QLatin1String(conversionName));
+            .arg(name.toHtmlEscaped(), QLatin1String(conversionName));
     }
 };
 

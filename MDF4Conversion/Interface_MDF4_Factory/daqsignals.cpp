@@ -117,7 +117,7 @@ CCP_XCP_Signal *DaqSignals::signalOf(const StreamingClass_A2L_DAQ &daq, const QS
             m_messages.warning(
                 QStringLiteral("a2lToCNDType - landed in default.. Measurement %1 is "
                                "left out, its data type %2 is unknown.")
-                    .arg(name, QString::number(measurement->data_type)));
+                    .arg(name.toHtmlEscaped(), QString::number(measurement->data_type)));
         m_places.insert(name, leftOut);
         return nullptr;
     }
@@ -128,7 +128,7 @@ CCP_XCP_Signal *DaqSignals::signalOf(const StreamingClass_A2L_DAQ &daq, const QS
             m_messages.error(
                 QStringLiteral("Measurement %1 is left out: there is no extraction for "
                                "its byte order (%2).")
-                    .arg(name, QString::number(measurement->byte_order)));
+                    .arg(name.toHtmlEscaped(), QString::number(measurement->byte_order)));
         m_places.insert(name, leftOut);
         return nullptr;
     }

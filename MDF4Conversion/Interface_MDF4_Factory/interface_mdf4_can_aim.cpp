@@ -96,7 +96,8 @@ Interface_MDF4_CAN_AIM::Interface_MDF4_CAN_AIM(const MDF4_ConversionContext &han
         handler.messages->warning(
             QStringLiteral("AIM module %1 on CAN-%2: from %3 on its channels reach beyond its "
                            "message of %4 bytes, what is missing reads as 0.")
-                .arg(meta.name, QString::number(canNumber), channels()[inFrame]->name,
+                .arg(meta.name.toHtmlEscaped(), QString::number(canNumber),
+                     channels()[inFrame]->name.toHtmlEscaped(),
                      QString::number(layout.frameBytes)));
     }
 }
@@ -153,7 +154,7 @@ void Interface_MDF4_CAN_AIM::reportLosses() const
     context().messages->info(
         QStringLiteral(
             "%1 messages of channel-group %2 were left out, they don't have its %3 bytes.")
-            .arg(QString::number(m_wrongLengths), sigGrpName,
+            .arg(QString::number(m_wrongLengths), sigGrpName.toHtmlEscaped(),
                  QString::number(m_layout.frameBytes)));
 }
 

@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/Interface_MDF4_Factory/namelist.h"
 #include "MDF4Conversion/mdf4_conversion_msg_interface.h"
+#include "can/dbcmessages.h"
 #include "config/streamingclass_dbc_signal.h"
 #include "config/terminalcancfg.h"
 
@@ -13,73 +14,6 @@
 namespace {
 
 using Signal = StreamingClass_DBC_Signal;
-
-// The signals of one message, in list order.
-struct Message
-{
-    std::vector<const Signal *> recorded; // without multiplexors
-    std::vector<const Signal *> multiplexors;
-
-    [[nodiscard]] bool hasMultiplexed() const
-    {
-        return std::any_of(recorded.begin(), recorded.end(), [](const Signal *signal) {
-            return signal->mux_kind == MultiplexedSignal;
-        });
-    }
-};
-
-// Sorts by number, standard before extended.
-using MessageKey = std::pair<quint32, bool>;
-using Messages = std::map<MessageKey, Message>;
-
-Messages messagesOf(const TerminalCanCfg &configuration)
-{
-    Messages messages;
-    for (const Signal *signal : configuration.dbc_signals) {
-        Message &message = messages[{signal->msg_id, signal->extended_id != 0}];
-        const bool isRecorded = signal->selection_flags & Signal::recordFlag;
-        if (signal->mux_kind == MultiplexorSignal)
-            message.multiplexors.push_back(signal);
-        // Without multiplexed signals beside it a multiplexor is a value like any other.
-        if (isRecorded)
-            message.recorded.push_back(signal);
-    }
-    for (auto &[key, message] : messages) {
-        if (message.hasMultiplexed()) {
-            auto &recorded = message.recorded;
-            recorded.erase(std::remove_if(recorded.begin(), recorded.end(),
-                                          [](const Signal *signal) {
-                                              return signal->mux_kind == MultiplexorSignal;
-                                          }),
-                           recorded.end());
-        }
-    }
-    return messages;
-}
-
-can::BitOrder bitOrder(const Signal &signal)
-{
-    return signal.little_endian ? can::BitOrder::Intel : can::BitOrder::Motorola;
-}
-
-MultiplexorField fieldOf(const Signal &multiplexor)
-{
-    return {multiplexor.start_bit, multiplexor.bit_length, bitOrder(multiplexor)};
-}
-
-ExtractedValue::Kind valueKind(const Signal &signal)
-{
-    switch (signal.is_signed) {
-    case 0:
-        return ExtractedValue::Unsigned;
-    case 2:
-        return ExtractedValue::Float;
-    case 3:
-        return ExtractedValue::Double;
-    default:
-        return ExtractedValue::Signed;
-    }
-}
 
 // Type and size of the stored value: the smallest of 1, 2, 4 and 8 bytes that holds it.
 void setStorage(MDF4_DataChannel &channel, ExtractedValue::Kind kind, quint32 bitLength)
@@ -110,10 +44,7 @@ DbcSource sourceOf(const Signal &signal, const EntrySelection &frames)
     source.id = signal.msg_id & rawlog::extendedIdMask;
     source.extended = signal.extended_id != 0;
     source.dlc = signal.dlc;
-    source.startBit = signal.start_bit;
-    source.bitLength = qMin<quint32>(signal.bit_length, 64);
-    source.order = bitOrder(signal);
-    source.kind = valueKind(signal);
+    source.field = can::valueField(signal);
     source.multiplexor = frames.multiplexor;
     source.multiplexorValue = frames.multiplexorValue;
     return source;
@@ -131,9 +62,9 @@ public:
         , m_groups(groups)
     {}
 
-    void addMessage(const MessageKey &key, const Message &message)
+    void addMessage(const can::DbcMessageKey &key, const can::DbcMessage &message)
     {
-        if (message.recorded.empty())
+        if (message.chosen.empty())
             return;
         warnAboutMultiplexors(key.first, message);
         EntrySelection frames;
@@ -141,11 +72,11 @@ public:
         frames.number = m_number;
         frames.canId =
             (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
-        warnAboutFrames(key.first, message, frames);
+        warnAboutFrames(key.first, message);
         if (!message.hasMultiplexed())
-            addGroup(QLatin1String(groupnames::kinds::dbc), frames, message.recorded);
+            addGroup(QLatin1String(groupnames::kinds::dbc), frames, message.chosen);
         else if (message.multiplexors.empty())
-            addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, message.recorded);
+            addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, message.chosen);
         else
             addMultiplexedGroups(frames, message);
     }
@@ -153,7 +84,7 @@ public:
 private:
     using Places = std::vector<std::size_t>; // in the list of recorded signals, ascending
 
-    void warnAboutMultiplexors(quint32 id, const Message &message)
+    void warnAboutMultiplexors(quint32 id, const can::DbcMessage &message)
     {
         if (message.multiplexors.size() > 1) {
             m_context.messages->warning(
@@ -169,16 +100,16 @@ private:
         }
     }
 
-    void warnAboutFrames(quint32 id, const Message &message, const EntrySelection &frames)
+    void warnAboutFrames(quint32 id, const can::DbcMessage &message)
     {
         QStringList beyond;
         const auto judge = [&](const Signal &signal) {
-            if (sourceOf(signal, frames).field(0).frameBytes() > signal.dlc)
+            if (can::valueField(signal).frameBytes() > signal.dlc)
                 beyond.append(signal.name);
         };
         if (message.hasMultiplexed() && !message.multiplexors.empty())
             judge(*message.multiplexors.front());
-        for (const Signal *signal : message.recorded)
+        for (const Signal *signal : message.chosen)
             judge(*signal);
         if (beyond.isEmpty())
             return;
@@ -189,33 +120,33 @@ private:
     }
 
     // Each value of the multiplexor has a group of its own, with the plain signals, too.
-    void addMultiplexedGroups(EntrySelection frames, const Message &message)
+    void addMultiplexedGroups(EntrySelection frames, const can::DbcMessage &message)
     {
         Places plain;
         std::map<qint32, Places> byValue;
-        for (std::size_t place = 0; place < message.recorded.size(); ++place) {
-            const Signal &signal = *message.recorded[place];
+        for (std::size_t place = 0; place < message.chosen.size(); ++place) {
+            const Signal &signal = *message.chosen[place];
             Places &places =
                 signal.mux_kind == MultiplexedSignal ? byValue[signal.mux_value] : plain;
             places.push_back(place);
         }
-        frames.multiplexor = fieldOf(*message.multiplexors.front());
+        frames.multiplexor = can::multiplexorField(*message.multiplexors.front());
         for (const auto &[value, own] : byValue) {
             if (m_groups.isClosed())
                 return;
-            frames.multiplexorValue = static_cast<quint32>(value);
+            frames.multiplexorValue = can::multiplexorBits(value);
             Places places;
             std::merge(plain.begin(), plain.end(), own.begin(), own.end(),
                        std::back_inserter(places));
-            std::vector<const Signal *> members;
+            std::vector<Signal *> members;
             for (const std::size_t place : places)
-                members.push_back(message.recorded[place]);
+                members.push_back(message.chosen[place]);
             addGroup(QLatin1String(groupnames::kinds::dbcMultiplexed), frames, members);
         }
     }
 
     void addGroup(const QString &kind, const EntrySelection &frames,
-                  const std::vector<const Signal *> &members)
+                  const std::vector<Signal *> &members)
     {
         if (!m_groups.reserve(members.size()))
             return;
@@ -255,11 +186,11 @@ void Interface_MDF4_CAN_DBC::addSignal(const StreamingClass_DBC_Signal &signal)
     channel->unit = signal.unit;
     channel->factor = signal.factor;
     channel->offset = signal.offset;
-    setStorage(*channel, source.kind, source.bitLength);
+    setStorage(*channel, source.field.kind, source.field.bitLength);
     channel->setPhysicalRange(signal.minimum, signal.maximum);
     if (channels().empty())
         m_firstSource = source;
-    m_fields.push_back(source.field(channel->size));
+    m_fields.push_back({source.field, static_cast<quint8>(channel->size)});
     if (m_sameFrames)
         channel->shareClock(m_clock);
     addChannel(std::move(channel));
@@ -281,8 +212,8 @@ bool Interface_MDF4_CAN_DBC::takeEntry(const StdLogEntry &entry)
     noteTime(entry.timestamp);
     const can::Bytes frame{entry.data.data(), entry.data.size()};
     RecordBuffer &record = beginRecord();
-    for (const BitField &field : m_fields)
-        record.append(field.bitsIn(frame), field.storedBytes);
+    for (const StoredField &stored : m_fields)
+        record.append(stored.field.bitsIn(frame), stored.bytes);
     endRecord(m_clock.timestamp());
     return true;
 }
@@ -305,7 +236,8 @@ void Interface_MDF4_CAN_DBC::build(const MDF4_ConversionContext &handler,
                                    ChannelGroupList &groups)
 {
     GroupBuilder builder(handler, configuration, number, groups);
-    for (const auto &[key, message] : messagesOf(configuration)) {
+    for (const auto &[key, message] :
+         can::dbcMessages(configuration.dbc_signals.items(), Signal::recordFlag)) {
         if (groups.isClosed())
             return;
         builder.addMessage(key, message);

@@ -36,7 +36,12 @@ private:
     // in one go.
     bool m_sameFrames = true;
     DbcSource m_firstSource;
-    std::vector<BitField> m_fields;
+    struct StoredField
+    {
+        can::BitField field;
+        quint8 bytes = 0; // in the record
+    };
+    std::vector<StoredField> m_fields;
     SampleClock m_clock;
 };
 

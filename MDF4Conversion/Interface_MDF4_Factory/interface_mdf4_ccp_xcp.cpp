@@ -104,9 +104,10 @@ private:
     {
         if (names.isEmpty())
             return;
-        m_context.messages->warning(
-            QStringLiteral("Measurements of %1-%2 are left out, %3: %4")
-                .arg(m_port.name.label, QString::number(m_port.number), reason, nameList(names)));
+        m_context.messages->warning(QStringLiteral("Measurements of %1-%2 are left out, %3: %4")
+                                        .arg(m_port.name.label.toHtmlEscaped(),
+                                             QString::number(m_port.number), reason,
+                                             nameList(names).toHtmlEscaped()));
     }
 
     void addGroup(const Signals &members)

@@ -97,7 +97,7 @@ void Interface_MDF4_D4MOD::makeChannels(int count)
         context().messages->warning(
             QStringLiteral(
                 "%1 starts anew with %2 channels, %3 records with %4 channels are dropped.")
-                .arg(sigGrpName)
+                .arg(sigGrpName.toHtmlEscaped())
                 .arg(count)
                 .arg(recordCount())
                 .arg(channels().size()));

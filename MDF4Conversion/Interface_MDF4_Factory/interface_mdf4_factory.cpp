@@ -25,7 +25,7 @@ void buildAim(const MDF4_ConversionContext &handler, const TerminalCanCfg &confi
             handler.messages->error(
                 QStringLiteral("AIM module %1 on CAN-%2 is left out: its samples don't fit a CAN "
                                "message.")
-                    .arg(meta->name, QString::number(number)));
+                    .arg(meta->name.toHtmlEscaped(), QString::number(number)));
             continue;
         }
         const QString name = groupnames::groupName(canPortName(configuration, number), QString())

@@ -154,9 +154,10 @@ std::unique_ptr<MDF4_DataChannel>
 MeasurementChannels::withoutFormula(const CCP_XCP_Signal &signal,
                                     const A2lCompuMethod &method) const
 {
-    m_messages.warning(QStringLiteral("Measurement %1 is written without conversion: its "
-                                      "computation method %2 has no formula.")
-                           .arg(signal.measurement().name, method.name));
+    m_messages.warning(
+        QStringLiteral("Measurement %1 is written without conversion: its "
+                       "computation method %2 has no formula.")
+            .arg(signal.measurement().name.toHtmlEscaped(), method.name.toHtmlEscaped()));
     return makeChannel<MDF4_DataChannel_Identity, Source>(signal, method.unit);
 }
 
@@ -166,6 +167,7 @@ MeasurementChannels::withoutTable(const CCP_XCP_Signal &signal, const A2lCompuMe
 {
     m_messages.warning(QStringLiteral("Measurement %1 is written without conversion: table %2 of "
                                       "its computation method %3 is missing, empty or too long.")
-                           .arg(signal.measurement().name, method.table_name, method.name));
+                           .arg(signal.measurement().name.toHtmlEscaped(),
+                                method.table_name.toHtmlEscaped(), method.name.toHtmlEscaped()));
     return makeChannel<MDF4_DataChannel_Identity, Source>(signal, method.unit);
 }

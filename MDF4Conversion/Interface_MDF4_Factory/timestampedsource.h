@@ -1,8 +1,8 @@
 #pragma once
 
-#include "MDF4Conversion/extractedvalue.h"
 #include "MDF4Conversion/extractingchannel.h"
 #include "MDF4Conversion/rawlog/stdlogentry.h"
+#include "can/extractedvalue.h"
 
 #include <QtEndian>
 

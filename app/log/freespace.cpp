@@ -1,10 +1,10 @@
 #include "app/log/freespace.h"
 
-#ifdef Q_OS_WIN
-#include <windows.h>
-#else
 #include <QDir>
 #include <QStorageInfo>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
 #endif
 
 std::optional<quint64> freeSpaceOfCurrentDrive()
@@ -18,9 +18,14 @@ std::optional<quint64> freeSpaceOfCurrentDrive()
         return std::nullopt;
     return quint64(sectorsPerCluster) * bytesPerSector * freeClusters;
 #else
-    const QStorageInfo drive(QDir::currentPath());
-    if (!drive.isValid() || drive.bytesAvailable() < 0)
+    return freeSpaceOf(QDir::currentPath());
+#endif
+}
+
+std::optional<quint64> freeSpaceOf(const QString &folder)
+{
+    const QStorageInfo drive(folder);
+    if (folder.isEmpty() || !drive.isValid() || drive.bytesAvailable() < 0)
         return std::nullopt;
     return static_cast<quint64>(drive.bytesAvailable());
-#endif
 }

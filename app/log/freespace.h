@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <functional>
 #include <optional>
@@ -10,3 +10,5 @@ using FreeSpaceSource = std::function<std::optional<quint64>()>;
 
 // Free bytes of the drive of the current directory that this user may fill.
 [[nodiscard]] std::optional<quint64> freeSpaceOfCurrentDrive();
+// The same of the drive that a folder is on. Nothing if the folder doesn't exist.
+[[nodiscard]] std::optional<quint64> freeSpaceOf(const QString &folder);

@@ -1,20 +1,14 @@
 #include "app/ui/filedialogs.h"
 
+#include "app/ui/settingsstore.h"
+
 #include <QFileInfo>
-#include <QSettings>
 
 namespace {
 
-struct Store : QSettings
-{
-    Store()
-        : QSettings(QStringLiteral("ZELVO"), QStringLiteral("ZDS"))
-    {}
-};
-
 QString startPath(const QString &key, const std::optional<QString> &fallbackKey)
 {
-    const Store store;
+    const SettingsStore store;
     const QString saved = store.value(key).toString();
     return saved.isEmpty() && fallbackKey.has_value() ? store.value(*fallbackKey).toString()
                                                       : saved;
@@ -30,7 +24,7 @@ QString folderOf(const QString &path)
 QString remembered(const QString &key, const QString &chosen)
 {
     if (!chosen.isEmpty())
-        Store().setValue(key, chosen);
+        SettingsStore().setValue(key, chosen);
     return chosen;
 }
 

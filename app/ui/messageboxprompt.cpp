@@ -2,6 +2,7 @@
 
 #include "app/ui/icons.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QStyle>
 
@@ -44,12 +45,21 @@ QString extensionOf(const QString &filter)
 
 } // namespace
 
+// The dialog that is open, if any: a box of the window behind it could end up behind it, too. It
+// may be deleted while the box is open, and the box with it.
+QWidget *MessageBoxPrompt::front() const
+{
+    QWidget *dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : m_window.data();
+}
+
 void MessageBoxPrompt::show(QMessageBox::Icon icon, const QString &title, const QString &text,
                             const QString &reason)
 {
-    QMessageBox box(m_window);
-    fill(box, icon, title, reason.isEmpty() ? text : text + QStringLiteral("\n\n") + reason);
-    box.exec();
+    const QPointer<QMessageBox> box(new QMessageBox(front()));
+    fill(*box, icon, title, reason.isEmpty() ? text : text + QStringLiteral("\n\n") + reason);
+    box->exec();
+    delete box;
 }
 
 void MessageBoxPrompt::inform(const QString &title, const QString &text)
@@ -64,13 +74,15 @@ void MessageBoxPrompt::warn(const QString &title, const QString &text, const QSt
 
 bool MessageBoxPrompt::ask(const QString &title, const QString &text)
 {
-    QMessageBox box(m_window);
-    fill(box, QMessageBox::Question, title, text);
-    box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    box.setDefaultButton(QMessageBox::No);
-    box.setEscapeButton(QMessageBox::No);
-    m_question = &box;
-    return box.exec() == QMessageBox::Yes;
+    m_question = new QMessageBox(front());
+    fill(*m_question, QMessageBox::Question, title, text);
+    m_question->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    m_question->setDefaultButton(QMessageBox::No);
+    m_question->setEscapeButton(QMessageBox::No);
+    const QPointer<QMessageBox> box(m_question);
+    const bool isYes = box->exec() == QMessageBox::Yes;
+    delete box;
+    return isYes;
 }
 
 void MessageBoxPrompt::withdrawQuestion()

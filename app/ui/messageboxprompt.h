@@ -25,6 +25,7 @@ public:
                                          const QString &filter) override;
 
 private:
+    [[nodiscard]] QWidget *front() const;
     void show(QMessageBox::Icon icon, const QString &title, const QString &text,
               const QString &reason);
 

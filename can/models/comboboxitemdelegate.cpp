@@ -3,6 +3,7 @@
 #include "config/valuenames.h"
 
 #include <QComboBox>
+#include <QTimer>
 
 namespace {
 
@@ -22,13 +23,17 @@ QWidget *ComboBoxItemDelegate::createEditor(QWidget *parent, const QStyleOptionV
     // The choice counts at once, not only when the cell is left.
     connect(box, QOverload<int>::of(&QComboBox::activated), this,
             &ComboBoxItemDelegate::takeChoice);
+    // Open from the start, once the view has put the editor in its place.
+    QTimer::singleShot(0, box, &QComboBox::showPopup);
     return box;
 }
 
 void ComboBoxItemDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
     auto *box = static_cast<QComboBox *>(editor);
-    box->setCurrentIndex(box->findText(index.data(Qt::EditRole).toString()));
+    const QString type = index.data(Qt::EditRole).toString();
+    box->setPlaceholderText(type); // shown for a type that isn't offered
+    box->setCurrentIndex(box->findText(type));
 }
 
 void ComboBoxItemDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,

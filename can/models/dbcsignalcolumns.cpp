@@ -237,7 +237,7 @@ bool dbcsignalcolumns::isForLogger(Field field)
     return field != Field::Live && field != Field::Value;
 }
 
-QString dbcsignalcolumns::toolTip(const Signal &signal)
+QString dbcsignalcolumns::toolTip(const Signal &signal, const QString &lastLine)
 {
     QStringList lines{signal.name, layoutInMessage(signal)};
     lines += QStringLiteral("Value = raw x %1 + %2, %3 to %4 %5")
@@ -248,6 +248,8 @@ QString dbcsignalcolumns::toolTip(const Signal &signal)
         lines += QStringLiteral("Sent while the multiplexor is %1").arg(signal.mux_value);
     if (!signal.description.isEmpty())
         lines += signal.description.left(maxToolTipText);
+    if (!lastLine.isEmpty())
+        lines += lastLine;
     // Said to be rich text, so that markup in a name or a description isn't taken for it.
     return QStringLiteral("<p style='white-space:pre-wrap'>")
            + lines.join(QLatin1Char('\n')).toHtmlEscaped() + QStringLiteral("</p>");

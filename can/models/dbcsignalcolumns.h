@@ -17,7 +17,7 @@ using Field = Model_DBC_Signals::Field;
 // Whether the logger has to know of an edit of the field.
 [[nodiscard]] bool isForLogger(Field field);
 
-// All of the signal that the columns don't show, as escaped rich text.
-[[nodiscard]] QString toolTip(const StreamingClass_DBC_Signal &signal);
+// All of the signal that the columns don't show, and a last line, as escaped rich text.
+[[nodiscard]] QString toolTip(const StreamingClass_DBC_Signal &signal, const QString &lastLine);
 
 } // namespace dbcsignalcolumns

@@ -86,9 +86,11 @@ bool FilterModell_DBC_Signals::filterAcceptsRow(int source_row,
 
 bool FilterModell_DBC_Signals::lessThan(const QModelIndex &left, const QModelIndex &right) const
 {
-    if (int(m_ranks.size()) != sourceModel()->rowCount())
+    const auto row = std::size_t(left.row());
+    const auto otherRow = std::size_t(right.row());
+    if (std::max(row, otherRow) >= m_ranks.size())
         rank();
-    return m_ranks[std::size_t(left.row())] < m_ranks[std::size_t(right.row())];
+    return m_ranks[row] < m_ranks[otherRow];
 }
 
 void FilterModell_DBC_Signals::rank() const

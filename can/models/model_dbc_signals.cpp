@@ -72,6 +72,19 @@ QVariant Model_DBC_Signals::background(int row) const
     return {};
 }
 
+QString Model_DBC_Signals::loadedState(int row) const
+{
+    switch (m_loaded.stateOf(*m_rows.at(row))) {
+    case can::LoadedSignals::State::New:
+        break;
+    case can::LoadedSignals::State::Loaded:
+        return loadedText();
+    case can::LoadedSignals::State::LoadedDifferently:
+        return loadedDifferentlyText();
+    }
+    return {};
+}
+
 QVariant Model_DBC_Signals::otherData(int row, int column, int role) const
 {
     switch (role) {
@@ -82,7 +95,9 @@ QVariant Model_DBC_Signals::otherData(int row, int column, int role) const
     case Qt::ForegroundRole: // readable on the light colours, whatever the palette
         return background(row).isValid() ? QVariant(QColor(Qt::black)) : QVariant();
     case Qt::ToolTipRole:
-        return dbcsignalcolumns::toolTip(*m_rows.at(row));
+        return dbcsignalcolumns::toolTip(*m_rows.at(row), loadedState(row));
+    case Qt::AccessibleDescriptionRole: // for those who don't see the colour
+        return loadedState(row);
     default:
         return {};
     }

@@ -36,6 +36,12 @@ public:
     // Row colours of signals that the channel has already.
     static QColor loadedColour() { return {177, 255, 136}; }
     static QColor loadedDifferentlyColour() { return {255, 184, 64}; }
+    // What the colours say.
+    static QString loadedText() { return QStringLiteral("Signal already loaded."); }
+    static QString loadedDifferentlyText()
+    {
+        return QStringLiteral("Signal already loaded, but with different parameters.");
+    }
 
     Model_DBC_Signals(const QList<StreamingClass_DBC_Signal *> &signalList, Layout layout,
                       QObject *parent = nullptr);
@@ -68,6 +74,7 @@ protected:
 
 private:
     [[nodiscard]] QVariant background(int row) const;
+    [[nodiscard]] QString loadedState(int row) const;
 
     const Layout m_layout;
     const std::vector<Field> m_fields; // of the columns

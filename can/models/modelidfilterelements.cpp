@@ -66,6 +66,7 @@ TableColumn<CanIdFilterElement> flagColumn(const QString &title, const QString &
 {
     TableColumn<CanIdFilterElement> column;
     column.title = title;
+    column.alignment = Qt::AlignLeft; // beside the box
     column.tool_tip = toolTip;
     column.text = [=](const CanIdFilterElement &row) { return row.*flag != 0 ? set : clear; };
     column.is_checked = [flag](const CanIdFilterElement &row) { return row.*flag != 0; };

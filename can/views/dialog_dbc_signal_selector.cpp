@@ -1,7 +1,8 @@
 #include "can/views/dialog_dbc_signal_selector.h"
 
 #include "app/ui/checkboxdelegate.h"
-#include "app/ui/tablememory.h"
+#include "app/ui/headermemory.h"
+#include "app/ui/settingsstore.h"
 #include "app/ui/userprompt.h"
 #include "can/dbcsignals.h"
 #include "ui_dialog_dbc_signal_selector.h"
@@ -13,22 +14,17 @@
 #include <QMetaMethod>
 #include <QPointer>
 #include <QSet>
-#include <QSettings>
 #include <QShortcut>
+#include <QSignalBlocker>
 
 using Field = Model_DBC_Signals::Field;
 using Signal = StreamingClass_DBC_Signal;
 
 namespace {
 
-const QString settingsKey = QStringLiteral("dbcSignalSelection");
+constexpr int rowPadding = 8; // pixels
 
-// Where the window was when it was closed.
-struct WindowPlace
-{
-    QSettings store{QStringLiteral("ZELVO"), QStringLiteral("ZDS")};
-    QString geometry = settingsKey + QStringLiteral("/geometry");
-};
+const QString geometryKey = QStringLiteral("dbcSignalSelection/geometry");
 
 OwnedList<Signal> owned(const QList<Signal *> &records)
 {
@@ -84,7 +80,7 @@ Dialog_DBC_Signal_Selector::Dialog_DBC_Signal_Selector(const TerminalCanCfg &cha
                 m_ui->lineEdit_filter->selectAll();
             });
     m_ui->lineEdit_filter->installEventFilter(this);
-    restorePlace();
+    restoreGeometry(SettingsStore().value(geometryKey).toByteArray());
     countChanges(true);
     dbc_model_data_changed({}, {}, {});
     m_ui->lineEdit_filter->setFocus();
@@ -92,7 +88,8 @@ Dialog_DBC_Signal_Selector::Dialog_DBC_Signal_Selector(const TerminalCanCfg &cha
 
 Dialog_DBC_Signal_Selector::~Dialog_DBC_Signal_Selector()
 {
-    savePlace();
+    hide(); // the table's columns are saved while they are there
+    SettingsStore().setValue(geometryKey, saveGeometry());
 }
 
 void Dialog_DBC_Signal_Selector::setSummary(const QString &summary)
@@ -108,6 +105,7 @@ void Dialog_DBC_Signal_Selector::setUpTable()
     table->setItemDelegateForColumn(m_model.columnOf(Field::Record), new CheckBoxDelegate(table));
     table->verticalHeader()->setVisible(false);
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + rowPadding);
 
     QHeaderView *header = table->horizontalHeader();
     header->setHighlightSections(false);
@@ -117,11 +115,12 @@ void Dialog_DBC_Signal_Selector::setUpTable()
     header->setSortIndicator(-1, Qt::AscendingOrder);
     const int letter = table->fontMetrics().averageCharWidth();
     constexpr std::pair<Field, int> letters[] = {
-        {Field::Record, 10}, {Field::Id, 14}, {Field::Name, 36}, {Field::Unit, 12}};
+        {Field::Record, 10}, {Field::Id, 14}, {Field::Name, 42}, {Field::Unit, 16}};
     for (const auto &[field, count] : letters)
         header->resizeSection(m_model.columnOf(field), letter * count);
-    connect(header, &QHeaderView::sectionClicked, this,
+    connect(header, &QHeaderView::sortIndicatorChanged, this,
             &Dialog_DBC_Signal_Selector::set_sorting_column);
+    new HeaderMemory(table, QStringLiteral("DbcSignalSelection"));
 
     auto *sorting = new QAction(QStringLiteral("Sort by this column"), table);
     sorting->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
@@ -136,6 +135,8 @@ void Dialog_DBC_Signal_Selector::setUpTable()
 
 void Dialog_DBC_Signal_Selector::setUpLegend()
 {
+    m_ui->label_loaded->setText(Model_DBC_Signals::loadedText());
+    m_ui->label_loaded_differently->setText(Model_DBC_Signals::loadedDifferentlyText());
     setColour(m_ui->label_colour_loaded, Model_DBC_Signals::loadedColour());
     setColour(m_ui->label_colour_loaded_differently, Model_DBC_Signals::loadedDifferentlyColour());
     m_ui->label_remaining_filters->setToolTip(
@@ -143,22 +144,6 @@ void Dialog_DBC_Signal_Selector::setUpLegend()
                        "in all; each message takes one. Below 0 nothing can be loaded.")
             .arg(can::maxFilters));
     m_ui->label_remaining_caption->setToolTip(m_ui->label_remaining_filters->toolTip());
-}
-
-void Dialog_DBC_Signal_Selector::restorePlace()
-{
-    const WindowPlace place;
-    restoreGeometry(place.store.value(place.geometry).toByteArray());
-    QHeaderView *header = m_ui->tableView_signals->horizontalHeader();
-    tablememory::restore(*header, settingsKey);
-    set_sorting_column(header->sortIndicatorSection());
-}
-
-void Dialog_DBC_Signal_Selector::savePlace() const
-{
-    WindowPlace place;
-    place.store.setValue(place.geometry, saveGeometry());
-    tablememory::save(*m_ui->tableView_signals->horizontalHeader(), settingsKey);
 }
 
 void Dialog_DBC_Signal_Selector::countChanges(bool on)
@@ -215,6 +200,7 @@ void Dialog_DBC_Signal_Selector::set_sorting_column(int column_clicked)
 {
     QHeaderView *header = m_ui->tableView_signals->horizontalHeader();
     if (column_clicked < 1) { // ticks don't sort; the click has moved the indicator there
+        const QSignalBlocker blocker(header);
         header->setSortIndicator(m_rows.sortColumn(), m_rows.sortOrder());
         return;
     }
@@ -230,7 +216,6 @@ void Dialog_DBC_Signal_Selector::sortByCurrentColumn()
     const bool isTurned = header->sortIndicatorSection() == column
                           && header->sortIndicatorOrder() == Qt::AscendingOrder;
     header->setSortIndicator(column, isTurned ? Qt::DescendingOrder : Qt::AscendingOrder);
-    set_sorting_column(column);
 }
 
 void Dialog_DBC_Signal_Selector::on_lineEdit_filter_textChanged(QString)
@@ -243,6 +228,9 @@ void Dialog_DBC_Signal_Selector::refresh_filter(bool)
     const Field field = m_ui->radioButton_name->isChecked() ? Field::Name : Field::Description;
     m_rows.set_sorting_string(m_model.columnOf(field), m_ui->lineEdit_filter->text(),
                               m_ui->checkBox_only_checked->isChecked());
+    const QModelIndex current = m_ui->tableView_signals->currentIndex();
+    if (current.isValid())
+        m_ui->tableView_signals->scrollTo(current);
     showCounts();
 }
 
@@ -255,30 +243,38 @@ QString Dialog_DBC_Signal_Selector::calc_signals_to_load(QList<Signal *> *output
     return load.error;
 }
 
+int Dialog_DBC_Signal_Selector::neededFilters(const QList<Signal *> &chosen) const
+{
+    return int(can::merged(can::filtersFromSignals(chosen, can::SelectedOnly::No), m_channelFilters)
+                   .size());
+}
+
 int Dialog_DBC_Signal_Selector::calculate_total_needed_filter_cnt()
 {
-    const can::SignalsToLoad load = can::signalsToLoad(m_signals.items());
-    return int(
-        can::merged(can::filtersFromSignals(load.records, can::SelectedOnly::No), m_channelFilters)
-            .size());
+    return neededFilters(can::signalsToLoad(m_signals.items()).records);
 }
 
 void Dialog_DBC_Signal_Selector::dbc_model_data_changed(QModelIndex, QModelIndex, QVector<int>)
 {
     QList<Signal *> chosen;
     calc_signals_to_load(&chosen, &m_selected);
-    const int remaining = can::maxFilters - calculate_total_needed_filter_cnt();
+    showRemaining(can::maxFilters - neededFilters(chosen));
+    showCounts();
+}
+
+void Dialog_DBC_Signal_Selector::showRemaining(int remaining)
+{
     const bool isWithinLimit = remaining >= 0;
     m_ui->label_remaining_filters->setText(QString::number(remaining));
-    m_ui->label_remaining_filters->setStyleSheet(isWithinLimit
-                                                     ? QStringLiteral("QLabel { color : black; }")
-                                                     : QStringLiteral("QLabel { color : red; }"));
+    const QString style = isWithinLimit ? QStringLiteral("QLabel { color : black; }")
+                                        : QStringLiteral("QLabel { color : red; }");
+    if (m_ui->label_remaining_filters->styleSheet() != style) // to set one takes milliseconds
+        m_ui->label_remaining_filters->setStyleSheet(style);
     m_ui->pushButton_load->setEnabled(isWithinLimit);
     m_ui->pushButton_load->setToolTip(
         isWithinLimit ? QStringLiteral("Adds the ticked signals to the channel (Return)")
                       : QStringLiteral("The ticked signals need more filters than the hardware "
                                        "has: untick some messages"));
-    showCounts();
 }
 
 void Dialog_DBC_Signal_Selector::showCounts()
@@ -296,7 +292,7 @@ void Dialog_DBC_Signal_Selector::load_selected()
     if (selected == 0) {
         m_prompt.inform(QStringLiteral("No Signal selected"),
                         QStringLiteral("Please select signals for recording."));
-    } else if (calculate_total_needed_filter_cnt() > can::maxFilters) {
+    } else if (neededFilters(chosen) > can::maxFilters) {
         m_prompt.warn(QStringLiteral("Filter-Limit"),
                       QStringLiteral("Filter-Limit exceeded, please deselect DBC-Signals."));
     } else if (!error.isEmpty()) {

@@ -58,14 +58,14 @@ protected:
 private:
     void setUpTable();
     void setUpLegend();
-    void restorePlace();
-    void savePlace() const;
     void countChanges(bool on);
     void tick(const QModelIndexList &records, bool on);
     [[nodiscard]] QModelIndexList visibleRecords() const;
     void tickSelectedRows();
     void enterTable();
     void sortByCurrentColumn();
+    [[nodiscard]] int neededFilters(const QList<StreamingClass_DBC_Signal *> &chosen) const;
+    void showRemaining(int remaining);
     void showCounts();
     void handOver(QList<StreamingClass_DBC_Signal *> &chosen);
 

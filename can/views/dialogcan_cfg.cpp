@@ -112,6 +112,7 @@ void DialogCAN_Cfg::setUpFilterTable()
     for (const int column : {Column::Id1, Column::Id2})
         table->setItemDelegateForColumn(column, new HexItemDelegate(table));
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->horizontalHeader()->setHighlightSections(false);
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &DialogCAN_Cfg::enableFilterButtons);
     enableFilterButtons();

@@ -86,6 +86,7 @@ void DialogCanExpOptsCfg::addNames()
         line->setObjectName(QStringLiteral("lineEdit_name_") + kind);
         line->setReadOnly(true);
         line->setFrame(false);
+        line->setStyleSheet(QStringLiteral("QLineEdit { background: transparent; }"));
         line->setFocusPolicy(Qt::ClickFocus);
         line->setAccessibleName(tr("Name of the groups with %1").arg(QLatin1String(row.caption)));
         line->setToolTip(tr("How these channel groups will be called; read-only."));

@@ -8,6 +8,7 @@
 #include "link/protocol/messagetypes.h"
 #include "tests/app/messagesink.h"
 #include "tests/app/scriptedprompt.h"
+#include "tests/support/silentport.h"
 #include "tests/support/simulatedlogger.h"
 
 #include <QComboBox>
@@ -18,6 +19,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <atomic>
 
@@ -45,6 +47,7 @@ private slots:
     void aRefusedTransparentModePutsTheSwitchBack();
     void aLostLoggerLeadsToOneMessageAndTheNextConnectWorks();
     void aLoggerThatIsNotThereIsTold();
+    void connectingToASilentLoggerIsCancelledByTheSameButton();
     void theDebugWindowTalksToTheLogger();
 
 private:
@@ -302,6 +305,25 @@ void tst_WindowWithLogger::aLoggerThatIsNotThereIsTold()
     QTRY_COMPARE(m_prompt->shown.size(), 1);
     QVERIFY(m_prompt->shown.first().startsWith(QStringLiteral("Connection-Error|Socket: ")));
     QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+}
+
+void tst_WindowWithLogger::connectingToASilentLoggerIsCancelledByTheSameButton()
+{
+    const QHostAddress address = m_logger->address();
+    m_logger->inspect([](simulator::LoggerSimulator &logger) { logger.close(); });
+    {
+        const SilentPort silent(address, protocol::commandPort);
+        if (!silent.isSilent())
+            QSKIP("no silent port on this system");
+        QTimer::singleShot(0, m_window.get(), [this] { connectByButton(); });
+        connectByButton();
+        QCOMPARE(m_controller->appState(), APP_STA_DISCONN);
+        QVERIFY(m_prompt->shown.isEmpty());
+    }
+    QVERIFY(m_logger->inspect(
+        [address](simulator::LoggerSimulator &logger) { return logger.listen(address); }));
+    connectByButton();
+    QCOMPARE(m_controller->appState(), APP_STA_CONN_LOG_OFF);
 }
 
 void tst_WindowWithLogger::theDebugWindowTalksToTheLogger()

@@ -14,6 +14,20 @@
 #include <QStackedWidget>
 #include <QTemporaryDir>
 
+// In place of a page, which needs the handler of a real link.
+class StandInPage : public QWidget, public AppComponentBaseClass
+{
+public:
+    explicit StandInPage(const PageContext &context)
+        : QWidget(context.parent)
+        , AppComponentBaseClass(context.controller, context.objectName)
+    {}
+
+    void appStateChanged(AppSta_t &) override {}
+
+    static QWidget *make(const PageContext &context) { return new StandInPage(context); }
+};
+
 // A main window with a scripted link and user, and the widgets that its tests look at.
 class WindowBench
 {
@@ -32,6 +46,8 @@ public:
             MainWindowParts parts;
             parts.link = std::make_unique<ScriptedLink>(&controller);
             link = static_cast<ScriptedLink *>(parts.link.get());
+            for (PageRow &page : parts.pages)
+                page.make = StandInPage::make;
             parts.prompt = &prompt;
             parts.settings = settings.get();
             parts.log_path = QStringLiteral("/state/zds.log");

@@ -48,6 +48,10 @@ void tst_DbcFileParser_Comments::theDescriptionIs_data()
     row("over several lines with CR LF", "CM_ SG_ 291 Speed \"one\r\ntwo\";\r\n", "one\r\ntwo");
     row("with quotes inside", "CM_ SG_ 291 Speed \"a \\\"b\\\" c\";", "a \\\"b\\\" c");
     row("blank in front of the semicolon", "CM_ SG_ 291 Speed \"text\" ;", "text\"");
+    row("a wide character in front of the semicolon", "CM_ SG_ 291 Speed \"text\"\u20ac;",
+        "text\"");
+    row("the widest character in front of the semicolon", "CM_ SG_ 291 Speed \"text\"\U0001F600;",
+        "text\"");
     row("semicolon on a line of its own", "CM_ SG_ 291 Speed \"text\"\n;", "text\"\r");
     row("the last one", "CM_ SG_ 291 Speed \"first\";\nCM_ SG_ 291 Speed \"second\";", "second");
     row("kept when the next has no quotes",

@@ -5,6 +5,10 @@
 #include <algorithm>
 #include <memory>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 // Some megabytes of messages, signals and comments.
@@ -38,6 +42,7 @@ private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void whatCanNotBeOpenedGivesNoText_data();
     void whatCanNotBeOpenedGivesNoText();
+    void aPipeIsNotOpened();
     void aFileThatCanNotBeReadGivesTheCause();
     void aFileThatIsTooLargeIsNotRead();
     void aFileThatDoesNotKnowItsSizeIsRead();
@@ -85,6 +90,20 @@ void tst_DbcFileParser_Files::whatCanNotBeOpenedGivesNoText()
     QCOMPARE(parser.errorText(), QString());
     QVERIFY(!parser.isCancelled());
     QVERIFY(parser.signalList().isEmpty());
+}
+
+// It would wait for a writer.
+void tst_DbcFileParser_Files::aPipeIsNotOpened()
+{
+#ifdef Q_OS_UNIX
+    const QString path = m_folder->filePath(QStringLiteral("pipe.dbc"));
+    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    DbcFileParser parser;
+    QVERIFY(!parser.load(path));
+    QCOMPARE(parser.errorText(), QString());
+#else
+    QSKIP("There are no pipes among the files here.");
+#endif
 }
 
 void tst_DbcFileParser_Files::aFileThatCanNotBeReadGivesTheCause()

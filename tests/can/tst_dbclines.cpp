@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -68,6 +69,7 @@ private slots:
     void spaceIsWhatUnicodeSays();
     void theBytesOfABrokenSpaceAreNoSpace();
     void textsAreSimplifiedAndTrimmedAsByQt();
+    void theStartOfACharacterIsFound();
     void wordsEndAtAnySpace();
     void linesEndWithLfOrCrLf();
     void aCrElsewhereStaysInTheLine();
@@ -104,6 +106,15 @@ void tst_DbcLines::textsAreSimplifiedAndTrimmedAsByQt()
         QCOMPARE(simplified(utf8), text.simplified().toUtf8());
         QCOMPARE(bytesOf(dbc::trimmed(view(utf8))), text.trimmed().toUtf8());
     }
+}
+
+void tst_DbcLines::theStartOfACharacterIsFound()
+{
+    const QByteArray text = "a\u00e9\u20ac\U0001F600";
+    const std::vector<std::size_t> starts = {0, 1, 1, 3, 3, 3, 6, 6, 6, 6};
+    for (std::size_t i = 0; i < starts.size(); ++i)
+        QCOMPARE(dbc::characterStart(view(text), i), starts[i]);
+    QCOMPARE(dbc::characterStart("\x80\x80", 1), std::size_t(0));
 }
 
 void tst_DbcLines::wordsEndAtAnySpace()

@@ -33,6 +33,9 @@ private slots:
     void aSignalThatTheFileHoldsTwiceIsLoadedOnce();
     void signalsOfOtherMessagesAreNotReplaced();
     void aMultiplexorIsReplacedLikeAnyOther();
+    void removedSignalsLeaveTheChannel();
+    void theLastMultiplexedSignalTakesItsMultiplexorAlong();
+    void aMultiplexorOfAnUntouchedMessageStays();
 };
 
 namespace {
@@ -278,6 +281,38 @@ void tst_DbcSignals::aMultiplexorIsReplacedLikeAnyOther()
     can::insertSignals(channel, sample::released(fresh));
     QCOMPARE(names(channel.items()), list({"a", "b", "Page"}));
     QCOMPARE(channel.at(2)->bit_length, quint16(8));
+}
+
+void tst_DbcSignals::removedSignalsLeaveTheChannel()
+{
+    sample::SignalList channel;
+    Signal &a = addSignal(channel, "A");
+    addSignal(channel, "B");
+    Signal &c = addSignal(channel, "C");
+    can::removeSignals(channel, {&c, &a});
+    QCOMPARE(names(channel.items()), list({"B"}));
+}
+
+void tst_DbcSignals::theLastMultiplexedSignalTakesItsMultiplexorAlong()
+{
+    sample::SignalList channel;
+    addMultiplexor(channel, "Mux");
+    Signal &first = addMultiplexed(channel, "First", 1);
+    Signal &second = addMultiplexed(channel, "Second", 2);
+    addSignal(channel, "Plain");
+    can::removeSignals(channel, {&first});
+    QCOMPARE(names(channel.items()), list({"Mux", "Second", "Plain"}));
+    can::removeSignals(channel, {&second});
+    QCOMPARE(names(channel.items()), list({"Plain"}));
+}
+
+void tst_DbcSignals::aMultiplexorOfAnUntouchedMessageStays()
+{
+    sample::SignalList channel;
+    addMultiplexor(channel, "Mux", 0x200);
+    Signal &other = addSignal(channel, "Other", 0x100);
+    can::removeSignals(channel, {&other});
+    QCOMPARE(names(channel.items()), list({"Mux"}));
 }
 
 QTEST_GUILESS_MAIN(tst_DbcSignals)

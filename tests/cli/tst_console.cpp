@@ -10,10 +10,6 @@ private slots:
     void aMessageIsPlainTextOnOneLine_data();
     void aMessageIsPlainTextOnOneLine();
     void controlCharactersDoNotReachTheTerminal();
-    void sizesAreMegabytesAndGigabytes_data();
-    void sizesAreMegabytesAndGigabytes();
-    void durationsAreRoundedUpToSeconds_data();
-    void durationsAreRoundedUpToSeconds();
 };
 
 void tst_Console::aMessageIsPlainTextOnOneLine_data()
@@ -44,42 +40,6 @@ void tst_Console::controlCharactersDoNotReachTheTerminal()
     const QString name = QStringLiteral("a\x1B[2Jb\x07");
     const QChar replaced(QChar::ReplacementCharacter);
     QCOMPARE(plainMessage(name), QLatin1Char('a') + replaced + QStringLiteral("[2Jb") + replaced);
-}
-
-void tst_Console::sizesAreMegabytesAndGigabytes_data()
-{
-    QTest::addColumn<double>("bytes");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("nothing") << 0.0 << QStringLiteral("0.0 MB");
-    QTest::newRow("megabytes") << 12.34e6 << QStringLiteral("12.3 MB");
-    QTest::newRow("gigabytes") << 1.2e9 << QStringLiteral("1.20 GB");
-}
-
-void tst_Console::sizesAreMegabytesAndGigabytes()
-{
-    QFETCH(double, bytes);
-    QFETCH(QString, text);
-    QCOMPARE(sizeText(bytes), text);
-}
-
-void tst_Console::durationsAreRoundedUpToSeconds_data()
-{
-    QTest::addColumn<double>("seconds");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("nothing") << 0.0 << QStringLiteral("0:00");
-    QTest::newRow("a begun second") << 6.1 << QStringLiteral("0:07");
-    QTest::newRow("a minute") << 60.0 << QStringLiteral("1:00");
-    QTest::newRow("ten minutes") << 750.0 << QStringLiteral("12:30");
-    QTest::newRow("hours") << 3723.0 << QStringLiteral("1:02:03");
-    QTest::newRow("negative") << -5.0 << QStringLiteral("0:00");
-    QTest::newRow("endless") << qInf() << QStringLiteral("277777:46:40");
-}
-
-void tst_Console::durationsAreRoundedUpToSeconds()
-{
-    QFETCH(double, seconds);
-    QFETCH(QString, text);
-    QCOMPARE(durationText(seconds), text);
 }
 
 QTEST_GUILESS_MAIN(tst_Console)

@@ -41,6 +41,7 @@ private slots:
     void connectingCanBeCancelled_data();
     void connectingCanBeCancelled();
     void disconnectingWhileConnectingMakesItFail();
+    void theTimeLeftIsToldWhileConnecting();
     void aSecondConnectWhileConnectingFailsAtOnce();
     void theEndOfTheProgramEndsConnecting();
 };
@@ -412,6 +413,20 @@ void tst_Logger_Data_Handler::disconnectingWhileConnectingMakesItFail()
              QStringList{QStringLiteral("Socket: The remote host closed the connection")});
 }
 
+void tst_Logger_Data_Handler::theTimeLeftIsToldWhileConnecting()
+{
+    Silent tool;
+    if (!tool.silent.isSilent())
+        QSKIP("no silent port on this system");
+    const QSignalSpy told(&tool.handler, &Handler::signal_connecting);
+    connect(&tool.handler, &Handler::signal_connecting, &tool.handler, &Handler::cancelConnect);
+    tool.connectAnd([] {});
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(told.first().first().toInt(), int(protocol::commandPort));
+    QVERIFY(told.first().last().toInt() > 0);
+    QVERIFY(told.first().last().toInt() < 10);
+}
+
 void tst_Logger_Data_Handler::aSecondConnectWhileConnectingFailsAtOnce()
 {
     Silent tool;
@@ -438,6 +453,7 @@ void tst_Logger_Data_Handler::theEndOfTheProgramEndsConnecting()
     QCoreApplication::exec();
     QVERIFY(!tool.isConnected);
     QVERIFY(tool.isSoon);
+    QCOMPARE(tool.told, QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_Logger_Data_Handler)

@@ -1,5 +1,5 @@
 #include "link/socketconnect.h"
-#include "tests/support/peerlogger.h"
+#include "tests/support/loopbackaddress.h"
 #include "tests/support/silentport.h"
 
 #include <QTcpServer>
@@ -30,13 +30,13 @@ void tst_SocketConnect::aListeningPortIsConnected()
 void tst_SocketConnect::aRefusedConnectionHasItsCause()
 {
     QTcpSocket socket;
-    QVERIFY(!connectInTime(socket, freshAddress(), 1));
+    QVERIFY(!connectInTime(socket, freeLoopbackAddress(), 1));
     QCOMPARE(socket.errorString(), QStringLiteral("Connection refused"));
 }
 
 void tst_SocketConnect::aPortThatDoesNotAnswerFailsInTime()
 {
-    const QHostAddress address = freshAddress();
+    const QHostAddress address = freeLoopbackAddress();
     const SilentPort silent(address, 19867);
     if (!silent.isSilent())
         QSKIP("no silent port on this system");
@@ -49,7 +49,7 @@ void tst_SocketConnect::aPortThatDoesNotAnswerFailsInTime()
 void tst_SocketConnect::closingTheSocketEndsTheWait()
 {
     constexpr int patience_ms = 60'000;
-    const QHostAddress address = freshAddress();
+    const QHostAddress address = freeLoopbackAddress();
     const SilentPort silent(address, 19867);
     if (!silent.isSilent())
         QSKIP("no silent port on this system");

@@ -92,6 +92,7 @@ private slots:
     void aChannelSendsTheMessagesOfItsSignals();
     void valuesOfASignalStayWithinItsLimitsAndChange();
     void filtersHoldMessagesBack();
+    void aTickedSignalLetsItsMessageThrough();
     void theDrivesMessagesComeWhateverIsSelectedOfThem();
     void aMessageDescribedOtherwiseFollowsItsDescription();
     void aBusWithoutKnownMessagesHasTraffic();
@@ -207,9 +208,29 @@ void tst_LiveStream::filtersHoldMessagesBack()
     channel.dbc_signals.clear(); // recorded ones have filters of their own
     channel.filters.clear();
     CanIdFilterElement &filter = channel.filters.add();
-    filter.filter_type = 1;
+    filter.filter_type = DualFilter;
     filter.id1 = filter.id2 = 0x7FF;
     QCOMPARE(count(streamed(state, 1), rawlog::RLD_CAN, 0), 0);
+}
+
+void tst_LiveStream::aTickedSignalLetsItsMessageThrough()
+{
+    LoggerState state;
+    switchEverythingOff(state);
+    TerminalCanCfg &channel = state.configuration.can[5];
+    channel.enabled = 1;
+    CanIdFilterElement &own = channel.filters.add();
+    own.filter_type = ClassicFilter;
+    own.id1 = 0x100;
+    own.id2 = 0x7FF;
+    addSignal(channel, 0x100);
+    addSignal(channel, 0x200).selection_flags = StreamingClass_DBC_Signal::liveFlag;
+    QSet<quint32> identifiers;
+    for (const StdLogEntry &entry : entriesOf(streamed(state, 1))) {
+        if (entry.type == rawlog::RLD_CAN)
+            identifiers.insert(rawlog::canIdentifier(entry.id));
+    }
+    QCOMPARE(identifiers, QSet<quint32>{0x200});
 }
 
 // Frames under an identifier on channel 0 in two seconds.

@@ -2,21 +2,11 @@
 
 #include "link/protocol/messagetypes.h"
 
-#include <QCoreApplication>
 #include <QTcpServer>
 #include <QTcpSocket>
 
-#include <atomic>
-
-QHostAddress freshAddress()
-{
-    static std::atomic<quint32> count{0};
-    const auto process = quint32(QCoreApplication::applicationPid());
-    return QHostAddress(0x7F000000U | (process % 0xFFFF + 1) << 8 | (++count % 250 + 2));
-}
-
 PeerLogger::PeerLogger(Answer answer)
-    : m_address(freshAddress())
+    : m_address(freeLoopbackAddress())
     , m_answer(std::move(answer))
 {
     m_context = new QObject;

@@ -2,6 +2,7 @@
 
 #include "link/protocol/envelope.h"
 #include "link/threadcall.h"
+#include "tests/support/loopbackaddress.h"
 
 #include <QHostAddress>
 #include <QThread>
@@ -11,9 +12,6 @@
 
 class QTcpServer;
 class QTcpSocket;
-
-// A loopback address that no other test listens on: the logger's ports are fixed.
-[[nodiscard]] QHostAddress freshAddress();
 
 // The logger's end of the command and data sockets for one test: it answers each message with the
 // bytes that the test gives. Lives on a thread of its own, for the tool's thread blocks while it

@@ -2,14 +2,12 @@
 
 #include "link/threadcall.h"
 #include "simulator/loggersimulator.h"
+#include "tests/support/loopbackaddress.h"
 
 #include <QHostAddress>
 #include <QThread>
 
 #include <type_traits>
-
-// An address of 127.0.0.0/8 that no other test is likely to use.
-[[nodiscard]] QHostAddress freeLoopbackAddress();
 
 // A logger simulator on a thread of its own, for tests whose thread blocks while it waits for the
 // logger. It listens on an address of 127.0.0.0/8 that no other test uses.
@@ -56,6 +54,7 @@ private:
     }
 
     QThread m_thread;
+    threadcall::End m_end;
     simulator::LoggerSimulator *m_simulator; // lives on the thread and is deleted there
     QHostAddress m_address;
 };

@@ -26,6 +26,8 @@ private slots:
     void returnAndEscapeMeanNo();
     void aWithdrawnQuestionMeansNo();
     void withdrawingWithoutAQuestionDoesNothing();
+    void aBoxStandsInFrontOfTheDialogThatIsOpen();
+    void aDialogThatGoesAwayTakesItsBoxWithIt();
     void aFileToSaveGetsItsExtension();
     void aCancelledPickerIsEmpty();
 
@@ -112,6 +114,34 @@ void tst_MessageBoxPrompt::withdrawingWithoutAQuestionDoesNothing()
     m_prompt.withdrawQuestion();
     aWithdrawnQuestionMeansNo();
     m_prompt.withdrawQuestion();
+}
+
+void tst_MessageBoxPrompt::aBoxStandsInFrontOfTheDialogThatIsOpen()
+{
+    QWidget window;
+    m_prompt.setWindow(&window);
+    QDialog dialog(&window);
+    dialog.open();
+    const QWidget *parent = nullptr;
+    whenOpen<QMessageBox>([&](QMessageBox &box) {
+        parent = box.parentWidget();
+        box.accept();
+    });
+    m_prompt.inform(QStringLiteral("title"), QStringLiteral("text"));
+    QCOMPARE(parent, &dialog);
+}
+
+void tst_MessageBoxPrompt::aDialogThatGoesAwayTakesItsBoxWithIt()
+{
+    auto *dialog = new QDialog;
+    dialog->open();
+    whenOpen<QMessageBox>([&](QMessageBox &) { delete dialog; });
+    QVERIFY(!m_prompt.ask(QStringLiteral("title"), QStringLiteral("text")));
+    auto *other = new QDialog;
+    other->open();
+    whenOpen<QMessageBox>([&](QMessageBox &) { delete other; });
+    m_prompt.inform(QStringLiteral("title"), QStringLiteral("text"));
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void tst_MessageBoxPrompt::aFileToSaveGetsItsExtension()

@@ -72,6 +72,7 @@ void tst_ComboBoxItemDelegate::aTypeThatIsNotOfferedStays()
 {
     QComboBox *box = openEditor(1);
     QCOMPARE(box->currentIndex(), -1);
+    QCOMPARE(box->placeholderText(), QStringLiteral("Range T2"));
     m_delegate->setModelData(box, m_model.get(), cell(1));
     QCOMPARE(cell(1).data().toString(), QStringLiteral("Range T2"));
 }

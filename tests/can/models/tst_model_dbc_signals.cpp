@@ -46,6 +46,7 @@ private slots:
     void aRenamedSignalKeepsItsRow();
     void newValuesChangeTheirColumnOnly();
     void toolTipsShowMarkupOfTheFileAsText();
+    void theColourIsToldInWordsToo();
     void sortingComparesNumbersAsNumbers();
 };
 
@@ -469,6 +470,22 @@ void tst_Model_DBC_Signals::toolTipsShowMarkupOfTheFileAsText()
     QVERIFY(tip.contains(QStringLiteral("&lt;img")));
     QVERIFY(!tip.contains(QStringLiteral("<img")));
     QVERIFY(tip.contains(QStringLiteral("Start bit 0, 16 bits, Intel, unsigned")));
+}
+
+void tst_Model_DBC_Signals::theColourIsToldInWordsToo()
+{
+    sample::SignalList channel;
+    addSignal(channel, "a");
+    Table table(Layout::SelectionDialog);
+    addSignal(table.list, "a");
+    addSignal(table.list, "new", 0x200);
+    table.model().setChannelSignals(channel.items());
+    const auto words = [&table](int row, int role) {
+        return table.cell(row, Field::Name).data(role).toString();
+    };
+    QCOMPARE(words(0, Qt::AccessibleDescriptionRole), QStringLiteral("Signal already loaded."));
+    QVERIFY(words(0, Qt::ToolTipRole).contains(QStringLiteral("Signal already loaded.")));
+    QCOMPARE(words(1, Qt::AccessibleDescriptionRole), QString());
 }
 
 void tst_Model_DBC_Signals::sortingComparesNumbersAsNumbers()

@@ -721,6 +721,7 @@ void tst_Dialog_DBC_Signal_Selector::widthsAndOrderAreRemembered()
     Bench bench;
     for (const quint32 id : {0x200u, 0x300u, 0x100u})
         addSignal(bench.file, QByteArray::number(id, 16).constData(), id);
+    bench.showWindow();
     QCOMPARE(bench.names(), words("300 200 100"));
     QCOMPARE(bench.table()->columnWidth(Name), 333);
     QCOMPARE(bench.table()->horizontalHeader()->sortIndicatorSection(), int(Id));

@@ -84,6 +84,8 @@ private slots:
 
     void conversionsWithFreeNamesGetOneEach();
     void aFileThatAppearsMeanwhileIsNotReplaced();
+    void namesToTryFirstAreTakenWhenTheyAreFree();
+    void namesToTryFirstGiveWayWhenTheyGotTaken();
     void freeNamesInAMissingFolderFail();
 
     void aMissingFolderFailsAndIsNamed();
@@ -99,12 +101,12 @@ private:
         return givenNames(path(outputFile), path(temporaryDir));
     }
     // Of a process that begins, as all do, with the name of its input and tmp_1.
-    ConversionJob freeNames(OutputNames &names) const
+    ConversionJob freeNames() const
     {
         ConversionJob job;
         job.inputFile = text("a.rld");
         job.outputFolder = m_folder->path();
-        job.names = &names;
+        job.names = std::make_shared<OutputNames>();
         return job;
     }
     QString left() const
@@ -255,11 +257,9 @@ void tst_ConversionFiles::foreignFilesStay()
 void tst_ConversionFiles::conversionsWithFreeNamesGetOneEach()
 {
     {
-        OutputNames firstNames;
-        ConversionFiles first(freeNames(firstNames));
+        ConversionFiles first(freeNames());
         QVERIFY(first.prepare());
-        OutputNames secondNames;
-        ConversionFiles second(freeNames(secondNames));
+        ConversionFiles second(freeNames());
         QVERIFY2(second.prepare(), qPrintable(second.failure()));
         QVERIFY(first.temporaryDir() != second.temporaryDir());
         make(first.growingFile(), "first");
@@ -277,8 +277,7 @@ void tst_ConversionFiles::conversionsWithFreeNamesGetOneEach()
 void tst_ConversionFiles::aFileThatAppearsMeanwhileIsNotReplaced()
 {
     {
-        OutputNames names;
-        ConversionFiles files(freeNames(names));
+        ConversionFiles files(freeNames());
         QVERIFY(files.prepare());
         make(files.growingFile(), "new");
         make(path("a.mf4"), "of somebody else");
@@ -291,10 +290,33 @@ void tst_ConversionFiles::aFileThatAppearsMeanwhileIsNotReplaced()
     QCOMPARE(left(), text("a.mf4 a_1.mf4 a_2.mf4"));
 }
 
+void tst_ConversionFiles::namesToTryFirstAreTakenWhenTheyAreFree()
+{
+    ConversionJob job = freeNames();
+    job.outputFile = path("chosen.mf4");
+    job.temporaryDir = path("tmp_7");
+    ConversionFiles files(job);
+    QVERIFY(files.prepare());
+    QCOMPARE(files.outputFile(), path("chosen.mf4"));
+    QCOMPARE(files.temporaryDir(), path("tmp_7"));
+}
+
+void tst_ConversionFiles::namesToTryFirstGiveWayWhenTheyGotTaken()
+{
+    ConversionJob job = freeNames();
+    job.outputFile = path("chosen.mf4");
+    job.temporaryDir = path("tmp_7");
+    make(path("chosen.mf4"), "of somebody else");
+    QVERIFY(QDir().mkdir(path("tmp_7")));
+    ConversionFiles files(job);
+    QVERIFY(files.prepare());
+    QCOMPARE(files.outputFile(), path("a.mf4"));
+    QCOMPARE(files.temporaryDir(), path("tmp_1"));
+}
+
 void tst_ConversionFiles::freeNamesInAMissingFolderFail()
 {
-    OutputNames names;
-    ConversionJob job = freeNames(names);
+    ConversionJob job = freeNames();
     job.outputFolder = path("missing");
     ConversionFiles files(job);
     QVERIFY(!files.prepare());

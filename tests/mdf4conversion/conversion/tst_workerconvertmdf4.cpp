@@ -28,6 +28,7 @@ private slots:
     void theSignalListIsSentEmptyAndWithCounts();
     void theSummaryTellsWhatWasFound();
     void aConfigurationWithoutARecordIsRefused();
+    void namesOutOfALogStandEscapedInMessages();
     void version6IsConvertedWithoutTheDeprecationLine();
     void version5IsConvertedWithTheDeprecationLine();
     void newerVersionsAreRefused_data();
@@ -147,6 +148,17 @@ void tst_WorkerConvertMDF4::aConfigurationWithoutARecordIsRefused()
     QVERIFY(result.errors.first().contains(text("its configuration is damaged")));
     QVERIFY(!result.summary.written);
     QCOMPARE(log.leftFiles(), QStringList(text("log.rld")));
+}
+
+void tst_WorkerConvertMDF4::namesOutOfALogStandEscapedInMessages()
+{
+    ConversionHarness log;
+    testlog::addSignal(log.configuration.can[0], text("<img src=\"x\">&"), 0x123, 0, 16);
+    log.add(testlog::can(1000, 0, 0x123, "0102030405060708"));
+    const ConversionResult result = log.convert();
+    QVERIFY(result.summary.written);
+    QVERIFY(!result.status(text("Signal:&lt;img src=&quot;x&quot;&gt;&amp; Intervall")).isEmpty());
+    QVERIFY(result.messages.filter(text("<img")).isEmpty());
 }
 
 void tst_WorkerConvertMDF4::version6IsConvertedWithoutTheDeprecationLine()

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+struct PlannedConversion;
+
+// How the program that makes BLF and ASC files is found and called.
+namespace rld2xxxprogram {
+
+// "rld2xxx.exe" in the working folder, otherwise next to the tool, with its whole path. Empty if it
+// is in neither.
+[[nodiscard]] QString find(const QString &workingDir, const QString &toolDir);
+
+// Format, input, output, "ABS" for absolute times, key of the shared memory.
+[[nodiscard]] QStringList arguments(const PlannedConversion &conversion, const QString &memoryKey);
+
+} // namespace rld2xxxprogram

@@ -1,0 +1,179 @@
+#include "MDF4Conversion/views/widgetconvertermdf4.h"
+
+#include "MDF4Conversion/workerconvertmdf4.h"
+#include "app/ui/userprompt.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QThread>
+
+namespace {
+
+constexpr unsigned long endWait_ms = 3000;
+
+bool isEmptyDir(const QString &path)
+{
+    return QDir(path)
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
+        .isEmpty();
+}
+
+} // namespace
+
+// Owns the worker that runs on it. The worker is deleted with it, when both have ended.
+class WidgetConverterMdf4::Thread : public QThread
+{
+public:
+    explicit Thread(const ConversionJob &job)
+        : m_worker(std::make_unique<WorkerConvertMDF4>(job))
+    {
+        m_worker->moveToThread(this);
+    }
+
+    [[nodiscard]] WorkerConvertMDF4 &worker() { return *m_worker; }
+
+    // Once it has ended, which may be now.
+    void deleteWhenFinished()
+    {
+        connect(this, &QThread::finished, this, &QObject::deleteLater);
+        if (isFinished())
+            deleteLater();
+    }
+
+private:
+    const std::unique_ptr<WorkerConvertMDF4> m_worker;
+};
+
+WidgetConverterMdf4::WidgetConverterMdf4(const PlannedConversion &conversion,
+                                         const ConversionJob &job, UserPrompt &prompt,
+                                         QWidget *parent)
+    : WidgetConverterBase(conversion,
+                          {QStringLiteral("Signals"), QStringLiteral("Signal"),
+                           QStringLiteral("The signals of the log and how many samples of each "
+                                          "were found")},
+                          parent)
+    , m_prompt(prompt)
+    , m_job(job)
+{
+    m_job.inputFile = conversion.inputFile;
+    m_job.outputFile = conversion.outputFile;
+    m_job.temporaryDir = conversion.temporaryDir;
+}
+
+WidgetConverterMdf4::~WidgetConverterMdf4()
+{
+    if (!m_thread) {
+        if (isEmptyDir(conversion().temporaryDir))
+            QDir().rmdir(conversion().temporaryDir);
+        return;
+    }
+    m_thread->worker().disconnect(this);
+    if (!m_thread->isFinished()) {
+        m_thread->worker().requestCancelProcess();
+        m_state = conversionstate::cancelled;
+        m_thread->quit(); // the worker's own news of its end isn't delivered any more
+        m_thread->wait(endWait_ms);
+    }
+    if (m_thread->isFinished()) {
+        cleanUpTemporaryDir();
+    } else {
+        m_prompt.inform(QStringLiteral("File-conversion not finished"),
+                        QStringLiteral("Conversion of file %1 not finished, tmp files at %2 not "
+                                       "deleted.")
+                            .arg(conversion().inputFile, conversion().temporaryDir));
+    }
+    m_thread->deleteWhenFinished();
+}
+
+// The worker may have had to take another folder than the planned one, which is somebody else's
+// then.
+void WidgetConverterMdf4::cleanUpTemporaryDir()
+{
+    const QString &folder = m_thread->worker().summary().temporaryDir;
+    if (folder.isEmpty() || !QDir(folder).exists())
+        return;
+    if (isEmptyDir(folder)) {
+        QDir(folder).removeRecursively();
+        return;
+    }
+    m_prompt.inform(QStringLiteral("File-conversion cleanup incomplete"),
+                    QStringLiteral("Conversion cleanup incomplete for file %1. Unable to cleanup "
+                                   "temporary files within directory %2.")
+                        .arg(conversion().inputFile, folder));
+}
+
+void WidgetConverterMdf4::start()
+{
+    startClock();
+    m_thread = new Thread(m_job);
+    connectWorker();
+    m_state = conversionstate::running;
+    m_thread->start(QThread::InheritPriority);
+    if (m_thread->isRunning() || m_thread->isFinished())
+        return;
+    delete m_thread;
+    m_thread = nullptr;
+    appendErrLine(QStringLiteral("The system gives no thread for the conversion."));
+    m_state = conversionstate::finishedWithErrors;
+}
+
+void WidgetConverterMdf4::connectWorker()
+{
+    const WorkerConvertMDF4 *worker = &m_thread->worker();
+    connect(worker, &WorkerConvertMDF4::sig_error, this, &WidgetConverterMdf4::appendErrLine);
+    connect(worker, &WorkerConvertMDF4::sig_warning, this, &WidgetConverterMdf4::appendWarnLine);
+    connect(worker, &WorkerConvertMDF4::sig_status, this, &WidgetConverterMdf4::appendNfoLine);
+    connect(worker, &WorkerConvertMDF4::sig_updateSignals, this,
+            qOverload<std::map<QString, std::map<QString, QString>>, bool>(
+                &WidgetConverterMdf4::updateTree));
+    connect(worker, &WorkerConvertMDF4::sig_progress, this,
+            [this](int percentage) { updateProgress(uint(qMax(percentage, 0))); });
+    connect(m_thread, &QThread::started, worker, &WorkerConvertMDF4::process);
+    connect(worker, &WorkerConvertMDF4::finished, this, &WidgetConverterMdf4::setFinalState);
+    connect(worker, &WorkerConvertMDF4::finished, m_thread, &QThread::quit);
+}
+
+void WidgetConverterMdf4::cancel()
+{
+    if (isFinished())
+        return;
+    if (m_thread)
+        m_thread->worker().requestCancelProcess();
+    m_state = conversionstate::cancelled;
+}
+
+bool WidgetConverterMdf4::isFinished() const
+{
+    if (m_thread && !m_thread->isFinished())
+        return false;
+    return m_state != conversionstate::notStarted && m_state != conversionstate::running;
+}
+
+void WidgetConverterMdf4::disconnectWarnings()
+{
+    qDebug("Warn Disconnected");
+    if (m_thread)
+        disconnect(&m_thread->worker(), &WorkerConvertMDF4::sig_warning, this, nullptr);
+}
+
+void WidgetConverterMdf4::disconnectStatus()
+{
+    qDebug("Nfo Disconnected");
+    if (m_thread)
+        disconnect(&m_thread->worker(), &WorkerConvertMDF4::sig_status, this, nullptr);
+}
+
+void WidgetConverterMdf4::setFinalState()
+{
+    const QString &written = m_thread->worker().summary().outputFile;
+    if (!written.isEmpty())
+        showOutputFile(written); // a free name, if the planned one got taken meanwhile
+    if (m_state == conversionstate::cancelled)
+        return;
+    m_state = errorCount() == 0 ? conversionstate::finished : conversionstate::finishedWithErrors;
+}
+
+QString WidgetConverterMdf4::rowStatus(const QString &count) const
+{
+    return count == QLatin1String("0") ? QStringLiteral("no samples") : QString();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "MDF4Conversion/conversionjob.h"
+#include "MDF4Conversion/views/widgetconverterbase.h"
+
+class UserPrompt;
+
+// Converts to MDF4, on a thread of its own.
+class WidgetConverterMdf4 : public WidgetConverterBase
+{
+    Q_OBJECT
+
+public:
+    // The job says what the plan doesn't: names to go on with, threads. Files are the plan's.
+    WidgetConverterMdf4(const PlannedConversion &conversion, const ConversionJob &job,
+                        UserPrompt &prompt, QWidget *parent = nullptr);
+    // Ends a running conversion, for which it waits a few seconds at most.
+    ~WidgetConverterMdf4() override;
+
+    void start() override;
+    void cancel() override;
+    [[nodiscard]] bool isFinished() const override;
+    void poll() override {}
+    void disconnectWarnings() override;
+    void disconnectStatus() override;
+    [[nodiscard]] quint8 state() const override { return m_state; }
+
+public slots:
+    // When the worker has ended.
+    void setFinalState();
+
+protected:
+    [[nodiscard]] QString rowStatus(const QString &count) const override;
+
+private:
+    class Thread;
+
+    void connectWorker();
+    void cleanUpTemporaryDir();
+
+    UserPrompt &m_prompt;
+    ConversionJob m_job;
+    Thread *m_thread = nullptr; // deletes itself; null before the start
+    quint8 m_state = conversionstate::notStarted;
+};

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "can/canframe.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+#include <vector>
+
+// The row in which a frame to be sent is typed.
+namespace can {
+
+enum class FrameFormat { Classic, Fd };
+
+// The lengths that a frame can have, in bytes, by its DLC code from 0 (ISO 11898-1, coding of the
+// data length code).
+[[nodiscard]] const std::vector<int> &dataLengths(FrameFormat format);
+
+// The number of bytes behind a DLC code; a code above the last one is as long as that.
+[[nodiscard]] int lengthOfDlc(int dlc, FrameFormat format);
+
+// The DLC code of the shortest frame that holds so many bytes; the last code where none does.
+[[nodiscard]] int dlcOfLength(int bytes, FrameFormat format);
+
+struct TxRowInput
+{
+    QString id; // hexadecimal
+    bool extended = false;
+    bool remote = false;
+    FrameFormat format = FrameFormat::Classic;
+    int length = 0;    // bytes
+    QStringList bytes; // hexadecimal, at least as many as the length says
+};
+
+struct TxFrame
+{
+    quint32 id = 0;
+    bool extended = false;
+    bool remote = false;
+    // As long as the frame says; of a remote frame, which carries none, zeros.
+    QByteArray data;
+};
+
+struct TxInputError
+{
+    enum class Field { Identifier, Byte };
+
+    QString text;
+    Field field = Field::Identifier;
+    int byte = 0; // where a byte is wrong
+};
+
+// There are no remote frames of the FD format: the flag doesn't count there.
+[[nodiscard]] std::variant<TxFrame, TxInputError> parseTxRow(const TxRowInput &input);
+
+} // namespace can

@@ -1,0 +1,222 @@
+// The part of the page that loads, shows and removes the signals of DBC files.
+
+#include "app/ui/filedialogs.h"
+#include "app/ui/settingsstore.h"
+#include "app/ui/userprompt.h"
+#include "can/dbcloadtask.h"
+#include "can/dbcsignals.h"
+#include "can/dbcsummary.h"
+#include "can/views/dialog_dbc_signal_selector.h"
+#include "can/views/logger_can_view.h"
+#include "config/record/record.h"
+#include "link/logger_data_handler_class.h"
+#include "ui_logger_can_view.h"
+
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QMimeData>
+
+namespace {
+
+QString lastFileKey(int can_nr)
+{
+    return QStringLiteral("DbcLastFile/CAN-%1").arg(can_nr);
+}
+
+// The one DBC file that is dragged; empty for anything else.
+QString draggedDbcFile(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    if (urls.size() != 1 || !urls.first().isLocalFile())
+        return {};
+    const QString path = urls.first().toLocalFile();
+    return path.endsWith(QStringLiteral(".dbc"), Qt::CaseInsensitive) ? path : QString();
+}
+
+} // namespace
+
+void Logger_CAN_View::connectLoading()
+{
+    connect(m_loading.get(), &DbcLoadTask::progressed, this, [this](int percent, qint64 left_ms) {
+        m_ui->progressBar_loading->setValue(percent);
+        m_ui->label_loading_left->setText(loadTimeLeftText(left_ms));
+    });
+    connect(m_loading.get(), &DbcLoadTask::finished, this, &Logger_CAN_View::dbcFileLoaded);
+    connect(&m_loadingShows, &QTimer::timeout, this, [this] { showLoading(true); });
+    connect(m_ui->pushButton_loading_cancel, &QPushButton::clicked, m_loading.get(),
+            [this] { m_loading->cancel(); });
+    showLoading(false);
+}
+
+void Logger_CAN_View::showLoading(bool on)
+{
+    m_ui->frame_loading->setVisible(on);
+}
+
+bool Logger_CAN_View::canLoad() const
+{
+    return m_isEditable && !m_loading->isRunning();
+}
+
+// Looks for the file, which may take its time on a network: not for each press of a key.
+void Logger_CAN_View::noteLastFile()
+{
+    m_lastFile = SettingsStore().value(lastFileKey(number())).toString();
+    const QFileInfo file(m_lastFile);
+    m_isLastFileThere = file.isFile();
+    const QString name = file.fileName().replace(QLatin1Char('&'), QStringLiteral("&&"));
+    m_ui->pushButton_reload_dbc_file->setText(
+        m_lastFile.isEmpty() ? tr("Load a&gain") : tr("Load a&gain: %1").arg(name));
+    updateDbcButtons();
+}
+
+void Logger_CAN_View::updateDbcButtons()
+{
+    m_ui->pushButton_load_dbc_file->setEnabled(canLoad());
+    m_ui->pushButton_reload_dbc_file->setEnabled(canLoad() && m_isLastFileThere);
+    m_ui->pushButton_remove_selected->setEnabled(
+        m_isEditable && m_ui->tableView_dbc->selectionModel()->hasSelection());
+}
+
+void Logger_CAN_View::showSummary()
+{
+    QString text = m_summary;
+    if (text.isEmpty() && channel().dbc_signals.isEmpty())
+        text = tr("The channel has no signals. Load a DBC file, or drop one on this page.");
+    m_ui->label_dbc_summary->setText(text);
+    m_ui->label_dbc_summary->setVisible(!text.isEmpty());
+}
+
+void Logger_CAN_View::on_pushButton_load_dbc_file_clicked()
+{
+    emit signal_load_dbc_file(number());
+}
+
+void Logger_CAN_View::chooseDbcFile()
+{
+    const QString path = FileDialogs(m_prompt).getOpenFileNameWithKey(
+        QStringLiteral("DbcLoadPath"), {}, QStringLiteral("Open DBC-file"),
+        QStringLiteral("DBC-Files (*.dbc)"));
+    if (!path.isEmpty())
+        loadDbcFile(path);
+}
+
+void Logger_CAN_View::on_pushButton_reload_dbc_file_clicked()
+{
+    loadDbcFile(m_lastFile);
+}
+
+void Logger_CAN_View::loadDbcFile(const QString &path)
+{
+    if (!canLoad())
+        return;
+    m_ui->label_loading->setText(tr("Reading %1").arg(QFileInfo(path).fileName()));
+    m_ui->label_loading_left->clear();
+    m_ui->progressBar_loading->setValue(0);
+    m_loadingShows.start();
+    m_loading->start(path);
+    updateDbcButtons();
+}
+
+void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
+{
+    m_loadingShows.stop();
+    showLoading(false);
+    const DbcFileParser &parser = m_loading->parser();
+    const QString path = m_loading->path();
+    if (isLoaded)
+        SettingsStore().setValue(lastFileKey(number()), path);
+    noteLastFile();
+    if (parser.isCancelled())
+        return;
+    if (!isLoaded) {
+        // Without a text the file couldn't even be read.
+        const QString reason =
+            parser.errorText().isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
+        m_prompt.warn(QStringLiteral("Error loading dbc-file"), parser.errorText(), reason);
+        return;
+    }
+    m_summary =
+        QFileInfo(path).fileName() + QStringLiteral(": ") + dbc::summaryText(parser.summary());
+    showSummary();
+    if (m_isEditable)
+        chooseSignals();
+    else
+        showNotice(tr("%1 was not loaded: the configuration can't be changed now.").arg(path));
+}
+
+void Logger_CAN_View::chooseSignals()
+{
+    auto *dialog = new Dialog_DBC_Signal_Selector(channel(), m_loading->parser().takeSignals(),
+                                                  m_prompt, this);
+    dialog->setSummary(m_summary);
+    connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
+            &Logger_CAN_View::insert_dbc_signals);
+    dialog->open();
+}
+
+void Logger_CAN_View::insert_dbc_signals(QList<StreamingClass_DBC_Signal *> *new_signals)
+{
+    TerminalCanCfg edited;
+    record::copy(channel(), edited);
+    can::insertSignals(edited.dbc_signals, *new_signals);
+    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+}
+
+// Places in the list of the channel, ascending.
+QVector<int> Logger_CAN_View::selectedSignals() const
+{
+    QSet<const StreamingClass_DBC_Signal *> selected;
+    const QModelIndexList rows = m_ui->tableView_dbc->selectionModel()->selectedRows();
+    for (const QModelIndex &row : rows)
+        selected.insert(m_dbcModel.signalAt(m_dbcRows.mapToSource(row).row()));
+    QVector<int> places;
+    for (int i = 0; i < channel().dbc_signals.size(); ++i) {
+        if (selected.contains(channel().dbc_signals.at(i)))
+            places.append(i);
+    }
+    return places;
+}
+
+void Logger_CAN_View::on_pushButton_remove_selected_clicked()
+{
+    const QVector<int> places = selectedSignals();
+    if (places.isEmpty())
+        return;
+    TerminalCanCfg edited;
+    record::copy(channel(), edited);
+    QList<StreamingClass_DBC_Signal *> unwanted;
+    for (const int place : places)
+        unwanted.append(edited.dbc_signals.at(place));
+    can::removeSignals(edited.dbc_signals, unwanted);
+    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+}
+
+void Logger_CAN_View::on_lineEdit_dbc_filter_textChanged(QString text)
+{
+    const int nameColumn = m_dbcModel.columnOf(Model_DBC_Signals::Field::Name);
+    m_dbcRows.set_sorting_string(nameColumn, text, false);
+}
+
+// Whether a signal is shown live is the tool's own affair.
+void Logger_CAN_View::slotDbcModelChanged(bool transferCmd)
+{
+    if (transferCmd) {
+        (void)handler()->writeCan(number(), channel()); // a failure is told by the handler
+        return;
+    }
+    m_decoder.setSignals(channel().dbc_signals.items());
+    m_dbcModel.valuesChanged();
+}
+
+void Logger_CAN_View::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (canLoad() && !draggedDbcFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void Logger_CAN_View::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    loadDbcFile(draggedDbcFile(event->mimeData()));
+}

@@ -1,0 +1,186 @@
+#include "can/cantxrow.h"
+
+#include <QtTest>
+
+using can::FrameFormat;
+using can::TxFrame;
+using can::TxInputError;
+using can::TxRowInput;
+
+class tst_CanTxRow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aDlcHasItsLength_data();
+    void aDlcHasItsLength();
+    void aLengthGetsTheShortestFrameThatHoldsIt_data();
+    void aLengthGetsTheShortestFrameThatHoldsIt();
+    void aRowBecomesAFrame();
+    void bytesBehindTheLengthAreNotRead();
+    void anIdentifierIsLimited_data();
+    void anIdentifierIsLimited();
+    void aByteThatDoesNotParseIsNamed_data();
+    void aByteThatDoesNotParseIsNamed();
+    void aRemoteFrameCarriesZeros();
+    void thereAreNoRemoteFramesOfTheFdFormat();
+
+private:
+    static TxRowInput row(const char *id, const char *bytes)
+    {
+        TxRowInput input;
+        input.id = QString::fromLatin1(id);
+        input.bytes = QString::fromLatin1(bytes).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        input.length = input.bytes.size();
+        return input;
+    }
+};
+
+void tst_CanTxRow::aDlcHasItsLength_data()
+{
+    QTest::addColumn<bool>("isFd");
+    QTest::addColumn<int>("dlc");
+    QTest::addColumn<int>("length");
+    QTest::newRow("none") << false << 0 << 0;
+    QTest::newRow("classic 8") << false << 8 << 8;
+    QTest::newRow("a classic code above 8 is 8 bytes") << false << 15 << 8;
+    QTest::newRow("FD 8") << true << 8 << 8;
+    QTest::newRow("FD 9") << true << 9 << 12;
+    QTest::newRow("FD 10") << true << 10 << 16;
+    QTest::newRow("FD 11") << true << 11 << 20;
+    QTest::newRow("FD 12") << true << 12 << 24;
+    QTest::newRow("FD 13") << true << 13 << 32;
+    QTest::newRow("FD 14") << true << 14 << 48;
+    QTest::newRow("FD 15") << true << 15 << 64;
+    QTest::newRow("below the codes") << true << -1 << 0;
+    QTest::newRow("above the codes") << true << 16 << 64;
+}
+
+void tst_CanTxRow::aDlcHasItsLength()
+{
+    QFETCH(bool, isFd);
+    QFETCH(int, dlc);
+    QTEST(can::lengthOfDlc(dlc, isFd ? FrameFormat::Fd : FrameFormat::Classic), "length");
+}
+
+void tst_CanTxRow::aLengthGetsTheShortestFrameThatHoldsIt_data()
+{
+    QTest::addColumn<bool>("isFd");
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<int>("dlc");
+    QTest::newRow("exact") << true << 48 << 14;
+    QTest::newRow("between") << true << 9 << 9;
+    QTest::newRow("more than there can be") << true << 65 << 15;
+    QTest::newRow("more than classic") << false << 64 << 8;
+    QTest::newRow("below none") << false << -3 << 0;
+}
+
+void tst_CanTxRow::aLengthGetsTheShortestFrameThatHoldsIt()
+{
+    QFETCH(bool, isFd);
+    QFETCH(int, bytes);
+    QTEST(can::dlcOfLength(bytes, isFd ? FrameFormat::Fd : FrameFormat::Classic), "dlc");
+}
+
+void tst_CanTxRow::aRowBecomesAFrame()
+{
+    TxRowInput input = row("18FEF100", "0 a fF 10");
+    input.extended = true;
+    const auto result = can::parseTxRow(input);
+    QVERIFY(std::holds_alternative<TxFrame>(result));
+    const auto &frame = std::get<TxFrame>(result);
+    QCOMPARE(frame.id, 0x18FEF100U);
+    QVERIFY(frame.extended && !frame.remote);
+    QCOMPARE(frame.data.toHex(' '), QByteArray("00 0a ff 10"));
+}
+
+void tst_CanTxRow::bytesBehindTheLengthAreNotRead()
+{
+    TxRowInput input = row("1", "01 02 zz");
+    input.length = 2;
+    const auto result = can::parseTxRow(input);
+    QVERIFY(std::holds_alternative<TxFrame>(result));
+    QCOMPARE(std::get<TxFrame>(result).data.toHex(), QByteArray("0102"));
+}
+
+void tst_CanTxRow::anIdentifierIsLimited_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<bool>("isExtended");
+    QTest::addColumn<QString>("error");
+    const auto standard = QStringLiteral("Invalid Value: CAN-ID, 0 to 7FF hexadecimal");
+    const auto extended = QStringLiteral("Invalid Value: CAN-ID, 0 to 1FFFFFFF hexadecimal");
+    const auto newRow = [](const char *tag, const char *id, bool isExtended, const QString &error) {
+        QTest::newRow(tag) << QString::fromLatin1(id) << isExtended << error;
+    };
+    newRow("highest of 11 bits", "7FF", false, {});
+    newRow("above 11 bits", "800", false, standard);
+    newRow("highest of 29 bits", "1fffffff", true, {});
+    newRow("above 29 bits", "20000000", true, extended);
+    newRow("more than 32 bits", "100000000", true, extended);
+    newRow("empty", "", false, standard);
+    newRow("no digits", "xyz", false, standard);
+    newRow("a sign", "-1", false, standard);
+    newRow("a prefix", "0x10", false, standard);
+}
+
+void tst_CanTxRow::anIdentifierIsLimited()
+{
+    QFETCH(QString, id);
+    QFETCH(bool, isExtended);
+    QFETCH(QString, error);
+    TxRowInput input;
+    input.id = id;
+    input.extended = isExtended;
+    const auto result = can::parseTxRow(input);
+    QCOMPARE(std::holds_alternative<TxFrame>(result), error.isEmpty());
+    if (!error.isEmpty())
+        QCOMPARE(std::get<TxInputError>(result).text, error);
+}
+
+void tst_CanTxRow::aByteThatDoesNotParseIsNamed_data()
+{
+    QTest::addColumn<QString>("bytes");
+    QTest::addColumn<int>("position");
+    QTest::newRow("the first") << QStringLiteral("g0 00 00") << 0;
+    QTest::newRow("the last") << QStringLiteral("00 00 0x") << 2;
+    QTest::newRow("three digits") << QStringLiteral("00 100 00") << 1;
+    QTest::newRow("missing") << QStringLiteral("00 00") << 2;
+}
+
+void tst_CanTxRow::aByteThatDoesNotParseIsNamed()
+{
+    QFETCH(QString, bytes);
+    QFETCH(int, position);
+    TxRowInput input = row("1", qPrintable(bytes));
+    input.length = 3;
+    const auto result = can::parseTxRow(input);
+    QVERIFY(std::holds_alternative<TxInputError>(result));
+    const auto &error = std::get<TxInputError>(result);
+    QCOMPARE(error.text, QStringLiteral("Invalid Value: CAN-Data,BytePos %1").arg(position));
+    QVERIFY(error.field == TxInputError::Field::Byte);
+    QCOMPARE(error.byte, position);
+}
+
+void tst_CanTxRow::aRemoteFrameCarriesZeros()
+{
+    TxRowInput input = row("7", "zz 01");
+    input.remote = true;
+    const auto result = can::parseTxRow(input);
+    QVERIFY(std::holds_alternative<TxFrame>(result));
+    QVERIFY(std::get<TxFrame>(result).remote);
+    QCOMPARE(std::get<TxFrame>(result).data.toHex(), QByteArray("0000"));
+}
+
+void tst_CanTxRow::thereAreNoRemoteFramesOfTheFdFormat()
+{
+    TxRowInput input = row("7", "12");
+    input.remote = true;
+    input.format = FrameFormat::Fd;
+    const auto result = can::parseTxRow(input);
+    QVERIFY(!std::get<TxFrame>(result).remote);
+    QCOMPARE(std::get<TxFrame>(result).data.toHex(), QByteArray("12"));
+}
+
+QTEST_GUILESS_MAIN(tst_CanTxRow)
+#include "tst_cantxrow.moc"

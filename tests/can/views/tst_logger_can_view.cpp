@@ -1,0 +1,336 @@
+#include "tests/can/views/canpagebench.h"
+
+#include <QDialog>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QSignalSpy>
+#include <QTableView>
+
+// What the page shows and lists; no logger is connected.
+class tst_Logger_CAN_View : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void theStateOfTheChannelIsShown();
+    void anotherChannelsChangeIsNotShown();
+    void theStateDecidesWhatCanBeEdited();
+    void theConfigurationDialogWritesTheChannel();
+    void exportOptionsAreWritten();
+    void dialogsCloseWhenNothingCanBeEdited();
+    void theModeOfTheA2lFileIsShown();
+    void theSessionIsShownAsText();
+    void anotherChannelsSessionIsNotShown();
+
+    void receivedFramesAreListed();
+    void anotherChannelsFramesLeaveTheListAlone();
+    void uncheckedTheListStandsStillWhileLiveValuesGoOn();
+    void pausedTheListStandsStill();
+    void aPauseGivesNoPeriod();
+    void theListCanBeCleared();
+    void commentsNameTheChannelsSignals();
+    void theListIsSavedInTheOrderShown();
+    void aListThatCannotBeSavedIsTold();
+    void framesAreForwarded();
+    void framesPerSecondAndLoadAreShown();
+    void aNewConnectionStartsAnew();
+
+    void columnsAreRemembered();
+    void everyControlSaysWhatItIsFor();
+
+private:
+    std::unique_ptr<CanPageBench> m_bench;
+};
+
+void tst_Logger_CAN_View::init()
+{
+    m_bench.reset();
+    m_bench = std::make_unique<CanPageBench>();
+}
+
+void tst_Logger_CAN_View::theStateOfTheChannelIsShown()
+{
+    QCOMPARE(m_bench->label("label_page_title"), QStringLiteral("CAN-2"));
+    QCOMPARE(m_bench->label("label_can_status"), QStringLiteral("Disabled"));
+    m_bench->button("pushButton_can_enable")->click();
+    QCOMPARE(int(m_bench->channel().enabled), 1);
+    QCOMPARE(m_bench->label("label_can_status"), QStringLiteral("Enabled"));
+    QCOMPARE(m_bench->find<QLabel>("label_can_indicator")->styleSheet(),
+             QStringLiteral("QWidget::enabled{border-color: grey;  border-width: 1px;  "
+                            "border-style: solid;  background-color: rgb(0, 255, 0);} "));
+    m_bench->button("pushButton_can_disable")->click();
+    QCOMPARE(m_bench->label("label_can_status"), QStringLiteral("Disabled"));
+    QCOMPARE(m_bench->find<QLabel>("label_can_indicator")->styleSheet(),
+             QStringLiteral("QWidget::enabled{border-color: grey;  border-width: 1px;  "
+                            "border-style: solid;  background-color: rgb(255, 0, 0);} "));
+}
+
+void tst_Logger_CAN_View::anotherChannelsChangeIsNotShown()
+{
+    const QSignalSpy told(&m_bench->page(), &Logger_CAN_View::signal_update_can_cfg_window);
+    QVERIFY(m_bench->handler.cmd_write_can_enabled(3, 1));
+    QVERIFY(told.isEmpty());
+    QVERIFY(m_bench->handler.cmd_write_can_enabled(CanPageBench::number, 1));
+    QCOMPARE(told.size(), 1);
+}
+
+void tst_Logger_CAN_View::theStateDecidesWhatCanBeEdited()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    m_bench->find<QTableView>("tableView_dbc")->selectRow(0);
+    const auto enabled = [this] {
+        QString names;
+        for (const char *name :
+             {"pushButton_can_enable", "pushButton_can_disable", "pushButton_can_configuration",
+              "pushButton_export_options", "pushButton_load_dbc_file", "pushButton_remove_selected",
+              "pushButton_send_msg"})
+            names += m_bench->button(name)->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+        return names;
+    };
+    QCOMPARE(enabled(), QStringLiteral("1111110"));
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QCOMPARE(enabled(), QStringLiteral("0000001"));
+    m_bench->setState(APP_STA_CONN_LOG_OFF);
+    QCOMPARE(enabled(), QStringLiteral("1111111"));
+    m_bench->setState(APP_STA_CONN_TRANSPARENT);
+    QCOMPARE(enabled(), QStringLiteral("0000001"));
+    m_bench->setState(APP_STA_DISCONN);
+    QCOMPARE(enabled(), QStringLiteral("1111110"));
+}
+
+void tst_Logger_CAN_View::theConfigurationDialogWritesTheChannel()
+{
+    m_bench->button("pushButton_can_configuration")->click();
+    auto *dialog = m_bench->page().findChild<QDialog *>(QStringLiteral("DialogCAN_Cfg"));
+    QVERIFY(dialog && dialog->isVisible());
+    QVERIFY(QMetaObject::invokeMethod(dialog, "set_can_bitrate_values", Q_ARG(int, 30),
+                                      Q_ARG(int, 11), Q_ARG(int, 4), Q_ARG(int, 1)));
+    QVERIFY(QMetaObject::invokeMethod(dialog, "set_cfg"));
+    QCOMPARE(int(m_bench->channel().clk_div), 30);
+}
+
+void tst_Logger_CAN_View::exportOptionsAreWritten()
+{
+    m_bench->button("pushButton_export_options")->click();
+    auto *dialog = m_bench->page().findChild<QDialog *>(QStringLiteral("DialogCanExpOptsCfg"));
+    QVERIFY(dialog && dialog->isVisible());
+    const QSignalSpy told(&m_bench->page(), &Logger_CAN_View::signal_update_can_cfg_window);
+    dialog->accept();
+    QCOMPARE(told.size(), 1);
+}
+
+void tst_Logger_CAN_View::dialogsCloseWhenNothingCanBeEdited()
+{
+    m_bench->button("pushButton_can_configuration")->click();
+    const auto *dialog = m_bench->page().findChild<QDialog *>();
+    QVERIFY(dialog && dialog->isVisible());
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QVERIFY(!dialog->isVisible());
+}
+
+void tst_Logger_CAN_View::theModeOfTheA2lFileIsShown()
+{
+    m_bench->page();
+    QCOMPARE(m_bench->label("label_a2l_mode"), QString());
+    TerminalCanCfg edited;
+    edited.a2l.a2l_file_name = QStringLiteral("engine.a2l");
+    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, edited));
+    QCOMPARE(m_bench->label("label_a2l_mode"), QStringLiteral("CCP Mode"));
+    edited.a2l.config.cfg.version_text = QStringLiteral("1.0");
+    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, edited));
+    QCOMPARE(m_bench->label("label_a2l_mode"), QStringLiteral("XCP Mode"));
+}
+
+void tst_Logger_CAN_View::theSessionIsShownAsText()
+{
+    m_bench->page();
+    emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 19, 49);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("Unknown status 19"));
+    QCOMPARE(m_bench->label("label_session_error"), QStringLiteral("LastErr:CMD syntax fault"));
+    emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 0, 0);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("Inactive"));
+    QCOMPARE(m_bench->label("label_session_error"), QString());
+}
+
+void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
+{
+    m_bench->page();
+    emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number + 1, 18, 49);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("-"));
+}
+
+void tst_Logger_CAN_View::receivedFramesAreListed()
+{
+    m_bench->page();
+    m_bench->receive(0x7E0, "0102", 1000);
+    m_bench->receive(0x7E0, "0aff", 21'000);
+    m_bench->receive(0x123, "", 22'000);
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 0), QStringLiteral("7E0"));
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 1), QStringLiteral("2"));
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 2), QStringLiteral("0A FF "));
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 3), QStringLiteral("20000"));
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("2"));
+}
+
+void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
+{
+    m_bench->page();
+    m_bench->receive(0x7E0, "0102", 1000, CanPageBench::number + 1);
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
+}
+
+void tst_Logger_CAN_View::uncheckedTheListStandsStillWhileLiveValuesGoOn()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    m_bench->receive(0x100, "0100000000000000");
+    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
+    m_bench->receive(0x100, "0700000000000000");
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 4), QStringLiteral("1"));
+    QCOMPARE(m_bench->cell("tableView_dbc", 0, 3), QStringLiteral("7"));
+    QVERIFY(m_bench->button("pushButton_save_rx_list")->isEnabled());
+    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(true);
+    m_bench->receive(0x100, "0800000000000000");
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 4), QStringLiteral("2"));
+}
+
+void tst_Logger_CAN_View::pausedTheListStandsStill()
+{
+    m_bench->page();
+    m_bench->receive(0x100, "01");
+    m_bench->button("pushButton_rx_pause")->click();
+    m_bench->receive(0x100, "02");
+    m_bench->receive(0x101, "02");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 2), QStringLiteral("01 "));
+    m_bench->button("pushButton_rx_pause")->click();
+    m_bench->receive(0x100, "03");
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 2), QStringLiteral("03 "));
+}
+
+void tst_Logger_CAN_View::aPauseGivesNoPeriod()
+{
+    m_bench->page();
+    m_bench->receive(0x100, "01", 1000);
+    m_bench->button("pushButton_rx_pause")->click();
+    m_bench->button("pushButton_rx_pause")->click();
+    m_bench->receive(0x100, "01", 9'000'000);
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 3), QString());
+    m_bench->receive(0x100, "01", 9'000'500);
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 3), QStringLiteral("500"));
+}
+
+void tst_Logger_CAN_View::theListCanBeCleared()
+{
+    m_bench->page();
+    m_bench->receive(0x100, "01");
+    m_bench->button("pushButton_clear_rx_list")->click();
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
+}
+
+void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
+{
+    m_bench->page();
+    m_bench->receive(0x100, "01");
+    m_bench->writeSignals({QStringLiteral("Speed"), QStringLiteral("Torque")});
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 5), QStringLiteral("Speed, Torque"));
+}
+
+void tst_Logger_CAN_View::theListIsSavedInTheOrderShown()
+{
+    m_bench->page();
+    m_bench->receive(0x100, "01");
+    m_bench->receive(0x200, "02");
+    m_bench->find<QTableView>("tableView_rx")->sortByColumn(0, Qt::DescendingOrder);
+    const QString path = m_bench->folder.filePath(QStringLiteral("list.txt"));
+    m_bench->prompt.picks = QStringList(path);
+    m_bench->button("pushButton_save_rx_list")->click();
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    QCOMPARE(lines.size(), 4);
+    QVERIFY(lines.at(0).startsWith("ID "));
+    QVERIFY(lines.at(1).startsWith("200 "));
+    QVERIFY(lines.at(2).startsWith("100 "));
+    QVERIFY(m_bench->prompt.shown.isEmpty());
+}
+
+void tst_Logger_CAN_View::aListThatCannotBeSavedIsTold()
+{
+    m_bench->page();
+    m_bench->prompt.picks = QStringList(m_bench->folder.filePath(QStringLiteral("none/list.txt")));
+    m_bench->button("pushButton_save_rx_list")->click();
+    QCOMPARE(m_bench->prompt.shown.size(), 1);
+    QVERIFY(!m_bench->prompt.reasons.first().isEmpty());
+}
+
+void tst_Logger_CAN_View::framesAreForwarded()
+{
+    QByteArray forwarded;
+    connect(&m_bench->page(), &Logger_CAN_View::signalCanMsgForwarder, this,
+            [&forwarded](const QList<RawMessageBaseClass *> &messages) {
+                for (const RawMessageBaseClass *message : messages)
+                    forwarded += message->data;
+            });
+    m_bench->receive(0x100, "0102");
+    QCOMPARE(forwarded.toHex(), QByteArray("0102"));
+}
+
+void tst_Logger_CAN_View::framesPerSecondAndLoadAreShown()
+{
+    m_bench->page().show();
+    QCOMPARE(m_bench->label("label_bus_figures"), QStringLiteral("0 frames/s, bus load 0.0 %"));
+    for (quint32 i = 0; i < 900; ++i)
+        m_bench->receive(0x100, "0102030405060708", 1000 * i);
+    QTRY_COMPARE(m_bench->label("label_bus_figures"),
+                 QStringLiteral("900 frames/s, bus load 20.0 to 24.3 %"));
+    QTRY_COMPARE(m_bench->label("label_bus_figures"), QStringLiteral("0 frames/s, bus load 0.0 %"));
+}
+
+void tst_Logger_CAN_View::aNewConnectionStartsAnew()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    m_bench->receive(0x100, "0100000000000000");
+    m_bench->setState(APP_STA_CONN_INIT);
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
+    QCOMPARE(m_bench->cell("tableView_dbc", 0, 3), QString());
+}
+
+void tst_Logger_CAN_View::columnsAreRemembered()
+{
+    m_bench->page().show();
+    m_bench->find<QTableView>("tableView_rx")->setColumnWidth(2, 177);
+    m_bench->find<QTableView>("tableView_rx")->sortByColumn(4, Qt::DescendingOrder);
+    m_bench->page().hide();
+    m_bench->closePage();
+    m_bench->page().show();
+    auto *table = m_bench->find<QTableView>("tableView_rx");
+    QCOMPARE(table->columnWidth(2), 177);
+    m_bench->receive(1, "");
+    m_bench->receive(2, "");
+    m_bench->receive(2, "");
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+}
+
+void tst_Logger_CAN_View::everyControlSaysWhatItIsFor()
+{
+    const QList<QWidget *> widgets = m_bench->page().findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        const bool isOwn = !widget->objectName().isEmpty()
+                           && !widget->objectName().startsWith(QStringLiteral("qt_"));
+        if (!isOwn || widget->focusPolicy() == Qt::NoFocus || widget->inherits("QTabWidget")
+            || widget->inherits("QTabBar") || widget->parentWidget()->inherits("QTabBar"))
+            continue;
+        QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
+        QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
+    }
+}
+
+QTEST_MAIN(tst_Logger_CAN_View)
+#include "tst_logger_can_view.moc"

@@ -1,0 +1,382 @@
+#include "link/downloadlist.h"
+#include "link/protocol/messagetypes.h"
+#include "tests/support/simulatedlogger.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using State = DownloadList::FileState;
+
+class tst_DownloadList : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void allFilesArriveInTheirOrder();
+    void anEmptyListEndsAtOnce();
+    void namesThatAreTakenAreNumbered();
+    void filesOfOneLocalNameAreKeptApart();
+    void hostileNamesStayInTheFolder();
+    void aNameThatCanNotBeKeptFailsAlone();
+    void aFailureDoesNotKeepTheOthers();
+    void aRetryFetchesOnlyWhatFailed();
+    void aRetryWhileOthersRunIsFetchedBehindThem();
+    void impossibleSizesFailAloneAndAreNotCounted();
+    void aVanishedFolderFailsEveryFile();
+    void aShortageOfSpaceIsToldBeforeTheStart();
+    void exactlyTheSpaceNeededIsEnough();
+    void unknownSpaceDoesNotKeepFromStarting();
+    void aRetryNeedsSpaceForWhatIsLeft();
+    void cancelLeavesWhatHasArrived();
+    void cancelInAFilesEndStartsNoOther();
+    void percentIsOfAllBytes();
+    void percentOfEmptyFilesIsThatOfFiles();
+    void hugeSizesDoNotOverflow();
+    void manyBadNamesDoNotExhaustTheStack();
+};
+
+namespace {
+
+QByteArray pattern(int bytes, int seed)
+{
+    QByteArray all(bytes, '\0');
+    for (int i = 0; i < bytes; ++i)
+        all[i] = char(i * 31 + i / 256 + seed);
+    return all;
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("%s", qPrintable(path));
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("no file");
+}
+
+// A logger with the files a, b and c, and a folder to fetch them into.
+struct Bench
+{
+    Bench()
+    {
+        for (int i = 0; i < names.size(); ++i) {
+            contents += pattern(300'000 + i, i);
+            sizes += contents.at(i).size();
+            write(storage.filePath(names.at(i)), contents.at(i));
+        }
+        logger.inspect(
+            [this](simulator::LoggerSimulator &s) { s.state().logFolder = storage.path(); });
+    }
+
+    DownloadList &list()
+    {
+        if (!m_list) {
+            m_list = std::make_unique<DownloadList>(logger.address(), protocol::filePort, names,
+                                                    sizes, target.path());
+            m_list->client().setSilenceLimit(200);
+            ended = std::make_unique<QSignalSpy>(m_list.get(), &DownloadList::ended);
+        }
+        return *m_list;
+    }
+    bool waitForEnd()
+    {
+        const bool hasEnded = !ended->isEmpty() || ended->wait();
+        ended->clear();
+        return hasEnded;
+    }
+    bool run() { return list().start().isEmpty() && waitForEnd(); }
+    QVector<State> states()
+    {
+        QVector<State> all;
+        for (const DownloadList::File &file : list().files())
+            all += file.state;
+        return all;
+    }
+    QStringList entries() const
+    {
+        return QDir(target.path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
+    void removeFromLogger(int index) { QFile::remove(storage.filePath(names.at(index))); }
+    void putOnLogger(int index) { write(storage.filePath(names.at(index)), contents.at(index)); }
+
+    QStringList names{QStringLiteral("a.rld"), QStringLiteral("b.rld"), QStringLiteral("c.rld")};
+    QList<QByteArray> contents;
+    QList<qint64> sizes;
+    QTemporaryDir storage;
+    QTemporaryDir target;
+    SimulatedLogger logger;
+    std::unique_ptr<QSignalSpy> ended;
+
+private:
+    std::unique_ptr<DownloadList> m_list;
+};
+
+} // namespace
+
+void tst_DownloadList::allFilesArriveInTheirOrder()
+{
+    Bench bench;
+    QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
+    QSignalSpy arrived(&bench.list(), &DownloadList::fileArrived);
+    QVERIFY(bench.run());
+    QCOMPARE(bench.entries(), bench.names);
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(contentOf(bench.list().arrived().at(i)), bench.contents.at(i));
+        QCOMPARE(started.at(i).at(0).toInt(), i);
+        QCOMPARE(arrived.at(i).at(0).toInt(), i);
+    }
+    QCOMPARE(bench.list().percent(), 100);
+    QVERIFY(!bench.list().isRunning());
+}
+
+void tst_DownloadList::anEmptyListEndsAtOnce()
+{
+    Bench bench;
+    bench.names.clear();
+    bench.sizes.clear();
+    QVERIFY(bench.run());
+    QCOMPARE(bench.list().percent(), 100);
+}
+
+void tst_DownloadList::namesThatAreTakenAreNumbered()
+{
+    Bench bench;
+    write(bench.target.filePath(QStringLiteral("a.rld")), "older");
+    QVERIFY(bench.run());
+    QCOMPARE(contentOf(bench.target.filePath(QStringLiteral("a.rld"))), QByteArray("older"));
+    QCOMPARE(bench.list().arrived().at(0), bench.target.filePath(QStringLiteral("a_nr_2.rld")));
+}
+
+void tst_DownloadList::filesOfOneLocalNameAreKeptApart()
+{
+    Bench bench;
+    bench.names = QStringList{QStringLiteral("a.rld"), QStringLiteral("a.rld")};
+    bench.sizes = {bench.sizes.at(0), bench.sizes.at(0)};
+    QVERIFY(bench.run());
+    QCOMPARE(bench.entries(), (QStringList{QStringLiteral("a.rld"), QStringLiteral("a_nr_2.rld")}));
+}
+
+// The simulated logger serves no such files, so they are announced without bytes.
+void tst_DownloadList::hostileNamesStayInTheFolder()
+{
+    Bench bench;
+    bench.names = QStringList{QStringLiteral("../up.rld"), QStringLiteral("/tmp/absolute.rld"),
+                              QStringLiteral("..\\back.rld")};
+    bench.sizes = {0, 0, 0};
+    QVERIFY(bench.run());
+    QCOMPARE(bench.entries(), (QStringList{QStringLiteral("absolute.rld"),
+                                           QStringLiteral("back.rld"), QStringLiteral("up.rld")}));
+}
+
+void tst_DownloadList::aNameThatCanNotBeKeptFailsAlone()
+{
+    Bench bench;
+    bench.names[1] = QStringLiteral("..");
+    QVERIFY(bench.run());
+    QCOMPARE(bench.states(), (QVector<State>{State::Arrived, State::Failed, State::Arrived}));
+    QVERIFY(!bench.list().files().at(1).error.isEmpty());
+}
+
+void tst_DownloadList::aFailureDoesNotKeepTheOthers()
+{
+    Bench bench;
+    bench.removeFromLogger(0);
+    QSignalSpy failed(&bench.list(), &DownloadList::fileFailed);
+    QVERIFY(bench.run());
+    QCOMPARE(bench.states(), (QVector<State>{State::Failed, State::Arrived, State::Arrived}));
+    QCOMPARE(bench.list().files().at(0).error, QStringLiteral("disconnected"));
+    QCOMPARE(failed.count(), 1);
+    QCOMPARE(failed.at(0).at(0).toInt(), 0);
+    QCOMPARE(bench.list().count(State::Failed), 1);
+    QCOMPARE(bench.entries(), bench.names.mid(1));
+}
+
+void tst_DownloadList::aRetryFetchesOnlyWhatFailed()
+{
+    Bench bench;
+    bench.removeFromLogger(1);
+    QVERIFY(bench.run());
+    bench.putOnLogger(1);
+    QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
+    QCOMPARE(bench.list().retry(), QString());
+    QVERIFY(bench.waitForEnd());
+    QCOMPARE(started.count(), 1);
+    QCOMPARE(started.at(0).at(0).toInt(), 1);
+    QCOMPARE(bench.list().arrived().size(), 3);
+    QCOMPARE(contentOf(bench.list().arrived().at(1)), bench.contents.at(1));
+    QCOMPARE(bench.entries(), bench.names);
+    QCOMPARE(bench.list().files().at(1).error, QString());
+}
+
+void tst_DownloadList::aRetryWhileOthersRunIsFetchedBehindThem()
+{
+    Bench bench;
+    bench.removeFromLogger(0);
+    QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
+    QObject::connect(&bench.list(), &DownloadList::fileStarted, [&bench](int index) {
+        if (index == 2) {
+            bench.putOnLogger(0);
+            QCOMPARE(bench.list().retry(), QString());
+        }
+    });
+    QVERIFY(bench.run());
+    QCOMPARE(started.count(), 4);
+    QCOMPARE(started.at(3).at(0).toInt(), 0);
+    QCOMPARE(bench.list().arrived().size(), 3);
+}
+
+void tst_DownloadList::impossibleSizesFailAloneAndAreNotCounted()
+{
+    Bench bench;
+    bench.sizes[0] = -5;
+    bench.sizes[2] = (qint64(1) << 53) + 1;
+    QCOMPARE(bench.list().totalBytes(), bench.sizes.at(1));
+    QVERIFY(bench.run());
+    QCOMPARE(bench.states(), (QVector<State>{State::Failed, State::Arrived, State::Failed}));
+}
+
+void tst_DownloadList::aVanishedFolderFailsEveryFile()
+{
+    Bench bench;
+    bench.list().setFreeSpaceSource([] { return std::nullopt; });
+    QVERIFY(QDir(bench.target.path()).removeRecursively());
+    QVERIFY(bench.run());
+    QCOMPARE(bench.states(), (QVector<State>{State::Failed, State::Failed, State::Failed}));
+    QVERIFY(!QFile::exists(bench.target.path()));
+}
+
+void tst_DownloadList::aShortageOfSpaceIsToldBeforeTheStart()
+{
+    Bench bench;
+    bench.sizes = {qint64(1) << 30, qint64(1) << 29, 0};
+    QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
+    bench.list().setFreeSpaceSource([] { return quint64(3) << 20; });
+    QCOMPARE(bench.list().start(),
+             QStringLiteral("There is not enough free space in %1.\r\nNeeded: 1.50 GiB (1610612736 "
+                            "bytes)\r\nAvailable: 3.00 MiB (3145728 bytes)")
+                 .arg(QDir::toNativeSeparators(bench.target.path())));
+    QCOMPARE(started.count(), 0);
+    QVERIFY(!bench.list().isRunning());
+}
+
+void tst_DownloadList::exactlyTheSpaceNeededIsEnough()
+{
+    Bench bench;
+    const quint64 needed = quint64(bench.list().totalBytes());
+    bench.list().setFreeSpaceSource([needed] { return needed - 1; });
+    QVERIFY(!bench.list().start().isEmpty());
+    bench.list().setFreeSpaceSource([needed] { return needed; });
+    QVERIFY(bench.run());
+}
+
+void tst_DownloadList::unknownSpaceDoesNotKeepFromStarting()
+{
+    Bench bench;
+    bench.list().setFreeSpaceSource([] { return std::nullopt; });
+    QVERIFY(bench.run());
+    QCOMPARE(bench.list().arrived().size(), 3);
+}
+
+void tst_DownloadList::aRetryNeedsSpaceForWhatIsLeft()
+{
+    Bench bench;
+    bench.removeFromLogger(1);
+    QVERIFY(bench.run());
+    const quint64 needed = quint64(bench.sizes.at(1));
+    bench.list().setFreeSpaceSource([needed] { return needed - 1; });
+    QVERIFY(!bench.list().retry().isEmpty());
+    QCOMPARE(bench.states().at(1), State::Failed);
+}
+
+void tst_DownloadList::cancelLeavesWhatHasArrived()
+{
+    Bench bench;
+    QObject::connect(&bench.list(), &DownloadList::fileStarted, [&bench](int index) {
+        if (index == 1)
+            bench.logger.setFault(QStringLiteral("stalled-file=1000"));
+    });
+    QVERIFY(bench.list().start().isEmpty());
+    QTRY_COMPARE(bench.list().client().received(), 1000);
+    bench.list().cancel();
+    QCOMPARE(bench.entries(), QStringList{QStringLiteral("a.rld")});
+    QCoreApplication::processEvents();
+    QCOMPARE(bench.ended->count(), 0);
+    QCOMPARE(bench.states(), (QVector<State>{State::Arrived, State::Failed, State::Waiting}));
+}
+
+void tst_DownloadList::cancelInAFilesEndStartsNoOther()
+{
+    Bench bench;
+    QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
+    QSignalSpy arrived(&bench.list(), &DownloadList::fileArrived);
+    QObject::connect(&bench.list(), &DownloadList::fileArrived,
+                     [&bench] { bench.list().cancel(); });
+    QVERIFY(bench.list().start().isEmpty());
+    QVERIFY(arrived.wait());
+    QCoreApplication::processEvents();
+    QCOMPARE(started.count(), 1);
+    QVERIFY(!bench.list().isRunning());
+    QCOMPARE(bench.states(), (QVector<State>{State::Arrived, State::Waiting, State::Waiting}));
+}
+
+void tst_DownloadList::percentIsOfAllBytes()
+{
+    Bench bench;
+    bench.sizes = {300'000, 300'001, 10'000'000};
+    QCOMPARE(bench.list().percent(), 0);
+    QVERIFY(bench.run()); // the third is shorter than announced
+    QCOMPARE(bench.list().percent(), 5);
+    QCOMPARE(bench.list().receivedBytes(), 600'001);
+    QCOMPARE(bench.list().bytesLeft(), 0);
+}
+
+void tst_DownloadList::percentOfEmptyFilesIsThatOfFiles()
+{
+    Bench bench;
+    bench.sizes = {0, 0, 0};
+    for (int i = 0; i < 2; ++i)
+        write(bench.storage.filePath(bench.names.at(i)), {});
+    QCOMPARE(bench.list().percent(), 0);
+    QVERIFY(bench.run());
+    QCOMPARE(bench.list().percent(), 66);
+}
+
+void tst_DownloadList::hugeSizesDoNotOverflow()
+{
+    QStringList names;
+    QList<qint64> sizes;
+    for (int i = 0; i < 5000; ++i) {
+        names += QStringLiteral("a.rld");
+        sizes += TcpFileClient::maxFileBytes;
+    }
+    const DownloadList list(QHostAddress::LocalHost, 1, names, sizes, QStringLiteral("."));
+    QVERIFY(list.totalBytes() > TcpFileClient::maxFileBytes);
+    QCOMPARE(list.percent(), 0);
+}
+
+void tst_DownloadList::manyBadNamesDoNotExhaustTheStack()
+{
+    Bench bench;
+    bench.names.clear();
+    bench.sizes.clear();
+    for (int i = 0; i < 20'000; ++i) {
+        bench.names += QStringLiteral("..");
+        bench.sizes += 1;
+    }
+    const auto silent = [](QtMsgType, const QMessageLogContext &, const QString &) {};
+    const QtMessageHandler previous = qInstallMessageHandler(silent);
+    const bool hasEnded = bench.run();
+    qInstallMessageHandler(previous);
+    QVERIFY(hasEnded);
+    QCOMPARE(bench.list().count(State::Failed), 20'000);
+}
+
+QTEST_GUILESS_MAIN(tst_DownloadList)
+#include "tst_downloadlist.moc"
