@@ -146,7 +146,7 @@ QByteArray rtcStatusAnswer(LoggerState &state, const Request &request)
 
 QByteArray dateTimeAnswer(LoggerState &state, const Request &request)
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc().addMSecs(state.clockOffset_ms);
+    const QDateTime now = state.utc();
     const QDate date = now.date();
     const QTime time = now.time();
     return valuesReply(request, texts(QVector<int>{date.day(), date.month(), date.year(),

@@ -104,8 +104,10 @@ void CommandPort::removeSession(CommandSession *session)
     if (!m_sessions.removeOne(session))
         return;
     session->deleteLater();
-    if (m_sessions.isEmpty())
-        m_state.isLoggingStopped = false;
+    if (!m_sessions.isEmpty() || !m_state.isLoggingStopped)
+        return;
+    m_state.isLoggingStopped = false;
+    emit loggingSwitched();
 }
 
 void CommandPort::handle(CommandSession *session, const Message &message)
@@ -134,7 +136,10 @@ void CommandPort::handleText(CommandSession *session, const Message &message)
 {
     bool restarts = false;
     const QString word = wordOf(message.payload);
+    const bool wasStopped = m_state.isLoggingStopped;
     const QByteArray text = textAnswer(message.payload, word, restarts);
+    if (m_state.isLoggingStopped != wasStopped)
+        emit loggingSwitched();
     send(session, {protocol::TextCommand, message.sequence, text + lineEnd()}, word);
     if (word.endsWith(QLatin1String("_supply_out")))
         emit configurationChanged();

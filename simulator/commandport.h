@@ -39,6 +39,8 @@ signals:
     void sent(const protocol::Message &message);
     // The configuration that the live data follow has changed.
     void configurationChanged();
+    // Logging was stopped or goes on.
+    void loggingSwitched();
     // All is answered; now the logger restarts.
     void restartWanted();
 

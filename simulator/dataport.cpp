@@ -5,6 +5,7 @@
 #include "link/protocol/messagetypes.h"
 #include "simulator/faults.h"
 #include "simulator/listening.h"
+#include "simulator/loggerstate.h"
 
 #include <QTcpSocket>
 
@@ -24,7 +25,6 @@ DataPort::DataPort(LoggerState &state, FaultSet &faults, QObject *parent)
     , m_timer(this)
     , m_stream(state)
 {
-    m_clock.start();
     m_timer.setInterval(batchPeriod_ms);
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &DataPort::sendBatch);
@@ -91,7 +91,7 @@ void DataPort::removeSession(QTcpSocket *socket)
 
 QByteArray DataPort::nextBatch()
 {
-    const qint64 now_us = m_clock.nsecsElapsed() / 1000;
+    const qint64 now_us = m_state.uptime_us();
     if (m_isOutdated) {
         m_stream.restart(now_us);
         if (m_replay)

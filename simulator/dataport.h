@@ -3,7 +3,6 @@
 #include "simulator/livestream.h"
 #include "simulator/logreplay.h"
 
-#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 #include <QTcpServer>
@@ -74,7 +73,6 @@ private:
     FaultSet &m_faults;
     QTcpServer m_server;
     QTimer m_timer;
-    QElapsedTimer m_clock; // the logger's
     QList<Session> m_sessions;
     LiveStream m_stream;
     std::unique_ptr<LogReplay> m_replay;

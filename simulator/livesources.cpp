@@ -15,14 +15,10 @@ qint64 agmPeriod_us(quint8 rate)
     return periods_us[qMin(rate, quint8(3))];
 }
 
-} // namespace
-
-void addLiveSources(const LoggerState &state, drive::Schedule &schedule,
-                    const drive::Vehicle &vehicle)
+void addMeasuringSources(const TerminalStruct &configuration, drive::Schedule &schedule,
+                         const drive::Vehicle &vehicle)
 {
-    const TerminalStruct &configuration = state.configuration;
     TerminalStruct unused; // the drive's sources describe themselves
-    drive::addLoggerStatus(unused, schedule);
     if (configuration.gps.gps_enabled)
         drive::addGps(unused, schedule, vehicle);
     if (configuration.agm.enabled)
@@ -31,7 +27,27 @@ void addLiveSources(const LoggerState &state, drive::Schedule &schedule,
     addEthernetSources(configuration, schedule, vehicle);
     addD4ModSources(configuration, schedule, vehicle);
     addEtherCatSources(configuration, schedule, vehicle);
+}
+
+} // namespace
+
+void addLiveSources(const LoggerState &state, drive::Schedule &schedule,
+                    const drive::Vehicle &vehicle)
+{
+    TerminalStruct unused;
+    drive::addLoggerStatus(unused, schedule);
+    addMeasuringSources(state.configuration, schedule, vehicle);
     addStatusSources(state, schedule, vehicle);
+}
+
+// The lateness of an entry depends on its source's place in the schedule: what is added here only
+// comes last.
+void addLogSources(const LoggerState &state, drive::Schedule &schedule,
+                   const drive::Vehicle &vehicle, const LogStart &start)
+{
+    drive::recordLoggerStatus(schedule, start.utc, start.start_us);
+    addMeasuringSources(state.configuration, schedule, vehicle);
+    drive::recordFirstSyncStamps(schedule, start.start_us);
 }
 
 } // namespace simulator

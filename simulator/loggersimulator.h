@@ -5,6 +5,7 @@
 #include "simulator/faults.h"
 #include "simulator/fileport.h"
 #include "simulator/loggerstate.h"
+#include "simulator/logrecorder.h"
 
 #include <QHostAddress>
 #include <QObject>
@@ -23,6 +24,7 @@ class LoggerSimulator : public QObject
 
 public:
     explicit LoggerSimulator(QObject *parent = nullptr);
+    ~LoggerSimulator() override;
 
     // Listens on all three ports of the address, or on none.
     [[nodiscard]] bool listen(const QHostAddress &address, QString *error = nullptr);
@@ -35,6 +37,7 @@ public:
     [[nodiscard]] FaultSet &faults() { return m_faults; }
     [[nodiscard]] CommandPort &commandPort() { return m_commandPort; }
     [[nodiscard]] DataPort &dataPort() { return m_dataPort; }
+    [[nodiscard]] LogRecorder &recorder() { return m_recorder; }
 
     // Tells every connected tool the record of this message type, as the logger does when it has
     // changed it itself.
@@ -46,12 +49,17 @@ signals:
 
 private:
     void restart();
+    // While it listens.
+    void record();
+    void stopRecording();
 
     LoggerState m_state;
     FaultSet m_faults;
     CommandPort m_commandPort{m_state, m_faults, this};
     DataPort m_dataPort{m_state, m_faults, this};
     FilePort m_filePort{m_state, m_faults, this};
+    LogRecorder m_recorder{m_state, this};
+    QTimer m_recordTimer{this};
     QHostAddress m_address;
     QTimer m_restartTimer{this};
 };

@@ -32,6 +32,7 @@ LoggerState::LoggerState()
     : configuration(QStringLiteral("Simulated"))
     , lteConfiguration(lteText)
 {
+    clock.start();
     record::copy(drive::Drive().configuration(), configuration);
 }
 

@@ -3,6 +3,8 @@
 #include "config/terminalstruct.h"
 
 #include <QByteArray>
+#include <QDateTime>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -66,6 +68,15 @@ struct LoggerState
 
     LoggerState();
 
+    // Since the logger was switched on; live data and logs count from here.
+    [[nodiscard]] qint64 uptime_us() const { return clock.nsecsElapsed() / 1000; }
+    // By the logger's clock.
+    [[nodiscard]] QDateTime utc() const
+    {
+        return QDateTime::currentDateTimeUtc().addMSecs(clockOffset_ms);
+    }
+
+    QElapsedTimer clock;
     SoftwareVersion version;
     SoftwareVersion updatedVersion; // after an update
     QByteArray updateImage;         // as it last came
@@ -96,6 +107,7 @@ struct LoggerState
     std::array<int, 10> orientation{1, 0, 0, 0, 0, 0, 0, 0, 0, 0};
 
     QString logFolder;                  // empty: no storage
+    bool recordsLogs = false;           // into the folder, while logging isn't stopped
     std::optional<DiscSpace> discSpace; // else that of the folder
     QHash<QString, Process> processes;  // by name
 

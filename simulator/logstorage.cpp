@@ -1,15 +1,19 @@
 #include "simulator/logstorage.h"
 
+#include "simulator/recordingfile.h"
+
 #include <QDir>
 #include <QFileInfo>
 
 namespace simulator {
 namespace {
 
-// What the list of files, in Latin-1 and divided by ";", can't carry is not there for the tool.
+// What the list of files, in Latin-1 and divided by ";", can't carry is not there for the tool, nor
+// is a log that still grows.
 bool isListable(const QString &name)
 {
-    return !name.contains(QLatin1Char(';')) && QString::fromLatin1(name.toLatin1()) == name;
+    return !name.contains(QLatin1Char(';')) && !isBeingRecorded(name)
+           && QString::fromLatin1(name.toLatin1()) == name;
 }
 
 } // namespace

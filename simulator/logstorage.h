@@ -6,7 +6,7 @@
 #include <optional>
 
 // The folder in which the simulated logger keeps its files. Only regular files directly in it can
-// be reached: no folders, links or hidden files, and nothing outside.
+// be reached: no folders, links or hidden files, nothing that is being recorded, and nothing outside.
 namespace simulator {
 
 struct StoredFile

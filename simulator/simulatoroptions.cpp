@@ -20,8 +20,10 @@ struct Options
                         "read and delete the files of the folder.");
     const QCommandLineOption config =
         option("config", "Hold the configuration of this file at the start.", "FILE.zdc");
-    const QCommandLineOption logFolder =
-        option("log-dir", "Keep log files in this folder: list, serve and delete them.", "DIR");
+    const QCommandLineOption logFolder = option(
+        "log-dir", "Keep log files in this folder: record, list, serve and delete them.", "DIR");
+    const QCommandLineOption noLogging =
+        option("no-logging", "Record no logs. None are with --replay either.");
     const QCommandLineOption version =
         option("version", "Report this software version. Default: 1.61", "MAJOR.MINOR");
     const QCommandLineOption fault =
@@ -44,8 +46,8 @@ struct Options
     {
         parser.setApplicationDescription(
             QStringLiteral("Simulates a vehicle data logger on the network."));
-        parser.addOptions({address, allowRemote, config, logFolder, version, fault, record, replay,
-                           load, restartDelay, help});
+        parser.addOptions({address, allowRemote, config, logFolder, noLogging, version, fault,
+                           record, replay, load, restartDelay, help});
     }
 };
 
@@ -130,6 +132,7 @@ ParsedOptions parseOptions(const QStringList &arguments)
     options.logFolder = parser.value(known.logFolder);
     options.recordPath = parser.value(known.record);
     options.replayPath = parser.value(known.replay);
+    options.recordsLogs = !parser.isSet(known.noLogging) && options.replayPath.isEmpty();
     parsed.error = readValues(parser, known, options);
     return parsed;
 }

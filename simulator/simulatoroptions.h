@@ -18,6 +18,7 @@ struct SimulatorOptions
     QHostAddress address{QHostAddress::LocalHost};
     QString configurationPath;
     QString logFolder;
+    bool recordsLogs = true;
     SoftwareVersion version;
     QVector<FaultSetting> faults;
     QString recordPath;

@@ -45,6 +45,7 @@ private:
         LoggerState &state = m_simulator.state();
         state.version = m_options.version;
         state.logFolder = m_options.logFolder;
+        state.recordsLogs = m_options.recordsLogs;
         if (m_options.restartDelay_ms)
             state.restartDelay_ms = *m_options.restartDelay_ms;
         for (const FaultSetting &fault : m_options.faults)
@@ -57,6 +58,8 @@ private:
             else
                 fail(failure);
         });
+        QObject::connect(&m_simulator.recorder(), &LogRecorder::failed,
+                         [this](const QString &reason) { m_console.error(reason); });
         return checkFolder(error) && startReplay(error) && loadConfiguration(error)
                && startRecord(error);
     }

@@ -1,6 +1,8 @@
 #include "app/journey/journey.h"
 
+#include "MDF4Conversion/rawlog/drive/drive.h"
 #include "app/handlerlink.h"
+#include "app/journey/demodbc.h"
 #include "config/configfile.h"
 #include "link/logger_data_handler_class.h"
 
@@ -9,35 +11,14 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QPushButton>
-#include <QTimer>
+#include <QSaveFile>
+#include <QTreeWidget>
 
 #include <cstdio>
 
 namespace {
 
-constexpr int programTimeout_ms = 60'000;
-constexpr int stepTimeout_ms = 10'000;
-constexpr int driveSeconds = 10;
 constexpr int watchTime_ms = 2000;
-
-void print(const QString &line)
-{
-    std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
-    std::fflush(stdout);
-}
-
-// Lets events run until the condition holds. False if it takes too long.
-bool waitUntil(const std::function<bool()> &holds, int timeout_ms = stepTimeout_ms)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!holds()) {
-        if (clock.elapsed() > timeout_ms)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 // An address that hardly anybody listens on, so that a running simulator is no obstacle.
 QString ownAddress()
@@ -47,6 +28,26 @@ QString ownAddress()
 }
 
 } // namespace
+
+void print(const QString &line)
+{
+    std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
+    std::fflush(stdout);
+}
+
+bool waitUntil(const std::function<bool()> &holds, int timeout_ms)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!holds()) {
+        if (clock.elapsed() > timeout_ms)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+        // Only a loop of its own would delete what is due.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    return true;
+}
 
 void JourneyPrompt::inform(const QString &title, const QString &text)
 {
@@ -95,15 +96,24 @@ Journey::~Journey()
 
 bool Journey::run()
 {
-    static constexpr Step steps[] = {{"make a drive and its configuration", &Journey::makeDrive},
-                                     {"start the logger", &Journey::startLogger},
-                                     {"connect", &Journey::connectLogger},
-                                     {"read the configuration", &Journey::readConfiguration},
-                                     {"change a value", &Journey::changeValue},
-                                     {"watch live data", &Journey::watchLiveData},
-                                     {"save the configuration", &Journey::saveConfiguration},
-                                     {"disconnect", &Journey::disconnectLogger},
-                                     {"convert a log", &Journey::convertLog}};
+    static constexpr Step steps[] = {
+        {"make a configuration and DBC files", &Journey::makeFiles},
+        {"start the logger", &Journey::startLogger},
+        {"connect", &Journey::connectLogger},
+        {"read the configuration", &Journey::readConfiguration},
+        {"choose signals of CAN-0", &Journey::chooseSignalsOfFirstChannel},
+        {"choose signals of CAN-1", &Journey::chooseSignalsOfSecondChannel},
+        {"change a value", &Journey::changeValue},
+        {"watch live data", &Journey::watchLiveData},
+        {"save the configuration", &Journey::saveConfiguration},
+        {"disconnect", &Journey::disconnectLogger},
+        {"let the logger record", &Journey::letItRecord},
+        {"connect again", &Journey::connectLogger},
+        {"list the logs", &Journey::listLogs},
+        {"download the log", &Journey::downloadLog},
+        {"convert it", &Journey::convertLog},
+        {"check its samples", &Journey::checkSamples},
+        {"disconnect", &Journey::disconnectLogger}};
     takePicture(QStringLiteral("start"));
     for (const Step &step : steps) {
         QString seen;
@@ -118,45 +128,78 @@ bool Journey::run()
     return true;
 }
 
-bool Journey::runProgram(const QString &name, const QStringList &arguments, QString &output) const
+QWidget *Journey::openPage(const QString &objectName, const QString &treeText)
 {
-    QProcess program;
-    program.setProcessChannelMode(QProcess::MergedChannels);
-    program.start(QDir(QCoreApplication::applicationDirPath()).filePath(name), arguments);
-    const bool ends = program.waitForFinished(programTimeout_ms);
-    output = QString::fromUtf8(program.readAll()).simplified();
-    return ends && program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0;
+    auto *tree = m_window->findChild<QTreeWidget *>(QStringLiteral("treeWidget"));
+    const auto items = tree->findItems(treeText, Qt::MatchExactly | Qt::MatchRecursive);
+    if (items.isEmpty())
+        return nullptr;
+    tree->setCurrentItem(items.first());
+    auto *page = m_window->findChild<QWidget *>(objectName);
+    return page != nullptr && page->isVisible() ? page : nullptr;
 }
 
-void Journey::click(const char *button)
+QWidget *Journey::waitForDialog(const char *objectName)
 {
-    m_window->findChild<QPushButton *>(QString::fromLatin1(button))->click();
+    QWidget *shown = nullptr;
+    (void)waitUntil([&] {
+        const auto dialogs = m_window->findChildren<QWidget *>(QString::fromLatin1(objectName));
+        for (QWidget *dialog : dialogs)
+            shown = dialog->isVisible() ? dialog : shown;
+        return shown != nullptr;
+    });
+    return shown;
 }
 
-void Journey::takePicture(const QString &name)
+bool Journey::click(QWidget *parent, const char *button)
+{
+    auto *found =
+        parent != nullptr ? parent->findChild<QPushButton *>(QString::fromLatin1(button)) : nullptr;
+    if (found == nullptr || !found->isEnabled()) {
+        print(QStringLiteral("     %1 can't be pressed").arg(QString::fromLatin1(button)));
+        return false;
+    }
+    found->click();
+    return true;
+}
+
+void Journey::takePicture(const QString &name, QWidget *shown)
 {
     QCoreApplication::processEvents();
-    const QString file = QStringLiteral("%1-%2.png").arg(++m_pictures).arg(name);
-    if (!m_window->grab().save(m_folder.filePath(file))) {
+    const QString file =
+        QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name);
+    QWidget *widget = shown != nullptr ? shown : m_window.get();
+    if (!widget->grab().save(m_folder.filePath(file))) {
         m_arePicturesSaved = false;
         print(QStringLiteral("     %1 can't be written").arg(m_folder.filePath(file)));
     }
 }
 
-bool Journey::makeDrive(QString &seen)
+// The logger is that of the drive, but nobody has chosen signals of its first two channels yet.
+bool Journey::makeFiles(QString &seen)
 {
+    const drive::Drive drive;
+    record::copy(drive.configuration(), m_expected);
+    m_expected.event.event_name = QStringLiteral("Journey");
+    for (const int channel : {0, 1}) {
+        TerminalCanCfg &can = m_expected.can[std::size_t(channel)];
+        QSaveFile file(m_folder.filePath(QStringLiteral("can%1.dbc").arg(channel)));
+        const QByteArray text = dbcText(can.dbc_signals.items());
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+            seen = file.errorString();
+            return false;
+        }
+        seen += QStringLiteral("%1 signals of CAN-%2, ").arg(can.dbc_signals.size()).arg(channel);
+        can.dbc_signals.clear();
+        can.filters.clear();
+    }
     const QString zdc = m_folder.filePath(QStringLiteral("logger.zdc"));
-    const QString log = m_folder.filePath(QStringLiteral("demo_drive.rld"));
-    const bool isMade =
-        runProgram(QStringLiteral("zds-convert"),
-                   {QStringLiteral("--make-demo"), m_folder.path(), QStringLiteral("--seconds"),
-                    QString::number(driveSeconds)},
-                   seen)
-        && runProgram(QStringLiteral("zds-inspect"), {QStringLiteral("--save-as"), zdc, log}, seen)
-        && configfile::load(m_expected, zdc, &seen);
-    if (isMade)
-        seen = QStringLiteral("%1 s, %2").arg(driveSeconds).arg(zdc);
-    return isMade;
+    const bool areFoldersMade =
+        m_folder.mkpath(storage().path()) && m_folder.mkpath(eventFolder().path());
+    QString error;
+    const bool isSaved = configfile::save(m_expected, zdc, &error);
+    seen += isSaved ? zdc : error;
+    return areFoldersMade && isSaved;
 }
 
 bool Journey::startLogger(QString &seen)
@@ -166,7 +209,7 @@ bool Journey::startLogger(QString &seen)
         QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("zds-logger-sim")),
         {QStringLiteral("--address"), m_address, QStringLiteral("--config"),
          m_folder.filePath(QStringLiteral("logger.zdc")), QStringLiteral("--log-dir"),
-         m_folder.path()});
+         storage().path()});
     const bool speaks = m_logger.waitForReadyRead(stepTimeout_ms);
     seen = QString::fromUtf8(m_logger.readAll()).simplified();
     return speaks && seen.startsWith(QLatin1String("ready"));
@@ -177,7 +220,7 @@ bool Journey::connectLogger(QString &seen)
     const auto *box = m_window->findChild<QComboBox *>(QStringLiteral("comboBox_ipAddr"));
     QElapsedTimer clock;
     clock.start();
-    click("pushButton_connect_disconnect");
+    (void)click(m_window.get(), "pushButton_connect_disconnect");
     seen = QStringLiteral("%1, %2 in %3 ms")
                .arg(box->currentText(), m_controller.appStateDescription())
                .arg(clock.elapsed());
@@ -238,7 +281,7 @@ bool Journey::watchLiveData(QString &seen)
 bool Journey::saveConfiguration(QString &seen)
 {
     m_prompt.file = m_folder.filePath(QStringLiteral("saved.zdc"));
-    click("pushButton_save_as_configuration");
+    (void)click(m_window.get(), "pushButton_save_as_configuration");
     TerminalStruct saved;
     const bool isSaved = configfile::load(saved, m_prompt.file, &seen);
     if (isSaved)
@@ -248,20 +291,8 @@ bool Journey::saveConfiguration(QString &seen)
 
 bool Journey::disconnectLogger(QString &seen)
 {
-    click("pushButton_connect_disconnect");
+    (void)click(m_window.get(), "pushButton_connect_disconnect");
     seen = m_controller.appStateDescription();
     takePicture(QStringLiteral("disconnected"));
     return m_controller.appState() == APP_STA_DISCONN;
-}
-
-bool Journey::convertLog(QString &seen)
-{
-    const QString log = m_folder.filePath(QStringLiteral("demo_drive.rld"));
-    const QString mf4 = m_folder.filePath(QStringLiteral("demo_drive.mf4"));
-    const bool isConverted =
-        runProgram(QStringLiteral("zds-convert"),
-                   {QStringLiteral("--quiet"), QStringLiteral("-o"), m_folder.path(), log}, seen);
-    if (isConverted)
-        seen = QStringLiteral("%1, %2 bytes").arg(mf4).arg(QFileInfo(mf4).size());
-    return isConverted && QFileInfo(mf4).size() > 0;
 }

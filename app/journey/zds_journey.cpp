@@ -3,6 +3,8 @@
 #include "app/log/stdlogfileclass.h"
 #include "app/ui/appstyle.h"
 
+#include <QSettings>
+
 #include <cstdio>
 
 // zds-journey FOLDER: the main job on a simulated logger, unattended. Ends with 0 if every step was
@@ -18,6 +20,8 @@ int main(int argc, char *argv[])
         return 64;
     }
     const QDir folder(QDir(arguments.at(1)).absolutePath());
+    // The user's own settings stay as they are (the registry of Windows can't be replaced).
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     constexpr int logLevel = 5; // all
     const StdLogFileClass log(logLevel, folder.filePath(QStringLiteral("journey.log")));
     appstyle::apply(application);

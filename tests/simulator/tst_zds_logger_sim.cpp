@@ -3,6 +3,7 @@
 #include "tests/simulator/rawclient.h"
 #include "tests/support/simulatedlogger.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -88,6 +89,8 @@ private slots:
     void optionsReachTheLogger();
     void theConfigurationOfAFileIsHeld();
     void theRecordHoldsBothDirections();
+    void itRecordsUnlessToldNotTo_data();
+    void itRecordsUnlessToldNotTo();
     void itEndsCleanlyOnRequest_data();
     void itEndsCleanlyOnRequest();
 };
@@ -234,6 +237,28 @@ void tst_ZdsLoggerSim::theRecordHoldsBothDirections()
     QCOMPARE(value(2, "payload"), QString::fromLatin1(gps.toHex()));
     QCOMPARE(value(3, "from"), text("logger"));
     QCOMPARE(value(3, "bytes"), QString::number(gps.size()));
+}
+
+void tst_ZdsLoggerSim::itRecordsUnlessToldNotTo_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("logs");
+    QTest::newRow("by itself") << QStringList() << 1;
+    QTest::newRow("told not to") << QStringList{text("--no-logging")} << 0;
+}
+
+void tst_ZdsLoggerSim::itRecordsUnlessToldNotTo()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, logs);
+    const QTemporaryDir folder;
+    Program program;
+    QVERIFY(!program.start(arguments << text("--log-dir") << folder.path()).isEmpty());
+    QTRY_COMPARE(QDir(folder.path()).entryList({text("*.recording")}, QDir::Files).size(), logs);
+    RawClient client(program.address(), protocol::commandPort);
+    QCOMPARE(client.ask("sys_disable_stop_logging()"), QByteArray("OK"));
+    const QByteArray list = client.ask("sys_get_logfiles()");
+    QCOMPARE(list.count(".rld,"), logs);
 }
 
 void tst_ZdsLoggerSim::itEndsCleanlyOnRequest_data()

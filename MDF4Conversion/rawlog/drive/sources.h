@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QDateTime>
 
 struct TerminalStruct;
 
@@ -23,6 +23,12 @@ void addAssistanceEcu(TerminalStruct &configuration, Schedule &schedule, const V
 void addStrainGauges(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addAimModules(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
 void addEtherCat(TerminalStruct &configuration, Schedule &schedule, const Vehicle &vehicle);
+
+// The same of a log that begins at `start_us`, when it is `utc`.
+void recordLoggerStatus(Schedule &schedule, const QDateTime &utc, qint64 start_us);
+
+// A sync stamp of each of the logger's processors right behind `start_us`.
+void recordFirstSyncStamps(Schedule &schedule, qint64 start_us);
 
 // Only the samples of the accelerometer block, at any rate up to 10 kHz.
 void recordAgm(Schedule &schedule, const Vehicle &vehicle, qint64 period_us);

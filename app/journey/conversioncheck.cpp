@@ -1,0 +1,198 @@
+#include "app/journey/conversioncheck.h"
+
+#include "MDF4Conversion/rawlog/entrytypes.h"
+#include "MDF4Conversion/rawlog/logfilereader.h"
+#include "tests/support/mdf4reader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+using Signal = StreamingClass_DBC_Signal;
+
+struct Frame
+{
+    quint32 timestamp_us;
+    std::vector<quint8> data;
+};
+
+// Frames by channel, width of the identifier and identifier.
+struct FrameKey
+{
+    int channel;
+    bool extended;
+    quint32 id;
+
+    bool operator<(const FrameKey &other) const
+    {
+        return std::tie(channel, extended, id) < std::tie(other.channel, other.extended, other.id);
+    }
+};
+using Frames = std::map<FrameKey, std::vector<Frame>>;
+
+Frames framesOf(LogFileReader &reader)
+{
+    Frames frames;
+    for (bool atEnd = false; !atEnd;) {
+        StdLogEntry entry;
+        reader.next(entry, atEnd);
+        if (atEnd || !entry.isComplete() || entry.type != rawlog::RLD_CAN)
+            continue;
+        const bool extended = (entry.id & rawlog::extendedIdFlag) != 0;
+        const FrameKey key{entry.number, extended, rawlog::canIdentifier(entry.id)};
+        frames[key].push_back({entry.timestamp, {entry.data.begin(), entry.data.end()}});
+    }
+    return frames;
+}
+
+// Bits are numbered as in a DBC file: from the least significant one of the first byte.
+bool bitAt(const Frame &frame, int position)
+{
+    const auto byte = std::size_t(position / 8);
+    return byte < frame.data.size() && (frame.data[byte] >> (position % 8) & 1) != 0;
+}
+
+qint64 rawValue(const Signal &signal, const Frame &frame)
+{
+    quint64 raw = 0;
+    int position = signal.start_bit;
+    for (int i = 0; i < signal.bit_length; ++i) {
+        const quint64 bit = bitAt(frame, position) ? 1 : 0;
+        if (signal.little_endian != 0) {
+            raw |= bit << i;
+            ++position;
+        } else {
+            raw = raw << 1 | bit;
+            position += position % 8 == 0 ? 15 : -1;
+        }
+    }
+    const bool isNegative = signal.is_signed != 0 && (raw >> (signal.bit_length - 1) & 1) != 0;
+    return isNegative ? qint64(raw) - (qint64(1) << signal.bit_length) : qint64(raw);
+}
+
+const Signal *multiplexorOf(const TerminalCanCfg &channel, const Signal &signal)
+{
+    for (const Signal *other : channel.dbc_signals) {
+        if (other->mux_kind == MultiplexorSignal && other->msg_id == signal.msg_id
+            && other->extended_id == signal.extended_id)
+            return other;
+    }
+    return nullptr;
+}
+
+// The values that were sent, in the order of the frames.
+std::vector<double> sentValues(const TerminalCanCfg &channel, const Signal &signal,
+                               const std::vector<Frame> &frames)
+{
+    const Signal *multiplexor =
+        signal.mux_kind == MultiplexedSignal ? multiplexorOf(channel, signal) : nullptr;
+    std::vector<double> values;
+    for (const Frame &frame : frames) {
+        if (multiplexor == nullptr || rawValue(*multiplexor, frame) == signal.mux_value)
+            values.push_back(double(rawValue(signal, frame)) * signal.factor + signal.offset);
+    }
+    return values;
+}
+
+class Mf4
+{
+public:
+    bool open(const QString &path) { return m_reader.open(path.toStdWString()); }
+    [[nodiscard]] QString error() const { return QString::fromStdString(m_reader.error()); }
+
+    // Whether a group has these values under this name, and no others.
+    [[nodiscard]] bool holds(const std::string &name, const std::vector<double> &values)
+    {
+        for (const mdf4reader::Group &group : m_reader.file().groups) {
+            const mdf4reader::Channel *channel = group.channel(name);
+            if (channel != nullptr && group.cycleCount == values.size()
+                && areValues(group, *channel, values))
+                return true;
+        }
+        return false;
+    }
+
+private:
+    bool areValues(const mdf4reader::Group &group, const mdf4reader::Channel &channel,
+                   const std::vector<double> &values)
+    {
+        const std::vector<unsigned char> records = m_reader.records(group);
+        if (records.size() != values.size() * group.dataBytes)
+            return false;
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const auto value =
+                mdf4reader::physicalValue(channel, records.data() + i * group.dataBytes);
+            const double tolerance = 1e-9 * (1 + std::abs(values[i]));
+            if (!value || std::abs(*value - values[i]) > tolerance)
+                return false;
+        }
+        return true;
+    }
+
+    mdf4reader::Reader m_reader;
+};
+
+double lengthOf(const Frames &frames)
+{
+    quint32 first = 0xFFFFFFFF;
+    quint32 last = 0;
+    for (const auto &message : frames) {
+        first = qMin(first, message.second.front().timestamp_us);
+        last = qMax(last, message.second.back().timestamp_us);
+    }
+    return frames.empty() ? 0 : double(last - first) * 1e-6;
+}
+
+QString rangeText(const std::vector<double> &values)
+{
+    const auto [low, high] = std::minmax_element(values.begin(), values.end());
+    return QStringLiteral("%1 .. %2").arg(*low).arg(*high);
+}
+
+} // namespace
+
+ConversionCheck checkConversion(const QString &rawLog, const QString &mf4)
+{
+    ConversionCheck check;
+    LogFileReader reader(rawLog);
+    Mf4 converted;
+    if (!reader.isOpen())
+        check.failure = QStringLiteral("%1: %2").arg(rawLog, reader.failure());
+    else if (!converted.open(mf4))
+        check.failure = QStringLiteral("%1: %2").arg(mf4, converted.error());
+    if (!check.failure.isNull())
+        return check;
+    const Frames frames = framesOf(reader);
+    check.length_s = lengthOf(frames);
+    const auto &channels = reader.configuration()->can;
+    for (std::size_t number = 0; number < channels.size(); ++number) {
+        for (const Signal *signal : channels[number].dbc_signals) {
+            if ((signal->selection_flags & Signal::recordFlag) == 0)
+                continue;
+            const auto message =
+                frames.find({int(number), signal->extended_id != 0, signal->msg_id});
+            const std::vector<double> values =
+                message == frames.end() ? std::vector<double>()
+                                        : sentValues(channels[number], *signal, message->second);
+            const QString name = QStringLiteral("CAN-%1 %2").arg(number).arg(signal->name);
+            if (values.empty() || !converted.holds(signal->name.toStdString(), values)) {
+                check.failure = QStringLiteral("%1: the %2 values that were sent are not there")
+                                    .arg(name)
+                                    .arg(values.size());
+                return check;
+            }
+            check.samples += values.size();
+            check.found += QStringLiteral("%1: %2 samples, %3 %4")
+                               .arg(name)
+                               .arg(values.size())
+                               .arg(rangeText(values), signal->unit);
+        }
+    }
+    if (check.found.isEmpty())
+        check.failure = QStringLiteral("%1: no signal was recorded").arg(rawLog);
+    return check;
+}
