@@ -317,8 +317,8 @@ bool Logger_Data_Handler_Class::setTransparentMode(bool on)
 bool Logger_Data_Handler_Class::writeCanMessage(const CanMessageToSend &message)
 {
     return sendSetCommand(Command::WriteCanMessage,
-                          {QString::number(message.can_nr), QString::number(message.first_flag),
-                           QString::number(message.second_flag), QString::number(message.id),
+                          {QString::number(message.can_nr), QString::number(message.extended),
+                           QString::number(message.remote), QString::number(message.id),
                            QString::number(message.data.size()),
                            QString::fromLatin1(message.data.toHex())});
 }

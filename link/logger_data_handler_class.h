@@ -69,8 +69,8 @@ public:
     struct CanMessageToSend
     {
         int can_nr = 0;
-        int first_flag = 0;
-        int second_flag = 0;
+        int extended = 0; // 1: identifier of 29 bits
+        int remote = 0;   // 1: remote frame
         quint32 id = 0;
         QByteArray data;
     };
