@@ -4,6 +4,7 @@
 #include "MDF4Conversion/exclusivemove.h"
 #include "MDF4Conversion/nativepath.h"
 #include "MDF4Conversion/outputnames.h"
+#include "MDF4Conversion/programlock.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -51,16 +52,14 @@ class LeftoverLock
 public:
     explicit LeftoverLock(const QString &path)
         : m_lock(path)
-    {
-        m_lock.setStaleLockTime(0);
-        m_taken = m_lock.tryLock(0);
-    }
+        , m_taken(takeProgramLock(m_lock))
+    {}
     [[nodiscard]] bool taken() const { return m_taken; }
     void release() { m_lock.unlock(); }
 
 private:
     QLockFile m_lock;
-    bool m_taken = false;
+    const bool m_taken;
 };
 
 void removeRecords(const QDir &dir)
@@ -125,8 +124,7 @@ bool ConversionFiles::fail(const QString &text)
 QLockFile::LockError ConversionFiles::lock(std::unique_ptr<QLockFile> &file, const QString &path)
 {
     auto created = std::make_unique<QLockFile>(path);
-    created->setStaleLockTime(0);
-    if (!created->tryLock(0))
+    if (!takeProgramLock(*created))
         return created->error();
     file = std::move(created);
     return QLockFile::NoError;

@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/exclusivemove.h"
 #include "MDF4Conversion/nativepath.h"
+#include "MDF4Conversion/programlock.h"
 #include "link/korvissystemtoolsclass.h"
 
 #include <QDebug>
@@ -32,16 +33,7 @@ bool isRequestable(const QString &name)
 // lock is no reason to give up; it takes no file either, and that is told with its cause.
 bool isTaken(QLockFile &lock)
 {
-    lock.setStaleLockTime(0); // a lock lives as long as its program
-    if (lock.tryLock() || lock.error() != QLockFile::LockFailedError)
-        return false;
-    qint64 process = 0;
-    QString host;
-    QString program;
-    if (lock.getLockInfo(&process, &host, &program))
-        return true;
-    // Without an owner: that one was ended before it had written its name into the lock.
-    return !lock.removeStaleLockFile() || !lock.tryLock();
+    return !takeProgramLock(lock) && lock.error() == QLockFile::LockFailedError;
 }
 
 } // namespace

@@ -58,7 +58,8 @@ void DialogTcpFileTransferClientDialog::start()
         return;
     }
     show();
-    slot_check_progress();
+    if (m_list.isRunning())
+        slot_check_progress();
 }
 
 void DialogTcpFileTransferClientDialog::setRunning(bool isRunning)
