@@ -10,6 +10,7 @@
 #include "ui_mainwindow.h"
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QHostAddress>
 #include <QLineEdit>
@@ -95,6 +96,8 @@ MainWindow::~MainWindow()
     if (m_parts.link->isConnected())
         m_parts.link->disconnectLogger();
     delete m_debugWindow;
+    // A conversion that is ended now may have a word to say, in front of this window.
+    qDeleteAll(findChildren<QDialog *>(QString(), Qt::FindDirectChildrenOnly));
     delete takeCentralWidget();
 }
 
