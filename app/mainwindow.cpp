@@ -16,7 +16,9 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QHostAddress>
 #include <QLineEdit>
 #include <QMenu>
@@ -94,6 +96,8 @@ MainWindow::~MainWindow()
     if (m_parts.link->isConnected())
         m_parts.link->disconnectLogger();
     delete m_debugWindow;
+    // A conversion that is ended now may have a word to say, in front of this window.
+    qDeleteAll(findChildren<QDialog *>(QString(), Qt::FindDirectChildrenOnly));
     delete takeCentralWidget();
 }
 

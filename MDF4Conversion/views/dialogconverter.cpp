@@ -6,6 +6,7 @@
 #include "MDF4Conversion/progressfigures.h"
 #include "MDF4Conversion/views/widgetconvertermdf4.h"
 #include "MDF4Conversion/views/widgetconverterrld2xxx.h"
+#include "app/ui/icons.h"
 #include "app/ui/userprompt.h"
 #include "ui_dialogconverter.h"
 
@@ -13,6 +14,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QHostInfo>
+#include <QPointer>
 #include <QThread>
 #include <QUrl>
 
@@ -119,16 +121,16 @@ void DialogConverter::startConversion(int index)
 
 void DialogConverter::onPollTimerTriggered()
 {
-    const bool isOver = hasEnded();
-    refreshFigures();
+    const bool isOver = advance();
+    refreshFigures(isOver);
     if (isOver)
         finish();
     else
         m_pollTimer.start();
 }
 
-// Polls what runs, and in a sequence starts the next one.
-bool DialogConverter::hasEnded()
+// Polls what runs, and in a sequence starts the next one. True when all have ended.
+bool DialogConverter::advance()
 {
     if (!m_sequential) {
         for (WidgetConverterBase *widget : m_widgets)
@@ -149,7 +151,7 @@ bool DialogConverter::hasEnded()
     return false;
 }
 
-void DialogConverter::refreshFigures()
+void DialogConverter::refreshFigures(bool hasEnded)
 {
     std::vector<PartOfWork> parts;
     double bytes = 0;
@@ -159,9 +161,32 @@ void DialogConverter::refreshFigures()
         bytes += widget->inputSize();
     }
     const double done = shareOfAll(parts);
+    const ProgressFigures figures =
+        progressFigures(done, bytes, double(m_clock.elapsed()) / 1000.0);
     m_ui->progressBar_batch->setValue(int(done * 100));
-    m_ui->label_batch->setText(
-        textWhileRunning(progressFigures(done, bytes, double(m_clock.elapsed()) / 1000.0)));
+    if (!hasEnded)
+        m_ui->label_batch->setText(textWhileRunning(figures));
+    else if (m_isCancelled)
+        m_ui->label_batch->setText(QStringLiteral("cancelled after ")
+                                   + durationText(figures.elapsed_s));
+    else
+        m_ui->label_batch->setText(QStringLiteral("ended after ") + textWhenDone(figures));
+}
+
+// Marks what has errors, and shows the first such conversion: its messages are asked for next.
+bool DialogConverter::showErrors()
+{
+    int firstBad = -1;
+    for (int index = count() - 1; index >= 0; --index) {
+        if (m_widgets[std::size_t(index)]->state() == conversionstate::finished)
+            continue;
+        firstBad = index;
+        m_ui->comboBoxFiles->setItemIcon(
+            index, icons::icon(icons::Symbol::Warning, QColor(0xC7, 0x77, 0)));
+    }
+    if (firstBad >= 0)
+        m_ui->comboBoxFiles->setCurrentIndex(firstBad);
+    return firstBad >= 0;
 }
 
 void DialogConverter::finish()
@@ -173,17 +198,16 @@ void DialogConverter::finish()
     if (m_widgets.empty())
         return;
     const QString title = QStringLiteral("Conversion(s) finished!");
-    const bool isGood =
-        std::all_of(m_widgets.begin(), m_widgets.end(), [](const WidgetConverterBase *widget) {
-            return widget->state() == conversionstate::finished;
-        });
-    if (isGood) {
-        m_prompt.inform(title,
-                        QStringLiteral("All conversion(s) finished, no errors were detected."));
-    } else {
+    const QPointer<DialogConverter> self(this); // the window may go while the box is open
+    if (showErrors()) {
         m_prompt.warn(title, QStringLiteral("Errors where detected during conversion, please check "
                                             "status-tab for details"));
+    } else {
+        m_prompt.inform(title,
+                        QStringLiteral("All conversion(s) finished, no errors were detected."));
     }
+    if (self && isVisible())
+        activateWindow();
 }
 
 void DialogConverter::cancelAll()

@@ -51,10 +51,11 @@ private slots:
 private:
     void addConversion(const PlannedConversion &conversion, const ConversionJob &job);
     void startConversion(int index);
-    void refreshFigures();
+    void refreshFigures(bool hasEnded);
     void cancelAll();
+    [[nodiscard]] bool showErrors();
     void finish();
-    [[nodiscard]] bool hasEnded();
+    [[nodiscard]] bool advance();
     [[nodiscard]] int count() const { return int(m_widgets.size()); }
 
     const std::unique_ptr<Ui::DialogConverter_UI> m_ui;

@@ -80,7 +80,7 @@ void WidgetConverterBase::showOutputFile(const QString &path)
 
 double WidgetConverterBase::shareDone() const
 {
-    if (m_clock.isValid() && isFinished())
+    if (m_clock.isValid() && isFinished() && state() != conversionstate::cancelled)
         return 1;
     return m_ui->progressBar->value() / 100.0;
 }

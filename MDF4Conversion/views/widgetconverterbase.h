@@ -52,7 +52,7 @@ public:
     [[nodiscard]] const PlannedConversion &conversion() const { return m_conversion; }
     // Bytes of the input.
     [[nodiscard]] double inputSize() const { return m_inputSize; }
-    // 0 to 1; what has finished counts as done.
+    // 0 to 1; what has ended by itself counts as done.
     [[nodiscard]] double shareDone() const;
     // All messages as plain text.
     [[nodiscard]] QString messages() const;

@@ -182,5 +182,5 @@ void WidgetConverterRld2XXX::removeUnfinishedOutput()
 
 QString WidgetConverterRld2XXX::rowStatus(const QString &) const
 {
-    return isFinished() ? QStringLiteral("final") : QStringLiteral("counting");
+    return isFinished() ? QStringLiteral("ended") : QStringLiteral("running");
 }

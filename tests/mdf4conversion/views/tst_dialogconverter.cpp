@@ -226,12 +226,16 @@ void tst_DialogConverter::filesOfOneBaseNameGetDistinctNames()
 
 void tst_DialogConverter::errorsAreToldAtTheEnd()
 {
-    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"), 5, "rubbish")},
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"), 5, "rubbish"),
+          m_bench->makeLog(text("c.rld"))},
          ConversionGlobal::MDF4, true);
     m_dialog->start();
     QVERIFY(ends());
-    QCOMPARE(states(), text("34"));
+    QCOMPARE(states(), text("343"));
     QCOMPARE(m_bench->prompt.shown, QStringList(text(finishedBadly)));
+    QCOMPARE(files()->currentIndex(), 1);
+    QVERIFY(files()->itemIcon(0).isNull());
+    QVERIFY(!files()->itemIcon(1).isNull());
 }
 
 void tst_DialogConverter::aBatchHasABarOfItsOwn()
@@ -244,6 +248,7 @@ void tst_DialogConverter::aBatchHasABarOfItsOwn()
     m_dialog->start();
     QVERIFY(ends());
     QCOMPARE(find<QProgressBar>("progressBar_batch")->value(), 100);
+    QVERIFY(find<QLabel>("label_batch")->text().startsWith(text("ended after ")));
 }
 
 void tst_DialogConverter::anEmptyBatchEnds()
@@ -278,6 +283,8 @@ void tst_DialogConverter::cancellingASequenceStartsNoFurther()
     QVERIFY(ends());
     QCOMPARE(states(), text("55"));
     QCOMPARE(widgets()[1]->messages(), QString());
+    QVERIFY(find<QProgressBar>("progressBar_batch")->value() < 100);
+    QVERIFY(find<QLabel>("label_batch")->text().startsWith(text("cancelled after ")));
     QCOMPARE(m_bench->left(), QString());
 }
 
