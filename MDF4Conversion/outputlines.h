@@ -9,7 +9,7 @@
 class OutputLines
 {
 public:
-    static constexpr int maxLineBytes = 4096;
+    static constexpr int maxLineBytes = 1000;
 
     // The lines that are whole by now.
     [[nodiscard]] QStringList feed(const QByteArray &bytes);

@@ -6,12 +6,13 @@
 
 bool Application::notify(QObject *receiver, QEvent *event)
 {
+    const char *className = receiver->metaObject()->className(); // it may be gone behind the event
     try {
         return QApplication::notify(receiver, event);
     } catch (const std::exception &e) {
-        qCritical("Exception in an event of %s: %s", receiver->metaObject()->className(), e.what());
+        qCritical("Exception in an event of %s: %s", className, e.what());
     } catch (...) {
-        qCritical("Unknown exception in an event of %s", receiver->metaObject()->className());
+        qCritical("Unknown exception in an event of %s", className);
     }
     return false;
 }

@@ -8,6 +8,7 @@
 namespace {
 
 const QLatin1String configFilter("config (*.zdc)");
+const QLatin1String loadTitle("Load configuration");
 
 } // namespace
 
@@ -27,21 +28,34 @@ void ConfigurationCommands::newEmpty()
 
 void ConfigurationCommands::open()
 {
-    if (m_link.isConnected()
-        && !m_prompt.ask(QStringLiteral("Info"),
-                         QStringLiteral("Load/Write configuration to data logger?")))
+    if (!mayBeReplaced())
         return;
-    const QString title = QStringLiteral("Load configuration");
     const QString path =
-        m_prompt.pickFile(title, QCoreApplication::applicationDirPath(), configFilter);
-    if (path.isEmpty())
-        return;
+        m_prompt.pickFile(loadTitle, QCoreApplication::applicationDirPath(), configFilter);
+    if (!path.isEmpty())
+        load(path);
+}
+
+void ConfigurationCommands::openFile(const QString &path)
+{
+    if (mayBeReplaced())
+        load(path);
+}
+
+bool ConfigurationCommands::mayBeReplaced()
+{
+    return !m_link.isConnected()
+           || m_prompt.ask(QStringLiteral("Info"),
+                           QStringLiteral("Load/Write configuration to data logger?"));
+}
+
+void ConfigurationCommands::load(const QString &path)
+{
     QString error;
-    if (!m_link.loadConfiguration(path, &error)) {
-        m_prompt.warn(title, QStringLiteral("Error loading file"), error);
-        return;
-    }
-    m_fileName = path;
+    if (m_link.loadConfiguration(path, &error))
+        m_fileName = path;
+    else
+        m_prompt.warn(loadTitle, QStringLiteral("Error loading file"), error);
 }
 
 void ConfigurationCommands::save()

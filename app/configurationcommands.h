@@ -15,6 +15,8 @@ public:
     // Has no file yet.
     void newEmpty();
     void open();
+    // The same with a file that the user has chosen already.
+    void openFile(const QString &path);
     // To the file of the last open or save, or as saveAs() without one.
     void save();
     void saveAs();
@@ -23,6 +25,8 @@ public:
     [[nodiscard]] QString fileName() const { return m_fileName; }
 
 private:
+    [[nodiscard]] bool mayBeReplaced();
+    void load(const QString &path);
     void saveTo(const QString &path);
 
     LoggerLink &m_link;

@@ -1,5 +1,5 @@
-#include "MDF4Conversion/views/dialogconverter.h"
 #include "app/application.h"
+#include "app/dialogs.h"
 #include "app/handlerlink.h"
 #include "app/log/stdlogfileclass.h"
 #include "app/mainwindow.h"
@@ -33,10 +33,7 @@ int main(int argc, char *argv[])
     parts.settings = &settings;
     parts.log_path = log.path();
     parts.debug_window = makeDebugWindow;
-    parts.convert = [&prompt](ConversionGlobal::OutputFormat format, const QStringList &rawLogs,
-                              const QString &folder, QWidget *parent) {
-        DialogConverter::open(rawLogs, folder, format, prompt, parent);
-    };
+    setDialogs(parts, prompt);
 
     MainWindow window(&controller, QStringLiteral("MainWindow"), std::move(parts));
     prompt.setWindow(&window);

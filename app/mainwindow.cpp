@@ -1,24 +1,31 @@
 #include "app/mainwindow.h"
 
+#include "app/droppedfiles.h"
 #include "app/interfacetree.h"
 #include "app/loggerlink.h"
 #include "app/state/appcontroller.h"
 #include "app/state/usersettings.h"
 #include "app/statusfields.h"
+#include "app/ui/busycursor.h"
 #include "app/ui/dialogdelaydialog.h"
 #include "app/ui/onlycontrol.h"
 #include "app/ui/plainpage.h"
+#include "link/views/dialogdownloadoptions.h"
+#include "link/views/logger_main_view.h"
 #include "ui_mainwindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
+#include <QDropEvent>
 #include <QHostAddress>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMetaEnum>
+#include <QMimeData>
 #include <QScopedValueRollback>
 #include <QSettings>
 #include <QSignalBlocker>
+#include <QTimer>
 
 namespace {
 
@@ -50,16 +57,6 @@ struct WindowPlace
     QString splitter = QStringLiteral("mainWindow/splitter");
 };
 
-// The cursor of a program that works but listens.
-class BusyCursor
-{
-public:
-    BusyCursor() { QGuiApplication::setOverrideCursor(Qt::BusyCursor); }
-    ~BusyCursor() { QGuiApplication::restoreOverrideCursor(); }
-    BusyCursor(const BusyCursor &) = delete;
-    BusyCursor &operator=(const BusyCursor &) = delete;
-};
-
 } // namespace
 
 MainWindow::MainWindow(AppController *controller, const QString &componentName,
@@ -86,6 +83,7 @@ MainWindow::MainWindow(AppController *controller, const QString &componentName,
     showConnectButton(ConnectButton::Connect);
     m_ui->slideSwitch_transparent->setEnabled(false);
     m_ui->treeWidget->setCurrentItem(m_ui->treeWidget->topLevelItem(0));
+    setAcceptDrops(true);
     restorePlace();
 }
 
@@ -170,11 +168,14 @@ void MainWindow::makePages()
         for (int number = 0; number < row.count; ++number) {
             const QString title = numbered(row.tree_text, number);
             const QString name = numbered(row.object_name, number);
-            QWidget *page = row.make({appController(), handler, m_parts.prompt, name, title, number,
-                                      m_ui->stackedWidget});
+            QWidget *page = row.make({appController(), handler, m_parts.prompt, m_parts.settings,
+                                      name, title, number, m_ui->stackedWidget});
             page->setObjectName(name);
             m_ui->stackedWidget->addWidget(page);
             m_pageOfItem.insert(title, page);
+            if (auto *mainPage = qobject_cast<Logger_Main_View *>(page))
+                connect(mainPage, &Logger_Main_View::signal_start_dialog_tcp_file_transfer, this,
+                        &MainWindow::start_dialog_file_download);
             registerComponent(page);
         }
     }
@@ -183,8 +184,8 @@ void MainWindow::makePages()
     m_ui->pushButton_cmd_window->setVisible(m_parts.debug_window != nullptr);
     if (m_parts.debug_window) {
         const QString name = QStringLiteral("DialogCmdWindow");
-        m_debugWindow =
-            m_parts.debug_window({appController(), handler, m_parts.prompt, name, name, 0, this});
+        m_debugWindow = m_parts.debug_window(
+            {appController(), handler, m_parts.prompt, m_parts.settings, name, name, 0, this});
         m_debugWindow->setObjectName(name);
         registerComponent(m_debugWindow);
     }
@@ -310,7 +311,7 @@ bool MainWindow::openSockets(const QHostAddress &logger)
     m_tcpErrorMeanwhile.clear();
     const QScopedValueRollback<bool> connecting(m_connecting, true);
     const QScopedValueRollback<bool> opening(m_opening, true);
-    const BusyCursor busy;
+    const BusyCursor busy(Qt::BusyCursor); // the window listens
     const OnlyControl cancel(m_ui->pushButton_connect_disconnect);
     showConnectButton(ConnectButton::Cancel);
     m_ui->statusbar->showMessage(QStringLiteral("Connecting to %1 ...").arg(logger.toString()));
@@ -468,6 +469,56 @@ void MainWindow::startConversion(ConversionGlobal::OutputFormat format)
     if (folder.isEmpty())
         return;
     m_parts.convert(format, rawLogs, folder, this);
+}
+
+void MainWindow::start_dialog_file_download(QStringList filename_list, QList<qint64> filesize_list,
+                                            QString target_event_folder,
+                                            ConversionGlobal::OutputFormatFlags formats)
+{
+    if (target_event_folder.isEmpty()) {
+        m_parts.prompt->warn(QStringLiteral("No Event-Folder Selected"),
+                             QStringLiteral("Please Select/Create a Event-Folder."));
+        return;
+    }
+    m_parts.download(QHostAddress(address()), filename_list, filesize_list, target_event_folder,
+                     formats, this);
+}
+
+// Nothing is taken while a box waits for its answer or the sockets are being opened.
+bool MainWindow::takesDrop(const QMimeData *dropped) const
+{
+    return !m_connecting && isEnabled() && !QApplication::activeModalWidget()
+           && !DroppedFiles::of(dropped->urls()).isEmpty();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (takesDrop(event->mimeData()))
+        event->acceptProposedAction();
+}
+
+// The program that the files come from waits until this function returns.
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    if (!takesDrop(event->mimeData()))
+        return;
+    event->acceptProposedAction();
+    QTimer::singleShot(0, this, [this, files = DroppedFiles::of(event->mimeData()->urls())] {
+        if (files.configuration.isEmpty())
+            askToConvert(files.raw_logs);
+        else
+            m_configuration.openFile(files.configuration);
+    });
+}
+
+void MainWindow::askToConvert(const QStringList &rawLogs)
+{
+    auto *dialog = new DialogDownloadOptions(rawLogs, *m_parts.settings, *m_parts.prompt, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog, rawLogs] {
+        m_parts.convert(dialog->formats(), rawLogs, dialog->folder(), this);
+    });
+    dialog->open();
 }
 
 void MainWindow::restorePlace()

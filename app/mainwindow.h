@@ -16,6 +16,7 @@
 
 class LoggerLink;
 class QHostAddress;
+class QMimeData;
 class StatusFields;
 class UserSettings;
 
@@ -28,8 +29,13 @@ struct MainWindowParts
 {
     // Converts raw logs into a folder, with a window in front of the given one.
     using Converter =
-        std::function<void(ConversionGlobal::OutputFormat format, const QStringList &rawLogs,
+        std::function<void(ConversionGlobal::OutputFormatFlags formats, const QStringList &rawLogs,
                            const QString &folder, QWidget *window)>;
+    // Downloads files of the logger into a folder and converts them, with a window in front of the
+    // given one. The names are the logger's, the sizes bytes.
+    using Downloader = std::function<void(
+        const QHostAddress &logger, const QStringList &names, const QList<qint64> &sizes,
+        const QString &folder, ConversionGlobal::OutputFormatFlags formats, QWidget *window)>;
 
     std::unique_ptr<LoggerLink> link;
     UserPrompt *prompt = nullptr;     // not owned
@@ -39,6 +45,7 @@ struct MainWindowParts
     PageRow::Factory debug_window = nullptr; // a dialog; none: no button for it
     SoftwareUpdate::ImageSource update_image = updateimage::builtIn;
     Converter convert;
+    Downloader download;
 };
 
 // The window of the tool: connect row, configuration files, tree of interfaces and their pages. It
@@ -70,9 +77,14 @@ public slots:
     void show_warning_if_logger_is_connected(QString title, QString error_txt);
     void softwareUpdAutoReconnect();
     void startConversion(ConversionGlobal::OutputFormat format);
+    void start_dialog_file_download(QStringList filename_list, QList<qint64> filesize_list,
+                                    QString target_event_folder,
+                                    ConversionGlobal::OutputFormatFlags formats);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void fillAddressBox();
@@ -90,6 +102,8 @@ private:
     void enterConnectSequence();
     void showTcpErrorMeanwhile();
     void waitForUpdate(int delay_s);
+    [[nodiscard]] bool takesDrop(const QMimeData *dropped) const;
+    void askToConvert(const QStringList &rawLogs);
     [[nodiscard]] QString address() const;
 
     MainWindowParts m_parts;

@@ -4,6 +4,7 @@
 #include "app/ui/plainpage.h"
 #include "can/views/logger_can_view.h"
 #include "link/views/dialogcmdwindow.h"
+#include "link/views/logger_main_view.h"
 
 namespace {
 
@@ -30,6 +31,12 @@ QWidget *canPage(const PageContext &context)
 {
     return new Logger_CAN_View(context.controller, context.objectName, context.title,
                                context.number, context.handler, *context.prompt, context.parent);
+}
+
+QWidget *mainPage(const PageContext &context)
+{
+    return new Logger_Main_View(context.controller, context.objectName, context.handler,
+                                *context.prompt, *context.settings, context.parent);
 }
 
 } // namespace
@@ -64,7 +71,7 @@ std::vector<PageRow> pageTable()
         return PageRow{QLatin1String(objectName), QLatin1String(treeText), needs, count, make};
     };
     return {
-        row("Logger_Main_View", "Datalogger", Needs::Nothing, 1, emptyPage),
+        row("Logger_Main_View", "Datalogger", Needs::Nothing, 1, mainPage),
         row("Logger_Settings_View", "Settings", Needs::Nothing, 1, emptyPage),
         row("Logger_Gps_View", "GPS", Needs::Gps, 1, emptyPage),
         row("Logger_Agm_View", "Accel/Gyro/Mag", Needs::Agm, 1, emptyPage),

@@ -11,6 +11,7 @@ class AppController;
 class Logger_Data_Handler_Class;
 class QWidget;
 class UserPrompt;
+class UserSettings;
 
 // What a logger must have for a page to be of use.
 enum class Needs { Nothing, Agm, Gps, Can, Lte, Ethernet, Rs485, EtherCat };
@@ -23,7 +24,8 @@ struct PageContext
 {
     AppController *controller;
     Logger_Data_Handler_Class *handler;
-    UserPrompt *prompt; // outlives the page
+    UserPrompt *prompt; // these two outlive the page
+    UserSettings *settings;
     QString objectName;
     QString title;
     int number; // 0 for what there is only once

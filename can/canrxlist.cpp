@@ -1,6 +1,7 @@
 #include "can/canrxlist.h"
 
 #include "can/canframe.h"
+#include "config/shorttext.h"
 #include "config/streamingclass_dbc_signal.h"
 
 #include <QSaveFile>
@@ -67,15 +68,16 @@ QString commentText(const RxListItem &item)
 QHash<quint64, QString> signalComments(const QList<StreamingClass_DBC_Signal *> &signalList)
 {
     constexpr int mostNames = 10;
+    constexpr int longestName = 200;
     QHash<quint64, int> counts;
     QHash<quint64, QString> comments;
     for (const StreamingClass_DBC_Signal *signal : signalList) {
         const quint64 key = identifierKey(signal->msg_id, signal->extended_id != 0);
         const int count = ++counts[key];
         if (count == 1)
-            comments[key] = signal->name;
+            comments[key] = shortText(signal->name, longestName);
         else if (count <= mostNames)
-            comments[key] += QStringLiteral(", ") + signal->name;
+            comments[key] += QStringLiteral(", ") + shortText(signal->name, longestName);
         else if (count == mostNames + 1)
             comments[key] += QStringLiteral(", ...");
     }

@@ -66,7 +66,7 @@ Fault readPosition(std::string_view word, StreamingClass_DBC_Signal &signal)
     const auto start = dbc::toField<quint16>(word.substr(0, bar));
     if (!start)
         return "Unable to parse start-bit";
-    if (bar > at)
+    if (bar > at) // never so, for the "@" would be in the start bit; but it guards what follows
         return "Invalid Signal-Structure (bit-length)";
     const auto length = dbc::toField<quint16>(word.substr(bar + 1, at - bar - 1));
     if (!length)

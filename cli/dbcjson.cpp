@@ -2,6 +2,7 @@
 
 #include "can/canfilters.h"
 #include "can/dbcfileparser.h"
+#include "cli/interruption.h"
 #include "config/record/recordjson.h"
 
 #include <QJsonObject>
@@ -31,7 +32,10 @@ void writeDbcJson(JsonWriter &json, const DbcFileParser &parser)
     json.value(QStringLiteral("summary"), summaryJson(parser));
     json.key(QStringLiteral("signals"));
     json.beginArray();
-    for (const StreamingClass_DBC_Signal *signal : parser.signalList())
+    for (const StreamingClass_DBC_Signal *signal : parser.signalList()) {
+        if (interruption::requested()) // one comment for many signals makes far more than the file
+            break;
         record::writeJson(json, *signal);
+    }
     json.end();
 }

@@ -4,6 +4,7 @@
 #include "can/dbcfileparser.h"
 #include "cli/signalcells.h"
 #include "cli/textsections.h"
+#include "config/shorttext.h"
 
 namespace {
 
@@ -34,6 +35,12 @@ bool areOfOneMessage(const StreamingClass_DBC_Signal &a, const StreamingClass_DB
     return a.msg_id == b.msg_id && a.extended_id == b.extended_id && a.dlc == b.dlc;
 }
 
+// Spaces go before the table cuts the text, but not those of megabytes that it would cut anyway.
+QString descriptionCell(const StreamingClass_DBC_Signal &signal)
+{
+    return shortText(signal.description, 2 * TextTable::maxCellLength).simplified();
+}
+
 // A message stands at the first of its signals.
 QStringList messageCells(const StreamingClass_DBC_Signal &signal,
                          const StreamingClass_DBC_Signal *previous)
@@ -52,7 +59,7 @@ QString signalsText(const DbcFileParser &parser)
     for (const StreamingClass_DBC_Signal *signal : parser.signalList()) {
         table.addRow([&] {
             return messageCells(*signal, previous) + signalCells(*signal)
-                   + QStringList{signal->description.simplified()};
+                   + QStringList{descriptionCell(*signal)};
         });
         previous = signal;
     }

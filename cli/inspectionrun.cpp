@@ -51,6 +51,8 @@ ExitCode InspectionRun::inspect(const QString &file)
     if (!m_saveAs.isEmpty() && inspection.failure.isEmpty())
         (void)save(inspection, inspection.failure);
     show(inspection);
+    if (interruption::requested())
+        return Cancelled;
     if (!inspection.failure.isEmpty())
         return SomeFileFailed;
     return inspection.errors.isEmpty() ? AllDone : DoneWithErrors;

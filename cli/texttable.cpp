@@ -1,18 +1,10 @@
 #include "cli/texttable.h"
 
+#include "config/shorttext.h"
+
 namespace {
 
 const QString columnGap = QStringLiteral("  ");
-
-QString shown(const QString &text, int maxLength)
-{
-    if (text.size() <= maxLength)
-        return printable(text);
-    int end = maxLength - 1;
-    if (text.at(end).isLowSurrogate() && text.at(end - 1).isHighSurrogate())
-        --end;                                        // half a character is none
-    return printable(text.left(end)) + QChar(0x2026); // ellipsis
-}
 
 } // namespace
 
@@ -34,7 +26,7 @@ void TextTable::addRow(const QStringList &cells)
     }
     QStringList row;
     for (const QString &cell : cells)
-        row.append(shown(cell, m_titles.isEmpty() ? maxValueLength : maxCellLength));
+        row.append(printable(shortText(cell, m_titles.isEmpty() ? maxValueLength : maxCellLength)));
     m_rows.append(row);
 }
 

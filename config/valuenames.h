@@ -7,8 +7,8 @@
 // What the numbers of configuration fields mean to the user. Each table begins with 0. UTF-8.
 namespace valuenames {
 
-inline constexpr const char *auxModes[] = {"always on", "terminal 15 controlled",
-                                           "CAN 0 traffic controlled"};
+inline constexpr const char *auxModes[] = {"always on", "terminal 15 controled",
+                                           "CAN-0 traffic controlled"};
 
 inline constexpr const char *agmRates[] = {"1000 Hz", "250 Hz", "125 Hz", "31.25 Hz"};
 inline constexpr const char *accScales[] = {"2 g", "4 g", "8 g"};

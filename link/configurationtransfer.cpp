@@ -9,7 +9,11 @@
 #include <QDebug>
 #include <QScopedValueRollback>
 
+#include <utility>
+
 namespace {
+
+constexpr char cutRecord[] = "A record of the logger is not whole, it is dropped.";
 
 // A record of a numbered run: port i of the array.
 template <class Array>
@@ -95,10 +99,17 @@ void Logger_Data_Handler_Class::fakeTransfer(int type, const QByteArray &bytes)
     }
 }
 
-// On the command worker's thread.
+// On the command worker's thread. What is cut short must not take the place of a whole record that
+// still waits.
 void Logger_Data_Handler_Class::takeRecordOver(int type, QByteArray *data)
 {
-    switch (m_recordsUnderway.put(type, std::unique_ptr<QByteArray>(data))) {
+    std::unique_ptr<QByteArray> owned(data);
+    if (type != protocol::Lte && !record::frameIsWhole(*owned)) {
+        if (m_refusedRecords.allows())
+            qWarning(cutRecord);
+        return;
+    }
+    switch (m_recordsUnderway.put(type, std::move(owned))) {
     case RecordsUnderway::Outcome::Added:
         threadcall::post(this, [this] { applyFirstRecord(); });
         break;
@@ -133,7 +144,7 @@ bool Logger_Data_Handler_Class::takeRecord(const QByteArray &data, R &record)
     if (record::frameIsWhole(data))
         return record::fromBytes(data, record);
     if (m_warnings.allows())
-        qWarning() << "A record of the logger is not whole, it is dropped.";
+        qWarning(cutRecord);
     return false;
 }
 

@@ -1,10 +1,7 @@
 #include "link/liveentries.h"
 
-#include "can/cantxrow.h"
-
 #include <QtEndian>
 
-#include <algorithm>
 #include <memory>
 
 namespace live {
@@ -39,14 +36,6 @@ double degrees(quint32 signAndMagnitude)
     return double((signAndMagnitude & 0x80000000U) != 0 ? -magnitude : magnitude);
 }
 
-// A bus has frames of these lengths and identifiers only.
-bool canBeOnABus(const CAN_Msg_Class &message)
-{
-    const std::vector<int> &lengths = can::dataLengths(can::FrameFormat::Fd);
-    return message.id <= can::maxId(message.extended)
-           && std::binary_search(lengths.begin(), lengths.end(), message.data.size());
-}
-
 } // namespace
 
 CAN_Msg_Class *canMessage(const QByteArray &entry)
@@ -66,7 +55,7 @@ CAN_Msg_Class *canMessage(const QByteArray &entry)
     message->rtr = (idWord & rtrFlag) != 0;
     message->id = idWord & (rtrFlag - 1);
     message->data = entry.mid(dataAt, dataLength);
-    return canBeOnABus(*message) ? message.release() : nullptr;
+    return message.release();
 }
 
 std::optional<AGM_DataContainer> agmSample(const QByteArray &entry)

@@ -217,7 +217,11 @@ void TcpFileClient::socket_error(QAbstractSocket::SocketError error)
 void TcpFileClient::silenceIsTooLong()
 {
     QTimer::singleShot(0, this, [this] {
-        if (m_isRunning && !m_silence.isActive())
+        if (!m_isRunning || m_silence.isActive())
+            return;
+        if (m_received > 0 && m_received == m_expected)
+            m_socket->abort(); // only the end of the connection got lost; this is one
+        else
             abort_and_set_error(
                 tr("The logger sent nothing for %1 seconds.").arg(m_silence.interval() / 1000.0));
     });

@@ -170,6 +170,8 @@ void DialogConverter::finish()
     m_ui->pushButtonOk->setFocus();
     m_ui->pushButtonCancel->setEnabled(false);
     m_ui->label_status->setText(conversionbatch::finishedLabel(count()));
+    if (m_widgets.empty())
+        return;
     const QString title = QStringLiteral("Conversion(s) finished!");
     const bool isGood =
         std::all_of(m_widgets.begin(), m_widgets.end(), [](const WidgetConverterBase *widget) {

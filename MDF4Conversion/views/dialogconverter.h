@@ -62,7 +62,7 @@ private:
     const QString m_outputDirectory;
     const bool m_sequential;
     std::vector<WidgetConverterBase *> m_widgets; // children of the form
-    QTimer m_pollTimer;
+    QTimer m_pollTimer{this};
     QElapsedTimer m_clock;
     int m_current = 0; // runs, when sequential
     bool m_isCancelled = false;

@@ -78,7 +78,7 @@ Journey::Journey(const QDir &folder)
     parts.link = std::move(link);
     parts.prompt = &m_prompt;
     parts.settings = &m_settings;
-    parts.convert = [](ConversionGlobal::OutputFormat, const QStringList &, const QString &,
+    parts.convert = [](ConversionGlobal::OutputFormatFlags, const QStringList &, const QString &,
                        QWidget *) {};
     m_window =
         std::make_unique<MainWindow>(&m_controller, QStringLiteral("MainWindow"), std::move(parts));

@@ -1,5 +1,7 @@
 #include "can/models/dbcsignalcolumns.h"
 
+#include "config/shorttext.h"
+
 #include <QStringList>
 
 #include <cmath>
@@ -9,8 +11,11 @@ using namespace dbcsignalcolumns;
 
 namespace {
 
-constexpr int doubleDigits = 15;      // that every double shows without noise
-constexpr int maxToolTipText = 1'000; // characters of a description
+constexpr int doubleDigits = 15; // that every double shows without noise
+// Characters that are shown: of a cell more than a usual description has, which the filter shall find.
+constexpr int maxCellText = 2'000;
+constexpr int maxToolTipText = 1'000; // of a description
+constexpr int maxToolTipName = 200;   // and of a name or unit
 
 QString text(double value)
 {
@@ -18,9 +23,10 @@ QString text(double value)
 }
 
 // A table cell has one line.
-QString singleLine(const QString &text)
+QString cellText(const QString &text)
 {
-    return text.contains(QLatin1Char('\n')) ? text.simplified() : text;
+    const QString shown = shortText(text, maxCellText);
+    return shown.contains(QLatin1Char('\n')) ? shown.simplified() : shown;
 }
 
 // An edit that changes nothing is refused, so that nothing is sent for it.
@@ -81,7 +87,8 @@ Column nameColumn()
     Column column =
         titled(QStringLiteral("Name"), QStringLiteral("Name of the signal, as recordings show it"),
                Qt::AlignLeft);
-    column.text = [](const Signal &s) { return s.name; };
+    column.text = [](const Signal &s) { return cellText(s.name); };
+    column.value = [](const Signal &s) { return s.name; };
     column.set = [](Signal &s, const QVariant &value) {
         const QString name = value.toString().trimmed();
         return !name.isEmpty() && change(s.name, name);
@@ -111,7 +118,8 @@ Column valueColumn()
 Column unitColumn()
 {
     Column column = titled(QStringLiteral("Unit"), QStringLiteral("Physical unit of the value"));
-    column.text = [](const Signal &s) { return s.unit; };
+    column.text = [](const Signal &s) { return cellText(s.unit); };
+    column.value = [](const Signal &s) { return s.unit; };
     column.set = [](Signal &s, const QVariant &value) {
         return change(s.unit, value.toString().trimmed());
     };
@@ -140,7 +148,7 @@ Column descriptionColumn()
 {
     Column column = titled(QStringLiteral("Description"),
                            QStringLiteral("Comment on the signal in the DBC file"), Qt::AlignLeft);
-    column.text = [](const Signal &s) { return singleLine(s.description); };
+    column.text = [](const Signal &s) { return cellText(s.description); };
     return column;
 }
 
@@ -239,15 +247,15 @@ bool dbcsignalcolumns::isForLogger(Field field)
 
 QString dbcsignalcolumns::toolTip(const Signal &signal, const QString &lastLine)
 {
-    QStringList lines{signal.name, layoutInMessage(signal)};
+    QStringList lines{shortText(signal.name, maxToolTipName), layoutInMessage(signal)};
     lines += QStringLiteral("Value = raw x %1 + %2, %3 to %4 %5")
                  .arg(text(signal.factor), text(signal.offset), text(signal.minimum),
-                      text(signal.maximum), signal.unit)
+                      text(signal.maximum), shortText(signal.unit, maxToolTipName))
                  .trimmed();
     if (signal.mux_kind == MultiplexedSignal)
         lines += QStringLiteral("Sent while the multiplexor is %1").arg(signal.mux_value);
     if (!signal.description.isEmpty())
-        lines += signal.description.left(maxToolTipText);
+        lines += shortText(signal.description, maxToolTipText);
     if (!lastLine.isEmpty())
         lines += lastLine;
     // Said to be rich text, so that markup in a name or a description isn't taken for it.

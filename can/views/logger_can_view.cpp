@@ -177,6 +177,7 @@ void Logger_CAN_View::takeOverChannel()
     const auto &records = channel().dbc_signals.items();
     m_decoder.setSignals(records);
     m_dbcModel.setSignals(records);
+    holdSignals();
     m_rxModel.setComments(can::signalComments(records));
     m_busLoad.setTiming(channel());
     updateDbcButtons();

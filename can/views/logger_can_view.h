@@ -13,6 +13,8 @@
 #include <QTimer>
 
 #include <memory>
+#include <tuple>
+#include <vector>
 
 class CAN_Msg_Class;
 class DbcLoadTask;
@@ -116,6 +118,8 @@ private:
     void updateDbcButtons();
     void showSummary();
     [[nodiscard]] QVector<int> selectedSignals() const;
+    void holdSignals();
+    void sendEditedSignals();
 
     [[nodiscard]] bool isListing() const;
     void showBusFigures();
@@ -133,6 +137,9 @@ private:
     // The signals are the channel's. A record that replaces them is shown as soon as it is there.
     Model_DBC_Signals m_dbcModel;
     ChannelSignalRows m_dbcRows;
+    // What can be edited of each signal, as it was before an edit.
+    using EditableFields = std::tuple<QString, QString, double, double, quint8>;
+    std::vector<EditableFields> m_held;
     can::DbcLiveDecoder m_decoder;
     std::unique_ptr<DbcLoadTask> m_loading;
     QTimer m_loadingShows; // until the progress of a load is shown

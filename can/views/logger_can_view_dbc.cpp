@@ -23,6 +23,11 @@ QString lastFileKey(int can_nr)
     return QStringLiteral("DbcLastFile/CAN-%1").arg(can_nr);
 }
 
+auto editableFields(StreamingClass_DBC_Signal &signal)
+{
+    return std::tie(signal.name, signal.unit, signal.factor, signal.offset, signal.selection_flags);
+}
+
 // The one DBC file that is dragged; empty for anything else.
 QString draggedDbcFile(const QMimeData *data)
 {
@@ -202,11 +207,31 @@ void Logger_CAN_View::on_lineEdit_dbc_filter_textChanged(QString text)
 void Logger_CAN_View::slotDbcModelChanged(bool transferCmd)
 {
     if (transferCmd) {
-        (void)handler()->writeCan(number(), channel()); // a failure is told by the handler
+        sendEditedSignals();
         return;
     }
+    holdSignals();
     m_decoder.setSignals(channel().dbc_signals.items());
     m_dbcModel.valuesChanged();
+}
+
+void Logger_CAN_View::holdSignals()
+{
+    m_held.clear();
+    for (StreamingClass_DBC_Signal *signal : channel().dbc_signals)
+        m_held.emplace_back(editableFields(*signal));
+}
+
+// The table edits the records themselves. They keep what they held until the edit is echoed.
+void Logger_CAN_View::sendEditedSignals()
+{
+    TerminalCanCfg edited;
+    record::copy(channel(), edited);
+    std::size_t place = 0;
+    for (StreamingClass_DBC_Signal *signal : channel().dbc_signals)
+        editableFields(*signal) = m_held.at(place++);
+    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    m_dbcModel.setSignals(channel().dbc_signals.items());
 }
 
 void Logger_CAN_View::dragEnterEvent(QDragEnterEvent *event)

@@ -4,7 +4,23 @@
 #include <QTest>
 #include <QTimer>
 
+#include <memory>
 #include <stdexcept>
+
+namespace {
+
+// Ends its life in an event, and throws behind that.
+class Ending : public QObject
+{
+public:
+    bool event(QEvent *) override
+    {
+        delete this;
+        throw std::out_of_range("at 8");
+    }
+};
+
+} // namespace
 
 class tst_Application : public QObject
 {
@@ -13,6 +29,7 @@ class tst_Application : public QObject
 private slots:
     void anExceptionInASlotIsLoggedAndTheProgramGoesOn();
     void anythingThrownIsLogged();
+    void aReceiverMayBeGoneWhenItsExceptionIsLogged();
 
 private:
     // Lets the event loop run a slot that throws, and one behind it.
@@ -42,6 +59,13 @@ void tst_Application::anythingThrownIsLogged()
     QTest::ignoreMessage(QtCriticalMsg,
                          QRegularExpression(QStringLiteral("^Unknown exception in an event of ")));
     QVERIFY(goesOnAfter([] { throw 7; }));
+}
+
+void tst_Application::aReceiverMayBeGoneWhenItsExceptionIsLogged()
+{
+    QTest::ignoreMessage(QtCriticalMsg, "Exception in an event of QObject: at 8");
+    QEvent event(QEvent::User);
+    QVERIFY(!QCoreApplication::sendEvent(std::make_unique<Ending>().release(), &event));
 }
 
 int main(int argc, char *argv[])

@@ -52,10 +52,20 @@ public:
             parts.settings = settings.get();
             parts.log_path = QStringLiteral("/state/zds.log");
             parts.update_image = [this] { return update_image; };
-            parts.convert = [this](ConversionGlobal::OutputFormat format, const QStringList &logs,
-                                   const QString &target, QWidget *) {
-                conversions +=
-                    QStringLiteral("%1 %2 %3").arg(format).arg(logs.join(QLatin1Char(',')), target);
+            parts.convert = [this](ConversionGlobal::OutputFormatFlags formats,
+                                   const QStringList &logs, const QString &target, QWidget *) {
+                conversions += QStringLiteral("%1 %2 %3")
+                                   .arg(int(formats))
+                                   .arg(logs.join(QLatin1Char(',')), target);
+            };
+            parts.download = [this](const QHostAddress &logger, const QStringList &names,
+                                    const QList<qint64> &sizes, const QString &target,
+                                    ConversionGlobal::OutputFormatFlags formats, QWidget *) {
+                downloads += QStringLiteral("%1 %2 %3 %4 %5")
+                                 .arg(logger.toString(), names.join(QLatin1Char(',')))
+                                 .arg(sizes.value(0))
+                                 .arg(target)
+                                 .arg(int(formats));
             };
             m_window = std::make_unique<MainWindow>(&controller, QStringLiteral("MainWindow"),
                                                     std::move(parts));
@@ -98,6 +108,7 @@ public:
     std::unique_ptr<UserSettings> settings;
     ScriptedLink *link = nullptr; // the window's
     QStringList conversions;
+    QStringList downloads;
     std::optional<QByteArray> update_image = QByteArray("image"); // none: none is built in
 
 private:

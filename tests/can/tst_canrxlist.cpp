@@ -22,6 +22,7 @@ private slots:
     void aRemoteFrameSaysSo();
     void aCommentNamesTheSignalsOfItsIdentifier();
     void aCommentOfManySignalsIsCut();
+    void aNameOfMegabytesIsCutInTheComment();
     void theFileHoldsTheText();
     void aFileThatCannotBeWrittenIsAnError();
 
@@ -110,6 +111,16 @@ void tst_CanRxList::aCommentOfManySignalsIsCut()
         list.add().name = QStringLiteral("S%1").arg(i);
     QCOMPARE(can::signalComments(list.items()).value(0),
              QStringLiteral("S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, ..."));
+}
+
+void tst_CanRxList::aNameOfMegabytesIsCutInTheComment()
+{
+    OwnedList<StreamingClass_DBC_Signal> list;
+    for (const char letter : {'a', 'b'})
+        list.add().name = QString(3'000'000, QLatin1Char(letter));
+    const auto cut = [](char letter) { return QString(199, QLatin1Char(letter)) + QChar(0x2026); };
+    QCOMPARE(can::signalComments(list.items()).value(0),
+             cut('a') + QStringLiteral(", ") + cut('b'));
 }
 
 void tst_CanRxList::theFileHoldsTheText()

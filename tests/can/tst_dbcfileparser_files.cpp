@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <memory>
-
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
 #endif
@@ -42,7 +41,8 @@ private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void whatCanNotBeOpenedGivesNoText_data();
     void whatCanNotBeOpenedGivesNoText();
-    void aPipeIsNotOpened();
+    void aPipeIsNotWaitedFor();
+    void aFileWithoutPermissionGivesNoText();
     void aFileThatCanNotBeReadGivesTheCause();
     void aFileThatIsTooLargeIsNotRead();
     void aFileThatDoesNotKnowItsSizeIsRead();
@@ -92,18 +92,29 @@ void tst_DbcFileParser_Files::whatCanNotBeOpenedGivesNoText()
     QVERIFY(parser.signalList().isEmpty());
 }
 
-// It would wait for a writer.
-void tst_DbcFileParser_Files::aPipeIsNotOpened()
+void tst_DbcFileParser_Files::aPipeIsNotWaitedFor()
 {
 #ifdef Q_OS_UNIX
-    const QString path = m_folder->filePath(QStringLiteral("pipe.dbc"));
-    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    const QString pipe = m_folder->filePath(QStringLiteral("pipe.dbc"));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    DbcFileParser parser;
+    QVERIFY(!parser.load(pipe));
+    QCOMPARE(parser.errorText(), QString());
+#else
+    QSKIP("There are no named pipes in folders here.");
+#endif
+}
+
+void tst_DbcFileParser_Files::aFileWithoutPermissionGivesNoText()
+{
+    const QString path = write(engineMessage + signalLine("A"));
+    QFile::setPermissions(path, {});
+    if (QFile probe(path); probe.open(QIODevice::ReadOnly))
+        QSKIP("Permissions don't hold for this user.");
     DbcFileParser parser;
     QVERIFY(!parser.load(path));
     QCOMPARE(parser.errorText(), QString());
-#else
-    QSKIP("There are no pipes among the files here.");
-#endif
+    QVERIFY(parser.signalList().isEmpty());
 }
 
 void tst_DbcFileParser_Files::aFileThatCanNotBeReadGivesTheCause()

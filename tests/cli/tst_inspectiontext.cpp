@@ -39,7 +39,7 @@ void tst_InspectionText::aLogIsShownInTables()
 
 Configuration
   Event measurement  Brake ?[31mtest
-  Auxiliary supply   terminal 15 controlled
+  Auxiliary supply   terminal 15 controled
   Logging starts     after 0 s
   GPS                on
 

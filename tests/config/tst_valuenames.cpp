@@ -30,7 +30,7 @@ void tst_ValueNames::namesAreUtf8()
 
 void tst_ValueNames::aNumberWithoutNameStays()
 {
-    QCOMPARE(nameOf(auxModes, 2), QStringLiteral("CAN 0 traffic controlled"));
+    QCOMPARE(nameOf(auxModes, 2), QStringLiteral("CAN-0 traffic controlled"));
     QCOMPARE(nameOf(auxModes, 3), QStringLiteral("3"));
     QCOMPARE(nameOf(auxModes, 255), QStringLiteral("255"));
 }

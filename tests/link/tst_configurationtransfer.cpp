@@ -23,6 +23,7 @@ private slots:
     void aWriteWhoseEchoComesCutFails();
     void aWriteMayBeAcknowledgedWithoutAnEcho();
     void ofAFloodOfConfigurationsOnlyTheNewestIsApplied();
+    void aRecordThatIsCutDoesNotReplaceAWholeOneUnderWay();
     void anRs485WriteOfflineEmptiesAllChannelLists();
     void recordsRaiseTheirSignals_data();
     void recordsRaiseTheirSignals();
@@ -217,6 +218,19 @@ void tst_ConfigurationTransfer::ofAFloodOfConfigurationsOnlyTheNewestIsApplied()
     QVERIFY(tool.handler.disableStopLogging());
     QTRY_COMPARE(tool.handler.terminal(), newest);
     QCOMPARE(full.size(), 1);
+}
+
+void tst_ConfigurationTransfer::aRecordThatIsCutDoesNotReplaceAWholeOneUnderWay()
+{
+    TerminalStruct whole;
+    whole.gps.gps_enabled = 1;
+    const QByteArray bytes = record::toBytes(whole);
+    OnlineTool tool([&bytes](const protocol::Message &message) {
+        const QVector<protocol::Message> both{{3, 0, bytes}, {3, 0, bytes.left(9)}};
+        return protocol::envelopeBytes(both) + textReply(message, "OK");
+    });
+    QVERIFY(tool.handler.disableStopLogging());
+    QTRY_COMPARE(tool.handler.terminal(), whole);
 }
 
 void tst_ConfigurationTransfer::anRs485WriteOfflineEmptiesAllChannelLists()

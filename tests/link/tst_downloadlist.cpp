@@ -1,5 +1,6 @@
 #include "link/downloadlist.h"
 #include "link/protocol/messagetypes.h"
+#include "tests/support/filecontents.h"
 #include "tests/support/simulatedlogger.h"
 
 #include <QDir>
@@ -39,27 +40,6 @@ private slots:
 
 namespace {
 
-QByteArray pattern(int bytes, int seed)
-{
-    QByteArray all(bytes, '\0');
-    for (int i = 0; i < bytes; ++i)
-        all[i] = char(i * 31 + i / 256 + seed);
-    return all;
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("%s", qPrintable(path));
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("no file");
-}
-
 // A logger with the files a, b and c, and a folder to fetch them into.
 struct Bench
 {
@@ -68,7 +48,7 @@ struct Bench
         for (int i = 0; i < names.size(); ++i) {
             contents += pattern(300'000 + i, i);
             sizes += contents.at(i).size();
-            write(storage.filePath(names.at(i)), contents.at(i));
+            writeFile(storage.filePath(names.at(i)), contents.at(i));
         }
         logger.inspect(
             [this](simulator::LoggerSimulator &s) { s.state().logFolder = storage.path(); });
@@ -104,7 +84,10 @@ struct Bench
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
     void removeFromLogger(int index) { QFile::remove(storage.filePath(names.at(index))); }
-    void putOnLogger(int index) { write(storage.filePath(names.at(index)), contents.at(index)); }
+    void putOnLogger(int index)
+    {
+        writeFile(storage.filePath(names.at(index)), contents.at(index));
+    }
 
     QStringList names{QStringLiteral("a.rld"), QStringLiteral("b.rld"), QStringLiteral("c.rld")};
     QList<QByteArray> contents;
@@ -148,7 +131,7 @@ void tst_DownloadList::anEmptyListEndsAtOnce()
 void tst_DownloadList::namesThatAreTakenAreNumbered()
 {
     Bench bench;
-    write(bench.target.filePath(QStringLiteral("a.rld")), "older");
+    writeFile(bench.target.filePath(QStringLiteral("a.rld")), "older");
     QVERIFY(bench.run());
     QCOMPARE(contentOf(bench.target.filePath(QStringLiteral("a.rld"))), QByteArray("older"));
     QCOMPARE(bench.list().arrived().at(0), bench.target.filePath(QStringLiteral("a_nr_2.rld")));
@@ -342,7 +325,7 @@ void tst_DownloadList::percentOfEmptyFilesIsThatOfFiles()
     Bench bench;
     bench.sizes = {0, 0, 0};
     for (int i = 0; i < 2; ++i)
-        write(bench.storage.filePath(bench.names.at(i)), {});
+        writeFile(bench.storage.filePath(bench.names.at(i)), {});
     QCOMPARE(bench.list().percent(), 0);
     QVERIFY(bench.run());
     QCOMPARE(bench.list().percent(), 66);

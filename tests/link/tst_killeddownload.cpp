@@ -1,3 +1,4 @@
+#include "tests/support/filecontents.h"
 #include "tests/support/simulatedlogger.h"
 
 #include <QDir>
@@ -24,20 +25,6 @@ constexpr int maxRuns = 4 * kills;
 constexpr quint32 seed = 20240501;
 constexpr int end_ms = 30'000; // no run takes so long
 
-QByteArray pattern(int bytes, int shift)
-{
-    QByteArray all(bytes, '\0');
-    for (int i = 0; i < bytes; ++i)
-        all[i] = char(i * 31 + i / 256 + shift);
-    return all;
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // A logger with files, and a program that downloads them.
 struct Bench
 {
@@ -47,10 +34,7 @@ struct Bench
             const QString name = QStringLiteral("drive%1.rld").arg(i);
             contents[name] = pattern(2'000'000 + i, i);
             arguments += QStringList{name, QString::number(contents[name].size())};
-            QFile file(storage.filePath(name));
-            if (!file.open(QIODevice::WriteOnly))
-                qFatal("%s", qPrintable(name));
-            file.write(contents[name]);
+            writeFile(storage.filePath(name), contents[name]);
         }
         logger.inspect(
             [this](simulator::LoggerSimulator &s) { s.state().logFolder = storage.path(); });

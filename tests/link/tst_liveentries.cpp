@@ -17,7 +17,7 @@ private slots:
     void aCanFrameOf65BytesIsDropped();
     void aCanFrameOfAnUnknownChannelIsDropped();
     void aCanFrameThatAnnouncesMoreThanItHoldsIsDropped();
-    void aCanFrameThatNoBusCanHaveIsDropped();
+    void aCanFrameThatNoBusCanHaveIsShownAsItCame();
     void anAgmSampleHasTenWords();
     void aD4modEntryHasOneValueForEachChannel();
     void aD4modEntryOf16ChannelsIsDropped();
@@ -86,13 +86,15 @@ void tst_LiveEntries::aCanFrameThatAnnouncesMoreThanItHoldsIsDropped()
     QVERIFY(!canOf(canEntry(0, 4, "00000000 00000000 aabbcc")));
 }
 
-void tst_LiveEntries::aCanFrameThatNoBusCanHaveIsDropped()
+void tst_LiveEntries::aCanFrameThatNoBusCanHaveIsShownAsItCame()
 {
-    QVERIFY(canOf(canEntry(0, 0, "00000000 ff070000")));
-    QVERIFY2(!canOf(canEntry(0, 0, "00000000 00080000")), "11 bits, 0x800");
-    QVERIFY(canOf(canEntry(0, 0, "00000000 00080040")));
-    QVERIFY(canOf(canEntry(0, 12, "00000000 01000000 000102030405060708090a0b")));
-    QVERIFY2(!canOf(canEntry(0, 9, "00000000 01000000 000102030405060708")), "9 bytes");
+    const auto tooWide = canOf(canEntry(0, 0, "00000000 00080000"));
+    QVERIFY2(tooWide, "11 bits, 0x800");
+    QCOMPARE(tooWide->id, 0x800U);
+    QVERIFY(!tooWide->extended);
+    const auto oddLength = canOf(canEntry(0, 9, "00000000 01000000 000102030405060708"));
+    QVERIFY2(oddLength, "9 bytes");
+    QCOMPARE(oddLength->data.size(), 9);
 }
 
 void tst_LiveEntries::anAgmSampleHasTenWords()

@@ -1,18 +1,13 @@
 #include "link/protocol/messagetypes.h"
-#include "link/tcpfileclient.h"
 #include "tests/app/messagesink.h"
-#include "tests/support/filepeer.h"
+#include "tests/link/filetransfer.h"
 #include "tests/support/simulatedlogger.h"
 
-#include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#ifndef Q_OS_WIN
-#include <csignal>
-#include <sys/resource.h>
-#endif
+using namespace filetransfer;
 
 class tst_TcpFileClient : public QObject
 {
@@ -23,7 +18,6 @@ private slots:
     void theRequestIsOneLineWithTheLoggersName();
     void statusAndStartAreTold();
     void theLogTellsTheSteps();
-    void aFileIsCalledPartUntilItIsWhole();
     void moreThanOneBlockArrivesWhole();
     void bytesThatArriveWithTheEndAreNotLost();
     void anAnnouncedFileWithoutBytesBecomesAnEmptyFile();
@@ -34,87 +28,19 @@ private slots:
     void aRefusedConnectionIsTold();
     void silenceEndsTheTransfer();
     void silenceBeforeTheFirstByteEndsTheTransfer();
+    void silenceBehindTheLastByteIsTheEnd();
+    void silenceInPlaceOfAnEmptyFileFails();
     void bytesThatTrickleAreNoSilence();
     void impossibleSizesAreRefused_data();
     void impossibleSizesAreRefused();
     void namesThatAreNoLineAreRefused_data();
     void namesThatAreNoLineAreRefused();
-    void aMissingFolderIsTold();
-    void aFolderThatVanishesIsTold();
-    void aFullDiskIsTold();
-    void anAbortLeavesNothing();
-    void theDestructorLeavesNothing();
     void anAbortWithoutTransferDoesNothing();
-    void anExistingFileIsNotReplaced();
-    void whatAKilledProgramLeftIsReplaced();
-    void aFileThatAnotherTransferWritesIsLeftAlone();
-    void aLockWithoutOwnerDoesNotBlock();
     void aClientFetchesSeveralFilesInTurn();
     void aFailureDoesNotDisturbTheNextTransfer();
     void theSimulatedLoggersFilesArrive_data();
     void theSimulatedLoggersFilesArrive();
 };
-
-namespace {
-
-QByteArray pattern(int bytes)
-{
-    QByteArray all(bytes, '\0');
-    for (int i = 0; i < bytes; ++i)
-        all[i] = char(i * 31 + i / 256);
-    return all;
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("no file");
-}
-
-// A client with a folder for what it fetches.
-struct Transfer
-{
-    void begin(const QHostAddress &address, quint16 port, qint64 expected,
-               const QString &name = QStringLiteral("a.rld"))
-    {
-        client.start(address, port, name, expected, path());
-    }
-    void begin(const FilePeer &peer, qint64 expected)
-    {
-        begin(peer.address(), peer.port(), expected);
-    }
-    // Whether it ended well; `text` is what it told.
-    bool finish()
-    {
-        if (finished.isEmpty() && !finished.wait())
-            qFatal("The transfer does not end.");
-        const QList<QVariant> end = finished.takeFirst();
-        text = end.at(1).toString();
-        return end.at(0).toBool();
-    }
-    bool fetch(const FilePeer &peer, qint64 expected)
-    {
-        begin(peer, expected);
-        return finish();
-    }
-
-    QString path(const char *name = "a.rld") const
-    {
-        return folder.filePath(QString::fromUtf8(name));
-    }
-    QStringList entries() const
-    {
-        return QDir(folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-    }
-
-    QTemporaryDir folder;
-    TcpFileClient client;
-    QSignalSpy finished{&client, &TcpFileClient::signal_finished};
-    QString text;
-};
-
-} // namespace
 
 void tst_TcpFileClient::theRightCountAndAnEndIsASuccessWithoutText()
 {
@@ -163,24 +89,6 @@ void tst_TcpFileClient::theLogTellsTheSteps()
           "Warning: TcpFileClient-Socket Error:", "Debug: Bytes received  10  of  10",
           "Debug: File transfer complete", "Debug: abort_and_set_error:"})
         QVERIFY2(all.contains(QLatin1String(line)), line);
-}
-
-void tst_TcpFileClient::aFileIsCalledPartUntilItIsWhole()
-{
-    QTcpSocket *logger = nullptr;
-    FilePeer peer([&logger](QTcpSocket &socket, const QByteArray &) {
-        logger = &socket;
-        socket.write("01234");
-    });
-    Transfer transfer;
-    transfer.begin(peer, 10);
-    QTRY_COMPARE(transfer.client.received(), 5);
-    QVERIFY(QFile::exists(transfer.path("a.rld.part")));
-    QVERIFY(!QFile::exists(transfer.path()));
-    logger->write("56789");
-    logger->disconnectFromHost();
-    QVERIFY(transfer.finish());
-    QCOMPARE(contentOf(transfer.path()), QByteArray("0123456789"));
 }
 
 void tst_TcpFileClient::moreThanOneBlockArrivesWhole()
@@ -278,6 +186,25 @@ void tst_TcpFileClient::silenceBeforeTheFirstByteEndsTheTransfer()
     QCOMPARE(transfer.text, QStringLiteral("The logger sent nothing for 0.05 seconds."));
 }
 
+void tst_TcpFileClient::silenceBehindTheLastByteIsTheEnd()
+{
+    FilePeer peer([](QTcpSocket &socket, const QByteArray &) { socket.write("0123456789"); });
+    Transfer transfer;
+    transfer.client.setSilenceLimit(50);
+    QVERIFY2(transfer.fetch(peer, 10), qPrintable(transfer.text));
+    QCOMPARE(contentOf(transfer.path()), QByteArray("0123456789"));
+    QCOMPARE(transfer.finished.count(), 0);
+}
+
+void tst_TcpFileClient::silenceInPlaceOfAnEmptyFileFails()
+{
+    FilePeer peer([](QTcpSocket &, const QByteArray &) {});
+    Transfer transfer;
+    transfer.client.setSilenceLimit(50);
+    QVERIFY(!transfer.fetch(peer, 0));
+    QCOMPARE(transfer.entries(), QStringList());
+}
+
 void tst_TcpFileClient::bytesThatTrickleAreNoSilence()
 {
     constexpr int bytes = 10;
@@ -338,157 +265,11 @@ void tst_TcpFileClient::namesThatAreNoLineAreRefused()
     QCOMPARE(peer.requests.size(), 0);
 }
 
-void tst_TcpFileClient::aMissingFolderIsTold()
-{
-    FilePeer peer(FilePeer::sending("0"));
-    Transfer transfer;
-    QVERIFY(QDir(transfer.folder.path()).removeRecursively());
-    QVERIFY(!transfer.fetch(peer, 1));
-    QVERIFY2(transfer.text.startsWith(QStringLiteral("File-Error.(")), qPrintable(transfer.text));
-}
-
-void tst_TcpFileClient::aFolderThatVanishesIsTold()
-{
-    QTcpSocket *logger = nullptr;
-    FilePeer peer([&logger](QTcpSocket &socket, const QByteArray &) {
-        logger = &socket;
-        socket.write("01234");
-    });
-    Transfer transfer;
-    transfer.begin(peer, 10);
-    QTRY_COMPARE(transfer.client.received(), 5);
-    if (!QDir(transfer.folder.path()).removeRecursively())
-        QSKIP("This system keeps a folder with an open file.");
-    logger->write("56789");
-    logger->disconnectFromHost();
-    QVERIFY(!transfer.finish());
-    QVERIFY2(transfer.text.startsWith(QStringLiteral("File-Error.(")), qPrintable(transfer.text));
-}
-
-#ifdef Q_OS_WIN
-void tst_TcpFileClient::aFullDiskIsTold()
-{
-    QSKIP("A limit on the size of files stands for the full disk, and Windows has none.");
-}
-#else
-void tst_TcpFileClient::aFullDiskIsTold()
-{
-    constexpr rlim_t room = 100'000;
-    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit previous{};
-    QCOMPARE(getrlimit(RLIMIT_FSIZE, &previous), 0);
-    const rlimit limited{room, previous.rlim_max};
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &limited), 0);
-
-    FilePeer peer(FilePeer::sending(pattern(int(room) + 1)));
-    Transfer transfer;
-    const bool isSuccess = transfer.fetch(peer, qint64(room) + 1);
-
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &previous), 0);
-    std::signal(SIGXFSZ, previousHandler);
-    QVERIFY(!isSuccess);
-    QVERIFY2(transfer.text.startsWith(QStringLiteral("File-Error.(")), qPrintable(transfer.text));
-    QCOMPARE(transfer.entries(), QStringList());
-}
-#endif
-
-void tst_TcpFileClient::anAbortLeavesNothing()
-{
-    FilePeer peer([](QTcpSocket &socket, const QByteArray &) { socket.write("01234"); });
-    Transfer transfer;
-    transfer.begin(peer, 10);
-    QTRY_COMPARE(transfer.client.received(), 5);
-    transfer.client.abort_and_set_error(QStringLiteral("enough"));
-    QVERIFY(!transfer.finish());
-    QCOMPARE(transfer.text, QStringLiteral("enough"));
-    QCOMPARE(transfer.entries(), QStringList());
-    QVERIFY(!transfer.client.isRunning());
-}
-
-void tst_TcpFileClient::theDestructorLeavesNothing()
-{
-    FilePeer peer([](QTcpSocket &socket, const QByteArray &) { socket.write("01234"); });
-    const QTemporaryDir folder;
-    {
-        TcpFileClient client;
-        client.start(peer.address(), peer.port(), QStringLiteral("a.rld"), 10,
-                     folder.filePath(QStringLiteral("a.rld")));
-        QTRY_COMPARE(client.received(), 5);
-    }
-    QVERIFY(QDir(folder.path()).isEmpty());
-}
-
 void tst_TcpFileClient::anAbortWithoutTransferDoesNothing()
 {
     Transfer transfer;
     transfer.client.abort_and_set_error(QStringLiteral("nothing"));
     QCOMPARE(transfer.finished.count(), 0);
-}
-
-void tst_TcpFileClient::anExistingFileIsNotReplaced()
-{
-    Transfer transfer;
-    FilePeer peer([&transfer](QTcpSocket &socket, const QByteArray &) {
-        QFile other(transfer.path()); // takes the name while the transfer runs
-        QVERIFY(other.open(QIODevice::WriteOnly));
-        other.write("other");
-        socket.write("0123456789");
-        socket.disconnectFromHost();
-    });
-    QVERIFY(transfer.fetch(peer, 10));
-    QCOMPARE(contentOf(transfer.path()), QByteArray("other"));
-    QCOMPARE(contentOf(transfer.path("a_nr_2.rld")), QByteArray("0123456789"));
-    QCOMPARE(transfer.client.localName(), transfer.path("a_nr_2.rld"));
-}
-
-void tst_TcpFileClient::whatAKilledProgramLeftIsReplaced()
-{
-    FilePeer peer(FilePeer::sending("0123456789"));
-    Transfer transfer;
-    QFile left(transfer.path("a.rld.part"));
-    QVERIFY(left.open(QIODevice::WriteOnly));
-    left.write("some more bytes than the file has");
-    left.close();
-    QVERIFY(transfer.fetch(peer, 10));
-    QCOMPARE(contentOf(transfer.path()), QByteArray("0123456789"));
-    QCOMPARE(transfer.entries(), QStringList{QStringLiteral("a.rld")});
-}
-
-void tst_TcpFileClient::aFileThatAnotherTransferWritesIsLeftAlone()
-{
-    QTcpSocket *logger = nullptr;
-    FilePeer slow([&logger](QTcpSocket &socket, const QByteArray &) {
-        logger = &socket;
-        socket.write("01234");
-    });
-    FilePeer fast(FilePeer::sending("abc"));
-    Transfer first;
-    first.begin(slow, 10);
-    QTRY_COMPARE(first.client.received(), 5);
-
-    TcpFileClient second;
-    QSignalSpy finished(&second, &TcpFileClient::signal_finished);
-    second.start(fast.address(), fast.port(), QStringLiteral("a.rld"), 3, first.path());
-    QVERIFY(finished.wait());
-    QCOMPARE(finished.at(0).at(0).toBool(), false);
-    QCOMPARE(finished.at(0).at(1).toString(),
-             QStringLiteral("File-Error.(Another download is writing this file.)"));
-
-    logger->write("56789");
-    logger->disconnectFromHost();
-    QVERIFY(first.finish());
-    QCOMPARE(contentOf(first.path()), QByteArray("0123456789"));
-}
-
-void tst_TcpFileClient::aLockWithoutOwnerDoesNotBlock()
-{
-    FilePeer peer(FilePeer::sending("0123456789"));
-    Transfer transfer;
-    QFile lock(transfer.path("a.rld.part.lock"));
-    QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.close();
-    QVERIFY2(transfer.fetch(peer, 10), qPrintable(transfer.text));
-    QCOMPARE(transfer.entries(), QStringList{QStringLiteral("a.rld")});
 }
 
 void tst_TcpFileClient::aClientFetchesSeveralFilesInTurn()
@@ -535,10 +316,7 @@ void tst_TcpFileClient::theSimulatedLoggersFilesArrive()
     QFETCH(QString, text);
     const QByteArray bytes = pattern(700'000);
     const QTemporaryDir storage;
-    QFile stored(storage.filePath(QStringLiteral("a.rld")));
-    QVERIFY(stored.open(QIODevice::WriteOnly));
-    stored.write(bytes);
-    stored.close();
+    writeFile(storage.filePath(QStringLiteral("a.rld")), bytes);
     SimulatedLogger logger;
     logger.inspect(
         [&storage](simulator::LoggerSimulator &s) { s.state().logFolder = storage.path(); });

@@ -1,5 +1,6 @@
 #include "link/protocol/messagetypes.h"
 #include "tests/simulator/rawclient.h"
+#include "tests/support/filecontents.h"
 #include "tests/support/simulatedlogger.h"
 
 #include <QDir>
@@ -8,29 +9,14 @@
 
 namespace {
 
-QByteArray content(int bytes)
-{
-    QByteArray all(bytes, '\0');
-    for (int i = 0; i < bytes; ++i)
-        all[i] = char(i * 31 + i / 256);
-    return all;
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
-}
-
 // A logger with a folder of files.
 class LoggerWithFiles
 {
 public:
     LoggerWithFiles()
     {
-        write(path(QStringLiteral("drive.rld")), content(700'000));
-        write(path(QStringLiteral("empty.rld")), {});
+        writeFile(path(QStringLiteral("drive.rld")), pattern(700'000));
+        writeFile(path(QStringLiteral("empty.rld")), {});
         m_logger.inspect([folder = m_folder.path()](simulator::LoggerSimulator &s) {
             s.state().logFolder = folder;
         });
@@ -78,7 +64,7 @@ private slots:
 void tst_FilePort::aFileComesWholeAndTheConnectionEnds()
 {
     LoggerWithFiles files;
-    QCOMPARE(files.download("drive.rld"), content(700'000));
+    QCOMPARE(files.download("drive.rld"), pattern(700'000));
 }
 
 void tst_FilePort::aRequestMayComeInPieces()
@@ -88,7 +74,7 @@ void tst_FilePort::aRequestMayComeInPieces()
     client.send("download_log");
     client.send("_file=drive.rld\r");
     client.send("\n");
-    QCOMPARE(client.receiveAll(), content(700'000));
+    QCOMPARE(client.receiveAll(), pattern(700'000));
 }
 
 void tst_FilePort::anEmptyFileIsAClosedConnection()
@@ -119,8 +105,8 @@ void tst_FilePort::nothingOutsideTheFolderIsServed()
     QFETCH(QByteArray, name);
     LoggerWithFiles files;
     QVERIFY(QDir().mkpath(files.path(QStringLiteral("sub"))));
-    write(files.path(QStringLiteral("sub/inner.rld")), "inner");
-    write(files.path(QStringLiteral(".hidden")), "hidden");
+    writeFile(files.path(QStringLiteral("sub/inner.rld")), "inner");
+    writeFile(files.path(QStringLiteral(".hidden")), "hidden");
     QVERIFY(QFile::link(files.path(QStringLiteral("sub/inner.rld")),
                         files.path(QStringLiteral("link.rld"))));
     QCOMPARE(files.download(name), QByteArray());
@@ -156,7 +142,7 @@ void tst_FilePort::onlyFilesOfTheFolderAreDeleted()
 {
     QTemporaryDir outside;
     const QString path = outside.filePath(QStringLiteral("kept.rld"));
-    write(path, "kept");
+    writeFile(path, "kept");
     LoggerWithFiles files;
     RawClient client(files.logger().address(), protocol::commandPort);
     const QString relative = QDir(files.path(QString())).relativeFilePath(path);
@@ -187,7 +173,7 @@ void tst_FilePort::faultShortFile()
 {
     LoggerWithFiles files;
     files.logger().setFault(QStringLiteral("short-file=10"));
-    QCOMPARE(files.download("drive.rld"), content(699'990));
+    QCOMPARE(files.download("drive.rld"), pattern(699'990));
     QCOMPARE(files.download("empty.rld"), QByteArray());
 }
 
@@ -197,7 +183,7 @@ void tst_FilePort::faultLongFile()
     files.logger().setFault(QStringLiteral("long-file"));
     const QByteArray received = files.download("drive.rld");
     QCOMPARE(received.size(), 700'001);
-    QVERIFY(received.startsWith(content(700'000)));
+    QVERIFY(received.startsWith(pattern(700'000)));
 }
 
 void tst_FilePort::faultStalledFile()
@@ -206,7 +192,7 @@ void tst_FilePort::faultStalledFile()
     files.logger().setFault(QStringLiteral("stalled-file=1000"));
     RawClient client(files.logger().address(), protocol::filePort);
     client.send("download_log_file=drive.rld\r\n");
-    QCOMPARE(client.receiveUntil(1000), content(1000));
+    QCOMPARE(client.receiveUntil(1000), pattern(1000));
     QVERIFY(!client.socket().waitForReadyRead(50));
     QVERIFY(client.isConnected());
 }

@@ -2,6 +2,7 @@
 #include "can/models/model_dbc_signals.h"
 #include "tests/can/signalsamples.h"
 
+#include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -24,16 +25,20 @@ private:
     sample::SignalList m_list;
     std::unique_ptr<Model_DBC_Signals> m_model;
     std::unique_ptr<ChannelSignalRows> m_rows;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
 
 void tst_ChannelSignalRows::init()
 {
+    m_tester.reset();
     m_list.clear();
     sample::addSignal(m_list, "Speed");
     m_rows = std::make_unique<ChannelSignalRows>();
     m_model =
         std::make_unique<Model_DBC_Signals>(m_list.items(), Model_DBC_Signals::Layout::CanView);
     m_rows->setSourceModel(m_model.get());
+    m_tester = std::make_unique<QAbstractItemModelTester>(
+        m_rows.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
 }
 
 void tst_ChannelSignalRows::everythingCanBeEditedWhileTheConfigurationCan()

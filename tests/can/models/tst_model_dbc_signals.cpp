@@ -25,6 +25,9 @@ private slots:
     void aValueThatWasNotSeenYetIsEmpty();
     void aValueIsShownWithoutNoise();
     void aDescriptionOfSeveralLinesIsShownInOne();
+    void aTextOfMegabytesIsCutWhereItIsShown_data();
+    void aTextOfMegabytesIsCutWhereItIsShown();
+    void aNameOfMegabytesIsEditedWhole();
     void textIsAlignedByItsKind();
     void boxesShowAndSetTheFlags();
     void onlyTheCanViewCanBeEdited_data();
@@ -46,6 +49,7 @@ private slots:
     void aRenamedSignalKeepsItsRow();
     void newValuesChangeTheirColumnOnly();
     void toolTipsShowMarkupOfTheFileAsText();
+    void toolTipsCutTextOfMegabytes();
     void theColourIsToldInWordsToo();
     void sortingComparesNumbersAsNumbers();
 };
@@ -178,6 +182,32 @@ void tst_Model_DBC_Signals::aDescriptionOfSeveralLinesIsShownInOne()
     Table table;
     addSignal(table.list, "a").description = QStringLiteral("Speed\r\nof the engine");
     QCOMPARE(table.text(0, Field::Description), QStringLiteral("Speed of the engine"));
+}
+
+void tst_Model_DBC_Signals::aTextOfMegabytesIsCutWhereItIsShown_data()
+{
+    QTest::addColumn<Field>("field");
+    QTest::newRow("name") << Field::Name;
+    QTest::newRow("unit") << Field::Unit;
+    QTest::newRow("description") << Field::Description;
+}
+
+void tst_Model_DBC_Signals::aTextOfMegabytesIsCutWhereItIsShown()
+{
+    QFETCH(Field, field);
+    Table table;
+    Signal &signal = addSignal(table.list, "a");
+    signal.name = signal.unit = signal.description = QString(3'000'000, QLatin1Char('x'));
+    QCOMPARE(table.text(0, field), QString(1'999, QLatin1Char('x')) + QChar(0x2026));
+}
+
+void tst_Model_DBC_Signals::aNameOfMegabytesIsEditedWhole()
+{
+    Table table;
+    Signal &signal = addSignal(table.list, "a");
+    signal.name = signal.unit = QString(3'000'000, QLatin1Char('x'));
+    for (const Field field : {Field::Name, Field::Unit})
+        QCOMPARE(table.cell(0, field).data(Qt::EditRole).toString(), signal.name);
 }
 
 void tst_Model_DBC_Signals::textIsAlignedByItsKind()
@@ -470,6 +500,16 @@ void tst_Model_DBC_Signals::toolTipsShowMarkupOfTheFileAsText()
     QVERIFY(tip.contains(QStringLiteral("&lt;img")));
     QVERIFY(!tip.contains(QStringLiteral("<img")));
     QVERIFY(tip.contains(QStringLiteral("Start bit 0, 16 bits, Intel, unsigned")));
+}
+
+void tst_Model_DBC_Signals::toolTipsCutTextOfMegabytes()
+{
+    Table table;
+    Signal &signal = addSignal(table.list, "a");
+    signal.name = signal.unit = signal.description = QString(3'000'000, QLatin1Char('x'));
+    const QString tip = table.cell(0, Field::Name).data(Qt::ToolTipRole).toString();
+    QVERIFY(tip.contains(QChar(0x2026)));
+    QVERIFY(tip.size() < 2'000);
 }
 
 void tst_Model_DBC_Signals::theColourIsToldInWordsToo()

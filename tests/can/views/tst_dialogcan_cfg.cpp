@@ -399,6 +399,13 @@ void tst_DialogCAN_Cfg::theBlankItemLeavesTheRegisters()
     presets->setCurrentIndex(0);
     QCOMPARE(spinBox(QStringLiteral("clk_div"))->value(), 60);
     QCOMPARE(spinBox(QStringLiteral("tseg1"))->value(), 20);
+
+    presets = find<QComboBox>("comboBox_can_fd_preset");
+    presets->setCurrentText(QStringLiteral("2000K"));
+    spinBox(QStringLiteral("fast_tseg1"))->setValue(9);
+    presets->setCurrentIndex(0);
+    QCOMPARE(spinBox(QStringLiteral("fast_clk_div"))->value(), 3);
+    QCOMPARE(spinBox(QStringLiteral("fast_tseg1"))->value(), 9);
 }
 
 void tst_DialogCAN_Cfg::addPutsANewRowBehindTheCurrentOne()

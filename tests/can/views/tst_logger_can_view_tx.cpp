@@ -30,6 +30,8 @@ private slots:
     void theFormatDecidesOnTheLengths();
     void thereAreNoRemoteFdFrames();
     void framesOfTheLoggerAreShownLive();
+    void anEditIsShownWhenItIsEchoed_data();
+    void anEditIsShownWhenItIsEchoed();
 
 private:
     void connectLogger()
@@ -255,6 +257,33 @@ void tst_Logger_CAN_View_Tx::framesOfTheLoggerAreShownLive()
     QTRY_VERIFY(m_bench->rows("tableView_rx")->rowCount() > 0);
     QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("321"));
     QCOMPARE(m_bench->cell("tableView_rx", 0, 5), QStringLiteral("Temperature"));
+}
+
+void tst_Logger_CAN_View_Tx::anEditIsShownWhenItIsEchoed_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<bool>("isRecorded");
+    QTest::newRow("taken") << QString() << false;
+    QTest::newRow("refused") << QStringLiteral("refused-write") << true;
+    QTest::newRow("not answered") << QStringLiteral("lost-reply") << true;
+}
+
+void tst_Logger_CAN_View_Tx::anEditIsShownWhenItIsEchoed()
+{
+    QFETCH(QString, fault);
+    m_bench->writeSignals({QStringLiteral("A")});
+    connectLogger();
+    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, m_bench->channel()));
+    QCoreApplication::processEvents(); // the echo
+    if (!fault.isEmpty())
+        m_logger->setFault(fault);
+    m_bench->handler.setWriteTimeout(200);
+    QAbstractItemModel *rows = m_bench->rows("tableView_dbc");
+    rows->setData(rows->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+    QCoreApplication::processEvents(); // the echo
+    QTEST(rows->index(0, 0).data(Qt::CheckStateRole) == Qt::Checked, "isRecorded");
+    const StreamingClass_DBC_Signal &signal = *m_bench->channel().dbc_signals.at(0);
+    QTEST((signal.selection_flags & StreamingClass_DBC_Signal::recordFlag) != 0, "isRecorded");
 }
 
 QTEST_MAIN(tst_Logger_CAN_View_Tx)

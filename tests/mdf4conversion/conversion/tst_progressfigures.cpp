@@ -12,6 +12,8 @@ private slots:
     void nothingIsEstimatedBeforeAnythingIsDone();
     void runningWorkTellsElapsedLeftAndRate();
     void doneWorkTellsItsTimeAndRate();
+    void sharesOfPartsCountByTheirWeight();
+    void partsWithoutWeightCountALittle();
     void sizesAreMegabytesAndGigabytes_data();
     void sizesAreMegabytesAndGigabytes();
     void durationsAreRoundedUpToSeconds_data();
@@ -49,6 +51,17 @@ void tst_ProgressFigures::runningWorkTellsElapsedLeftAndRate()
 void tst_ProgressFigures::doneWorkTellsItsTimeAndRate()
 {
     QCOMPARE(textWhenDone(progressFigures(1, 400e6, 10)), QStringLiteral("0:10, 40.0 MB/s"));
+}
+
+void tst_ProgressFigures::sharesOfPartsCountByTheirWeight()
+{
+    QCOMPARE(shareOfAll({{300, 1}, {100, 0}}), 0.75);
+    QCOMPARE(shareOfAll({}), 0.0);
+}
+
+void tst_ProgressFigures::partsWithoutWeightCountALittle()
+{
+    QCOMPARE(shareOfAll({{0, 1}, {0, 0}}), 0.5);
 }
 
 void tst_ProgressFigures::sizesAreMegabytesAndGigabytes_data()

@@ -1,0 +1,7 @@
+#include "link/views/logtriggercustomcombobox.h"
+
+void LogTriggerCustomComboBox::showPopup()
+{
+    emit signal_clicked();
+    QComboBox::showPopup();
+}

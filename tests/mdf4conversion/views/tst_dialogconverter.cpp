@@ -1,0 +1,354 @@
+#include "MDF4Conversion/views/dialogconverter.h"
+#include "tests/mdf4conversion/views/converterbench.h"
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDir>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+#include <QUrl>
+
+#include <memory>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+const char finishedWell[] = "Conversion(s) finished!|All conversion(s) finished, no errors were "
+                            "detected.";
+const char finishedBadly[] = "Conversion(s) finished!|Errors where detected during conversion, "
+                             "please check status-tab for details";
+
+using Formats = ConversionGlobal::OutputFormatFlags;
+
+} // namespace
+
+class tst_DialogConverter : public QObject
+{
+    Q_OBJECT
+
+public slots:
+    void noteUrl(const QUrl &url) { m_url = url; }
+
+private slots:
+    void init() { m_bench = std::make_unique<ConverterBench>(); }
+    void cleanup()
+    {
+        m_dialog.reset();
+        m_bench.reset();
+    }
+
+    void theTitleNamesTheFormats();
+    void unknownFormatsAreWarnedOf();
+    void eachPairOfFileAndFormatHasAnEntry();
+    void onlyTheChosenConversionIsShown();
+    void thePollTimerIsASingleShotOf100ms();
+
+    void allConversionsRunAtOnce();
+    void inASequenceOneRunsAfterTheOther();
+    void theViewFollowsTheSequence();
+    void okWaitsForTheEnd();
+    void filesOfOneBaseNameGetDistinctNames();
+    void errorsAreToldAtTheEnd();
+    void aBatchHasABarOfItsOwn();
+    void anEmptyBatchEnds();
+
+    void cancellingEndsAllConversions();
+    void cancellingASequenceStartsNoFurther();
+    void rejectingCancels();
+    void closingWhileRunningLeavesNothing();
+    void anOpenedDialogDeletesItself();
+
+    void theOutputFolderIsOpened();
+    void theMessagesShownAreCopied();
+    void everyControlIsExplained();
+
+private:
+    void make(const QStringList &logs, Formats formats, bool sequential)
+    {
+        m_dialog = std::make_unique<DialogConverter>(logs, m_bench->outputDir(), sequential,
+                                                     formats, m_bench->prompt);
+    }
+    bool ends()
+    {
+        return QTest::qWaitFor([this] { return !m_bench->prompt.shown.isEmpty(); },
+                               ConverterBench::timeout_ms);
+    }
+    template <class Widget>
+    Widget *find(const char *name) const
+    {
+        return m_dialog->findChild<Widget *>(text(name));
+    }
+    QPushButton *button(const char *name) const { return find<QPushButton>(name); }
+    QComboBox *files() const { return find<QComboBox>("comboBoxFiles"); }
+    QString label() const { return find<QLabel>("label_status")->text(); }
+    QList<WidgetConverterBase *> widgets() const
+    {
+        return m_dialog->findChildren<WidgetConverterBase *>();
+    }
+    QString states() const
+    {
+        QString states;
+        for (const WidgetConverterBase *widget : widgets())
+            states += QString::number(widget->state());
+        return states;
+    }
+
+    std::unique_ptr<ConverterBench> m_bench;
+    std::unique_ptr<DialogConverter> m_dialog;
+    QUrl m_url;
+};
+
+void tst_DialogConverter::theTitleNamesTheFormats()
+{
+    make({}, ConversionGlobal::MDF4 | ConversionGlobal::BLF, true);
+    QCOMPARE(m_dialog->windowTitle(), text("RLD Converter Converting to .blf .mf4 "));
+}
+
+void tst_DialogConverter::unknownFormatsAreWarnedOf()
+{
+    QTest::ignoreMessage(QtWarningMsg, "DialogConverter initialized badly!");
+    make({m_bench->makeLog(text("a.rld"))}, Formats(QFlag(0x100)), true);
+    QCOMPARE(files()->count(), 0);
+    make({m_bench->makeLog(text("a.rld"))}, Formats(QFlag(0xF0)), true);
+    QCOMPARE(files()->count(), 0);
+}
+
+void tst_DialogConverter::eachPairOfFileAndFormatHasAnEntry()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))},
+         ConversionGlobal::MDF4 | ConversionGlobal::ASC, true);
+    QStringList entries;
+    for (int i = 0; i < files()->count(); ++i)
+        entries += files()->itemText(i);
+    QCOMPARE(entries.join(QLatin1Char(' ')), text("a a b b"));
+    QStringList outputs;
+    for (const WidgetConverterBase *widget : widgets())
+        outputs += widget->conversion().outputFile.section(QLatin1Char('/'), -1);
+    QCOMPARE(outputs.join(QLatin1Char(' ')), text("a.mf4 a.asc b.mf4 b.asc"));
+}
+
+void tst_DialogConverter::onlyTheChosenConversionIsShown()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::MDF4,
+         true);
+    QVERIFY(!widgets()[0]->isHidden());
+    QVERIFY(widgets()[1]->isHidden());
+    files()->setCurrentIndex(1);
+    QVERIFY(widgets()[0]->isHidden());
+    QVERIFY(!widgets()[1]->isHidden());
+}
+
+void tst_DialogConverter::thePollTimerIsASingleShotOf100ms()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, true);
+    QTimer *timer = nullptr;
+    for (QTimer *child : m_dialog->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly))
+        timer = child;
+    QVERIFY(timer);
+    QVERIFY(timer->isSingleShot());
+    QCOMPARE(timer->interval(), 100);
+    QVERIFY(!timer->isActive());
+    m_dialog->start();
+    QVERIFY(timer->isActive());
+    QVERIFY(ends());
+    QVERIFY(!timer->isActive());
+}
+
+void tst_DialogConverter::allConversionsRunAtOnce()
+{
+    ConverterBench::setStandIn("endless");
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::BLF,
+         false);
+    m_dialog->start();
+    QCOMPARE(label(), text("...converting 2 files..."));
+    QVERIFY(QTest::qWaitFor([this] { return m_bench->left() == text("a.blf b.blf"); },
+                            ConverterBench::timeout_ms));
+}
+
+void tst_DialogConverter::inASequenceOneRunsAfterTheOther()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::MDF4,
+         true);
+    m_dialog->start();
+    QCOMPARE(label(), text("...converting file 1 of 2..."));
+    QCOMPARE(states(), text("20"));
+    QVERIFY(QTest::qWaitFor([this] { return label() == text("...converting file 2 of 2..."); },
+                            ConverterBench::timeout_ms));
+    QCOMPARE(int(widgets()[0]->state()), 3);
+    QVERIFY(ends());
+    QCOMPARE(label(), text("...conversion of 2 file(s) finished..."));
+    QCOMPARE(m_bench->left(), text("a.mf4 b.mf4"));
+    QCOMPARE(m_bench->prompt.shown, QStringList(text(finishedWell)));
+}
+
+void tst_DialogConverter::theViewFollowsTheSequence()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::MDF4,
+         true);
+    m_dialog->start();
+    QVERIFY(ends());
+    QCOMPARE(files()->currentIndex(), 1);
+    QVERIFY(!widgets()[1]->isHidden());
+}
+
+void tst_DialogConverter::okWaitsForTheEnd()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, false);
+    m_dialog->start();
+    QVERIFY(!button("pushButtonOk")->isEnabled());
+    QVERIFY(button("pushButtonCancel")->isEnabled());
+    QVERIFY(ends());
+    QVERIFY(button("pushButtonOk")->isEnabled());
+    QVERIFY(!button("pushButtonCancel")->isEnabled());
+    button("pushButtonOk")->click();
+    QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
+}
+
+void tst_DialogConverter::filesOfOneBaseNameGetDistinctNames()
+{
+    make({m_bench->makeLog(text("x/a.rld")), m_bench->makeLog(text("y/a.rld"))},
+         ConversionGlobal::MDF4 | ConversionGlobal::BLF, false);
+    m_dialog->start();
+    QVERIFY(ends());
+    QCOMPARE(m_bench->left(), text("a.blf a.mf4 a_1.mf4"));
+    QCOMPARE(m_bench->prompt.shown, QStringList(text(finishedWell)));
+}
+
+void tst_DialogConverter::errorsAreToldAtTheEnd()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"), 5, "rubbish")},
+         ConversionGlobal::MDF4, true);
+    m_dialog->start();
+    QVERIFY(ends());
+    QCOMPARE(states(), text("34"));
+    QCOMPARE(m_bench->prompt.shown, QStringList(text(finishedBadly)));
+}
+
+void tst_DialogConverter::aBatchHasABarOfItsOwn()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, true);
+    QVERIFY(find<QWidget>("widget_batch")->isHidden());
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::MDF4,
+         true);
+    QVERIFY(!find<QWidget>("widget_batch")->isHidden());
+    m_dialog->start();
+    QVERIFY(ends());
+    QCOMPARE(find<QProgressBar>("progressBar_batch")->value(), 100);
+}
+
+void tst_DialogConverter::anEmptyBatchEnds()
+{
+    make({}, ConversionGlobal::MDF4, true);
+    m_dialog->start();
+    QVERIFY(QTest::qWaitFor([this] { return button("pushButtonOk")->isEnabled(); }));
+    QCOMPARE(label(), text("...conversion of 0 file(s) finished..."));
+}
+
+void tst_DialogConverter::cancellingEndsAllConversions()
+{
+    ConverterBench::setStandIn("endless");
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::BLF,
+         false);
+    m_dialog->start();
+    QVERIFY(QTest::qWaitFor([this] { return m_bench->left() == text("a.blf b.blf"); },
+                            ConverterBench::timeout_ms));
+    button("pushButtonCancel")->click();
+    QCOMPARE(states(), text("55"));
+    QVERIFY(ends());
+    QCOMPARE(m_bench->prompt.shown, QStringList(text(finishedBadly)));
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_DialogConverter::cancellingASequenceStartsNoFurther()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000), m_bench->makeLog(text("b.rld"))},
+         ConversionGlobal::MDF4, true);
+    m_dialog->start();
+    button("pushButtonCancel")->click();
+    QVERIFY(ends());
+    QCOMPARE(states(), text("55"));
+    QCOMPARE(widgets()[1]->messages(), QString());
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_DialogConverter::rejectingCancels()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000), m_bench->makeLog(text("b.rld"))},
+         ConversionGlobal::MDF4, true);
+    m_dialog->start();
+    m_dialog->reject();
+    QCOMPARE(states(), text("55"));
+    QCOMPARE(m_bench->prompt.shown, QStringList());
+}
+
+void tst_DialogConverter::closingWhileRunningLeavesNothing()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000), m_bench->makeLog(text("b.rld"), 150000)},
+         ConversionGlobal::MDF4, false);
+    m_dialog->start();
+    QVERIFY(QTest::qWaitFor([this] { return m_bench->left().contains(text("tmp_")); }));
+    m_dialog.reset();
+    QCOMPARE(m_bench->left(), QString());
+    QCOMPARE(m_bench->prompt.shown, QStringList());
+}
+
+void tst_DialogConverter::anOpenedDialogDeletesItself()
+{
+    QPointer<DialogConverter> dialog =
+        DialogConverter::open({m_bench->makeLog(text("a.rld"))}, m_bench->outputDir(),
+                              ConversionGlobal::MDF4, m_bench->prompt, nullptr);
+    QVERIFY(dialog->isVisible());
+    QVERIFY(ends());
+    QCOMPARE(m_bench->left(), text("a.mf4"));
+    dialog->close();
+    QTRY_VERIFY(dialog.isNull());
+}
+
+void tst_DialogConverter::theOutputFolderIsOpened()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, true);
+    QDesktopServices::setUrlHandler(text("file"), this, "noteUrl");
+    button("pushButtonOpenFolder")->click();
+    QDesktopServices::unsetUrlHandler(text("file"));
+    QCOMPARE(m_url.toLocalFile(), m_bench->outputDir());
+}
+
+void tst_DialogConverter::theMessagesShownAreCopied()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::MDF4,
+         true);
+    widgets()[1]->appendWarnLine(text("a &lt; b"));
+    files()->setCurrentIndex(1);
+    button("pushButtonCopyMessages")->click();
+    QCOMPARE(QGuiApplication::clipboard()->text(), text("Warning: a < b"));
+}
+
+void tst_DialogConverter::everyControlIsExplained()
+{
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::MDF4,
+         true);
+    QWidgetList controls{files(), find<QProgressBar>("progressBar_batch")};
+    for (QPushButton *each : m_dialog->findChildren<QPushButton *>())
+        controls += each;
+    for (WidgetConverterBase *widget : widgets()) {
+        controls += widget->findChild<QProgressBar *>();
+        controls += widget->findChild<QPlainTextEdit *>();
+    }
+    for (const QWidget *control : controls) {
+        QVERIFY2(!control->toolTip().isEmpty(), qPrintable(control->objectName()));
+        QVERIFY2(!control->accessibleName().isEmpty(), qPrintable(control->objectName()));
+    }
+}
+
+QTEST_MAIN(tst_DialogConverter)
+#include "tst_dialogconverter.moc"

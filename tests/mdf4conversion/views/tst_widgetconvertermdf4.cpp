@@ -1,0 +1,242 @@
+#include "MDF4Conversion/outputnames.h"
+#include "MDF4Conversion/views/widgetconvertermdf4.h"
+#include "tests/mdf4conversion/views/converterbench.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QSemaphore>
+#include <QTest>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include <memory>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+constexpr int manyFrames = 150000;
+
+// Holds every worker at its first word, until it is released.
+QSemaphore &gate()
+{
+    static QSemaphore semaphore;
+    return semaphore;
+}
+
+void holdWorkers(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    if (message.startsWith(QLatin1String("MDF4 conversion starts")))
+        gate().acquire();
+}
+
+} // namespace
+
+class tst_WidgetConverterMdf4 : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_bench = std::make_unique<ConverterBench>();
+        m_names = std::make_shared<OutputNames>();
+    }
+    void cleanup()
+    {
+        m_widget.reset();
+        m_bench.reset();
+    }
+
+    void aLogIsConverted();
+    void theTreeCountsTheSamples();
+    void errorsInTheLogMakeState4();
+    void aFileThatIsNoLogIsState4();
+    void cancellingIsState5AndLeavesNothing();
+    void cancellingBeforeTheStartIsState5();
+    void cancellingBehindTheEndChangesNothing();
+    void aNameThatGotTakenIsNotReplaced();
+    void closingWhileRunningLeavesNothing();
+    void anUnusedTemporaryFolderIsRemoved();
+    void aFullTemporaryFolderStaysAndIsTold();
+    void aWorkerThatDoesNotEndIsTold();
+    void aFloodOfStatusesEndsAtTheLimit();
+
+private:
+    void make(const QString &log, bool withNames = true)
+    {
+        const PlannedConversion plan = m_bench->plan(log, ConversionGlobal::MDF4);
+        ConversionJob job;
+        job.outputFolder = m_bench->outputDir();
+        if (withNames)
+            job.names = m_names;
+        m_widget = std::make_unique<WidgetConverterMdf4>(plan, job, m_bench->prompt);
+    }
+    void convert(const QString &log)
+    {
+        make(log);
+        m_widget->start();
+        QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    }
+
+    std::unique_ptr<ConverterBench> m_bench;
+    std::shared_ptr<OutputNames> m_names;
+    std::unique_ptr<WidgetConverterMdf4> m_widget;
+};
+
+void tst_WidgetConverterMdf4::aLogIsConverted()
+{
+    convert(m_bench->makeLog(text("a.rld")));
+    QCOMPARE(int(m_widget->state()), 3);
+    QVERIFY(m_widget->messages().contains(text("Status: Logfile-conversion completed.")));
+    QCOMPARE(m_widget->shareDone(), 1.0);
+    QCOMPARE(m_bench->left(), text("a.mf4"));
+    QCOMPARE(m_bench->prompt.shown, QStringList());
+}
+
+void tst_WidgetConverterMdf4::theTreeCountsTheSamples()
+{
+    convert(m_bench->makeLog(text("a.rld"), 7));
+    auto *tree = m_widget->findChild<QTreeWidget *>();
+    QStringList rows;
+    for (QTreeWidgetItemIterator item(tree); *item; ++item) {
+        if ((*item)->parent())
+            rows += QStringLiteral("%1 %2 %3")
+                        .arg((*item)->text(0), (*item)->text(1), (*item)->text(2));
+    }
+    rows.sort();
+    QCOMPARE(rows, QStringList({text("Never 0 no samples"), text("Speed 7 ")}));
+}
+
+void tst_WidgetConverterMdf4::errorsInTheLogMakeState4()
+{
+    convert(m_bench->makeLog(text("a.rld"), 10, "rubbish"));
+    QCOMPARE(int(m_widget->state()), 4);
+    QVERIFY(m_widget->messages().contains(text("Error: 7 bytes have been skipped")));
+    QCOMPARE(m_bench->left(), text("a.mf4"));
+}
+
+void tst_WidgetConverterMdf4::aFileThatIsNoLogIsState4()
+{
+    convert(QDir(m_bench->outputDir()).filePath(text("<b>missing.rld")));
+    QCOMPARE(int(m_widget->state()), 4);
+    QVERIFY(m_widget->messages().contains(text("<b>missing.rld: ")));
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterMdf4::cancellingIsState5AndLeavesNothing()
+{
+    make(m_bench->makeLog(text("a.rld"), manyFrames));
+    m_widget->start();
+    QVERIFY(QTest::qWaitFor([this] { return m_bench->left().contains(text("tmp_1")); }));
+    m_widget->cancel();
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCoreApplication::processEvents();
+    QCOMPARE(int(m_widget->state()), 5);
+    QVERIFY(m_widget->messages().contains(text("Error: cancel conversion requested by user")));
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterMdf4::cancellingBeforeTheStartIsState5()
+{
+    make(m_bench->makeLog(text("a.rld")));
+    QVERIFY(!m_widget->isFinished());
+    m_widget->cancel();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 5);
+}
+
+void tst_WidgetConverterMdf4::cancellingBehindTheEndChangesNothing()
+{
+    convert(m_bench->makeLog(text("a.rld")));
+    m_widget->cancel();
+    QCOMPARE(int(m_widget->state()), 3);
+}
+
+void tst_WidgetConverterMdf4::aNameThatGotTakenIsNotReplaced()
+{
+    make(m_bench->makeLog(text("a.rld")));
+    QFile other(m_bench->output("a.mf4"));
+    QVERIFY(other.open(QIODevice::WriteOnly) && other.write("precious") == 8);
+    other.close();
+    m_widget->start();
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 3);
+    QCOMPARE(contentOf(m_bench->output("a.mf4")), QByteArray("precious"));
+    QCOMPARE(m_bench->left(), text("a.mf4 a_1.mf4"));
+}
+
+void tst_WidgetConverterMdf4::closingWhileRunningLeavesNothing()
+{
+    make(m_bench->makeLog(text("a.rld"), manyFrames));
+    m_widget->start();
+    QVERIFY(QTest::qWaitFor([this] { return m_bench->left().contains(text("tmp_1")); }));
+    m_widget.reset();
+    QCOMPARE(m_bench->left(), QString());
+    QCOMPARE(m_bench->prompt.shown, QStringList());
+}
+
+void tst_WidgetConverterMdf4::anUnusedTemporaryFolderIsRemoved()
+{
+    make(m_bench->makeLog(text("a.rld")));
+    QVERIFY(QDir(m_bench->outputDir()).mkdir(text("tmp_1")));
+    m_widget.reset();
+    QCOMPARE(m_bench->left(), QString());
+
+    make(m_bench->makeLog(text("a.rld")));
+    QVERIFY(QDir(m_bench->outputDir()).mkdir(text("tmp_1")));
+    QVERIFY(QFile(m_bench->output("tmp_1/.hidden")).open(QIODevice::WriteOnly));
+    m_widget.reset();
+    QCOMPARE(m_bench->left(), text("tmp_1"));
+}
+
+void tst_WidgetConverterMdf4::aFullTemporaryFolderStaysAndIsTold()
+{
+    const QString log = m_bench->makeLog(text("a.rld"));
+    make(log, false);
+    const QString folder = m_bench->output("tmp_1");
+    QVERIFY(QDir().mkdir(folder));
+    QVERIFY(QFile(folder + text("/foreign")).open(QIODevice::WriteOnly));
+    m_widget->start();
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    m_widget.reset();
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(text("File-conversion cleanup incomplete|Conversion cleanup incomplete "
+                              "for file %1. Unable to cleanup temporary files within directory %2.")
+                             .arg(log, folder)));
+    QCOMPARE(m_bench->left(), text("a.mf4 tmp_1"));
+}
+
+void tst_WidgetConverterMdf4::aWorkerThatDoesNotEndIsTold()
+{
+    const QString log = m_bench->makeLog(text("a.rld"));
+    make(log);
+    const QtMessageHandler before = qInstallMessageHandler(holdWorkers);
+    m_widget->start();
+    m_widget.reset();
+    gate().release();
+    qInstallMessageHandler(before);
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(text("File-conversion not finished|Conversion of file %1 not finished, "
+                              "tmp files at %2 not deleted.")
+                             .arg(log, m_bench->output("tmp_1"))));
+}
+
+void tst_WidgetConverterMdf4::aFloodOfStatusesEndsAtTheLimit()
+{
+    make(m_bench->makeLog(text("a.rld")));
+    QTest::ignoreMessage(QtDebugMsg, "Nfo Disconnected");
+    QTest::ignoreMessage(QtDebugMsg, "Warn Disconnected");
+    for (int line = 0; line < 25000; ++line)
+        m_widget->appendNfoLine(text("x"));
+    for (int line = 0; line < 1000; ++line)
+        m_widget->appendWarnLine(text("x"));
+    QCOMPARE(m_widget->findChild<QPlainTextEdit *>()->document()->blockCount(), 26002);
+}
+
+QTEST_MAIN(tst_WidgetConverterMdf4)
+#include "tst_widgetconvertermdf4.moc"

@@ -1,0 +1,306 @@
+#include "MDF4Conversion/rld2xxxprogram.h"
+#include "MDF4Conversion/views/widgetconverterrld2xxx.h"
+#include "tests/mdf4conversion/views/converterbench.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QProgressBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QTreeWidget>
+
+#include <memory>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+const char noAnswer[] = "The conversion process did not respond! Conversion was interrupted.";
+
+} // namespace
+
+class tst_WidgetConverterRld2XXX : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_bench = std::make_unique<ConverterBench>(); }
+    void cleanup()
+    {
+        m_widget.reset();
+        m_bench.reset();
+    }
+
+    void theProgramIsLookedForInTheWorkingFolderFirst();
+    void aLogIsConverted();
+    void theArgumentsComeInTheirOrder();
+    void statisticsAreShown();
+    void errorsOfTheProcessAreShownInRedAndMakeState4();
+    void lastWordsAreShown();
+
+    void aMissingProgramIsTold();
+    void anotherVersionStopsTheConversionOnce();
+    void aFileSizeOf0LeavesTheBarUntouched();
+    void theSixteenthPollWithoutAnswerStops();
+    void aCrashIsNoAnswerAndLeavesNoHalfFile();
+    void aFloodOfLinesEndsAtTheLimit();
+    void aLineWithoutEndIsCut();
+
+    void cancellingIsState5AndLeavesNoHalfFile();
+    void cancellingKillsAProcessThatDoesNotListen();
+    void aFileFromBeforeStaysWhenTheProcessDidNotTouchIt();
+    void closingWhileRunningEndsTheProcess();
+
+private:
+    void start(const char *mode, const char *log = "a.rld",
+               ConversionGlobal::OutputFormat format = ConversionGlobal::BLF)
+    {
+        ConverterBench::setStandIn(mode);
+        m_widget = std::make_unique<WidgetConverterRld2XXX>(
+            m_bench->plan(m_bench->makeLog(text(log)), format));
+        m_widget->start();
+    }
+    bool processEnds()
+    {
+        return QTest::qWaitFor([this] { return process()->state() == QProcess::NotRunning; },
+                               ConverterBench::timeout_ms);
+    }
+    // Until the process has begun with its output.
+    bool outputBegins()
+    {
+        return QTest::qWaitFor([this] { return contentOf(m_bench->output("a.blf")) == "half"; },
+                               ConverterBench::timeout_ms);
+    }
+    QProcess *process() const { return m_widget->findChild<QProcess *>(); }
+    QStringList lines() const { return m_widget->messages().split(QLatin1Char('\n')); }
+    QColor colourOf(const QString &line) const
+    {
+        QTextCursor cursor = m_widget->findChild<QPlainTextEdit *>()->document()->find(line);
+        return cursor.charFormat().foreground().color();
+    }
+
+    std::unique_ptr<ConverterBench> m_bench;
+    std::unique_ptr<WidgetConverterRld2XXX> m_widget;
+};
+
+void tst_WidgetConverterRld2XXX::theProgramIsLookedForInTheWorkingFolderFirst()
+{
+    const QTemporaryDir working;
+    const QTemporaryDir tool;
+    const auto find = [&] { return rld2xxxprogram::find(working.path(), tool.path()); };
+    const QString name = text("rld2xxx.exe");
+    QCOMPARE(find(), QString());
+    QVERIFY(QFile(tool.filePath(name)).open(QIODevice::WriteOnly));
+    QCOMPARE(find(), tool.filePath(name));
+    QVERIFY(QFile(working.filePath(name)).open(QIODevice::WriteOnly));
+    QCOMPARE(find(), working.filePath(name));
+}
+
+void tst_WidgetConverterRld2XXX::aLogIsConverted()
+{
+    start("");
+    QVERIFY(!m_widget->isFinished());
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 3);
+    QCOMPARE(m_widget->findChild<QProgressBar *>()->value(), 100);
+    QCOMPARE(lines(), QStringList(text("Selected Format: BLF")));
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::theArgumentsComeInTheirOrder()
+{
+    start("", "with blank .rld", ConversionGlobal::ASC_ZIP);
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    const QString output = m_widget->conversion().outputFile;
+    QVERIFY(output.endsWith(text("/with blank .asc.zip")));
+    QCOMPARE(QString::fromUtf8(contentOf(output)),
+             QStringList({text("ASC_ZIP"), m_widget->conversion().inputFile, output, text("ABS")})
+                 .join(QLatin1Char('\n')));
+}
+
+void tst_WidgetConverterRld2XXX::statisticsAreShown()
+{
+    start("");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    m_widget->poll();
+    const auto *tree = m_widget->findChild<QTreeWidget *>();
+    QStringList rows;
+    for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *group = tree->topLevelItem(i);
+        QVERIFY(group->isExpanded());
+        for (int k = 0; k < group->childCount(); ++k)
+            rows += QStringLiteral("%1/%2 %3")
+                        .arg(group->text(0), group->child(k)->text(0), group->child(k)->text(1));
+    }
+    const QString size = QString::number(qint64(m_widget->inputSize()));
+    QCOMPARE(rows, QStringList(
+                       {text("Pipeline/Output Elements in pipeline 0"),
+                        text("Pipeline/RLD in pipeline 0"), text("Pipeline/Written Elements 1100"),
+                        text("Process/Bytes Read ") + size, text("Process/Converted Elements 1200"),
+                        text("Process/File Size ") + size, text("Process/Filtered RLD Chunks 0")}));
+}
+
+void tst_WidgetConverterRld2XXX::errorsOfTheProcessAreShownInRedAndMakeState4()
+{
+    start("errors");
+    QVERIFY(processEnds());
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines(), QStringList({text("Selected Format: BLF"), text("reading <b>a</b> & more"),
+                                   text("bad <block>")}));
+    QCOMPARE(colourOf(text("reading")), QColor(Qt::black));
+    QCOMPARE(colourOf(text("bad")), QColor(Qt::red));
+    QVERIFY(contentOf(m_bench->output("a.blf")).startsWith("BLF"));
+}
+
+void tst_WidgetConverterRld2XXX::lastWordsAreShown()
+{
+    start("last-words");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QVERIFY(QTest::qWaitFor([this] { return lines().contains(text("closing")); },
+                            ConverterBench::timeout_ms));
+    QCOMPARE(int(m_widget->state()), 3);
+}
+
+void tst_WidgetConverterRld2XXX::aMissingProgramIsTold()
+{
+    m_bench->hideStandIn();
+    start("");
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines().last(), text("rld2xxx::Error - The converter module is missing, can't start a "
+                                  "conversion!"));
+    QCOMPARE(colourOf(text("rld2xxx::Error")), QColor(Qt::red));
+}
+
+void tst_WidgetConverterRld2XXX::anotherVersionStopsTheConversionOnce()
+{
+    start("version-2");
+    QVERIFY(outputBegins());
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    for (int poll = 0; poll < 20; ++poll)
+        m_widget->poll();
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    const QString line = text("Wrong converter version included. %Compatible: 3.0 Found: 2.0 ");
+    QCOMPARE(lines(), QStringList({text("Selected Format: BLF"), line}));
+    QCOMPARE(colourOf(text("Wrong")), QColor(Qt::red));
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aFileSizeOf0LeavesTheBarUntouched()
+{
+    start("size-0");
+    QVERIFY(outputBegins());
+    m_widget->updateProgress(7);
+    const auto *tree = m_widget->findChild<QTreeWidget *>();
+    QVERIFY(QTest::qWaitFor([this, tree] {
+        m_widget->poll();
+        return tree->topLevelItemCount() == 2
+               && tree->topLevelItem(1)->child(0)->text(1) != text("0");
+    }));
+    QCOMPARE(m_widget->findChild<QProgressBar *>()->value(), 7);
+}
+
+void tst_WidgetConverterRld2XXX::theSixteenthPollWithoutAnswerStops()
+{
+    start("silent");
+    QVERIFY(processEnds());
+    for (int poll = 1; poll <= 15; ++poll)
+        m_widget->poll();
+    QCOMPARE(lines(), QStringList(text("Selected Format: BLF")));
+    QVERIFY(!m_widget->isFinished());
+    m_widget->poll();
+    QCOMPARE(lines(), QStringList({text("Selected Format: BLF"), text(noAnswer)}));
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 4);
+    m_widget->poll();
+    QCOMPARE(lines().size(), 2);
+}
+
+void tst_WidgetConverterRld2XXX::aCrashIsNoAnswerAndLeavesNoHalfFile()
+{
+    start("crash");
+    QVERIFY(processEnds());
+    QCOMPARE(m_bench->left(), text("a.blf"));
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(lines().last(), text(noAnswer));
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aFloodOfLinesEndsAtTheLimit()
+{
+    start("flood");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 3);
+    QCOMPARE(lines().size(), 10001);
+    QCOMPARE(lines().last(),
+             text("Warning: Line Limit reached, no further messages are reported...."));
+}
+
+void tst_WidgetConverterRld2XXX::aLineWithoutEndIsCut()
+{
+    start("flood-without-line-ends");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QVERIFY(processEnds());
+    m_widget->poll();
+    QCOMPARE(lines()[1].size(), int(OutputLines::maxLineBytes));
+    QCOMPARE(lines().size(), 1 + 2000000 / OutputLines::maxLineBytes);
+}
+
+void tst_WidgetConverterRld2XXX::cancellingIsState5AndLeavesNoHalfFile()
+{
+    start("endless");
+    QVERIFY(outputBegins());
+    m_widget->poll();
+    QVERIFY(!m_widget->isFinished());
+    m_widget->cancel();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 5);
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+    m_widget->poll();
+    QCOMPARE(lines(), QStringList(text("Selected Format: BLF")));
+}
+
+void tst_WidgetConverterRld2XXX::cancellingKillsAProcessThatDoesNotListen()
+{
+    start("deaf");
+    QVERIFY(outputBegins());
+    m_widget->cancel();
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(int(m_widget->state()), 5);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aFileFromBeforeStaysWhenTheProcessDidNotTouchIt()
+{
+    QFile before(m_bench->output("a.blf"));
+    QVERIFY(before.open(QIODevice::WriteOnly) && before.write("of yesterday") > 0);
+    before.close();
+    start("silent");
+    QVERIFY(processEnds());
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(contentOf(before.fileName()), QByteArray("of yesterday"));
+}
+
+void tst_WidgetConverterRld2XXX::closingWhileRunningEndsTheProcess()
+{
+    start("deaf");
+    QVERIFY(outputBegins());
+    QElapsedTimer clock;
+    clock.start();
+    m_widget.reset();
+    QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+QTEST_MAIN(tst_WidgetConverterRld2XXX)
+#include "tst_widgetconverterrld2xxx.moc"
