@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 #include <tuple>
 #include <vector>
 
@@ -74,28 +75,74 @@ qint64 rawValue(const Signal &signal, const Frame &frame)
     return isNegative ? qint64(raw) - (qint64(1) << signal.bit_length) : qint64(raw);
 }
 
-const Signal *multiplexorOf(const TerminalCanCfg &channel, const Signal &signal)
+bool areOfOneMessage(const Signal &a, const Signal &b)
 {
-    for (const Signal *other : channel.dbc_signals) {
-        if (other->mux_kind == MultiplexorSignal && other->msg_id == signal.msg_id
-            && other->extended_id == signal.extended_id)
-            return other;
-    }
-    return nullptr;
+    return a.msg_id == b.msg_id && a.extended_id == b.extended_id;
 }
 
-// The values that were sent, in the order of the frames.
-std::vector<double> sentValues(const TerminalCanCfg &channel, const Signal &signal,
+bool isRecorded(const Signal &signal)
+{
+    return (signal.selection_flags & Signal::recordFlag) != 0;
+}
+
+// What selects among the frames of a signal's message, and the values of it that are recorded.
+struct Multiplexing
+{
+    const Signal *multiplexor = nullptr;
+    std::set<qint32> recorded;
+};
+
+Multiplexing multiplexingOf(const TerminalCanCfg &channel, const Signal &signal)
+{
+    Multiplexing multiplexing;
+    for (const Signal *other : channel.dbc_signals) {
+        if (!areOfOneMessage(*other, signal))
+            continue;
+        if (other->mux_kind == MultiplexorSignal)
+            multiplexing.multiplexor = other;
+        else if (other->mux_kind == MultiplexedSignal && isRecorded(*other))
+            multiplexing.recorded.insert(other->mux_value);
+    }
+    return multiplexing;
+}
+
+using Values = std::vector<double>;
+
+Values valuesOf(const Signal &signal, const std::vector<Frame> &frames)
+{
+    Values values;
+    for (const Frame &frame : frames)
+        values.push_back(double(rawValue(signal, frame)) * signal.factor + signal.offset);
+    return values;
+}
+
+std::vector<Frame> framesWith(const Signal &multiplexor, qint32 value,
+                              const std::vector<Frame> &frames)
+{
+    std::vector<Frame> chosen;
+    for (const Frame &frame : frames) {
+        if (rawValue(multiplexor, frame) == value)
+            chosen.push_back(frame);
+    }
+    return chosen;
+}
+
+// The values that were sent, in the order of the frames; each list is of one group. A multiplexed
+// message has a group for each value of its multiplexor, which is no channel then.
+std::vector<Values> sentValues(const TerminalCanCfg &channel, const Signal &signal,
                                const std::vector<Frame> &frames)
 {
-    const Signal *multiplexor =
-        signal.mux_kind == MultiplexedSignal ? multiplexorOf(channel, signal) : nullptr;
-    std::vector<double> values;
-    for (const Frame &frame : frames) {
-        if (multiplexor == nullptr || rawValue(*multiplexor, frame) == signal.mux_value)
-            values.push_back(double(rawValue(signal, frame)) * signal.factor + signal.offset);
-    }
-    return values;
+    const Multiplexing multiplexing = multiplexingOf(channel, signal);
+    if (multiplexing.multiplexor == nullptr || multiplexing.recorded.empty())
+        return {valuesOf(signal, frames)};
+    if (signal.mux_kind == MultiplexorSignal)
+        return {};
+    const std::set<qint32> ofSignal{signal.mux_value};
+    const bool isPlain = signal.mux_kind == PlainSignal;
+    std::vector<Values> groups;
+    for (const qint32 value : isPlain ? multiplexing.recorded : ofSignal)
+        groups.push_back(valuesOf(signal, framesWith(*multiplexing.multiplexor, value, frames)));
+    return groups;
 }
 
 class Mf4
@@ -147,10 +194,30 @@ double lengthOf(const Frames &frames)
     return frames.empty() ? 0 : double(last - first) * 1e-6;
 }
 
-QString rangeText(const std::vector<double> &values)
+QString rangeText(const Values &values)
 {
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
     return QStringLiteral("%1 .. %2").arg(*low).arg(*high);
+}
+
+// False at the first signal that lacks samples.
+bool checkSignal(const QString &name, const Signal &signal, const std::vector<Values> &sent,
+                 Mf4 &converted, ConversionCheck &check)
+{
+    for (const Values &values : sent) {
+        if (values.empty() || !converted.holds(signal.name.toStdString(), values)) {
+            check.failure = QStringLiteral("%1: the %2 values that were sent are not there")
+                                .arg(name)
+                                .arg(values.size());
+            return false;
+        }
+        check.samples += values.size();
+        check.found += QStringLiteral("%1: %2 samples, %3 %4")
+                           .arg(name)
+                           .arg(values.size())
+                           .arg(rangeText(values), signal.unit);
+    }
+    return true;
 }
 
 } // namespace
@@ -171,25 +238,16 @@ ConversionCheck checkConversion(const QString &rawLog, const QString &mf4)
     const auto &channels = reader.configuration()->can;
     for (std::size_t number = 0; number < channels.size(); ++number) {
         for (const Signal *signal : channels[number].dbc_signals) {
-            if ((signal->selection_flags & Signal::recordFlag) == 0)
+            if (!isRecorded(*signal))
                 continue;
             const auto message =
                 frames.find({int(number), signal->extended_id != 0, signal->msg_id});
-            const std::vector<double> values =
-                message == frames.end() ? std::vector<double>()
-                                        : sentValues(channels[number], *signal, message->second);
             const QString name = QStringLiteral("CAN-%1 %2").arg(number).arg(signal->name);
-            if (values.empty() || !converted.holds(signal->name.toStdString(), values)) {
-                check.failure = QStringLiteral("%1: the %2 values that were sent are not there")
-                                    .arg(name)
-                                    .arg(values.size());
+            const auto sent = message == frames.end()
+                                  ? std::vector<Values>(1)
+                                  : sentValues(channels[number], *signal, message->second);
+            if (!checkSignal(name, *signal, sent, converted, check))
                 return check;
-            }
-            check.samples += values.size();
-            check.found += QStringLiteral("%1: %2 samples, %3 %4")
-                               .arg(name)
-                               .arg(values.size())
-                               .arg(rangeText(values), signal->unit);
         }
     }
     if (check.found.isEmpty())
