@@ -239,13 +239,24 @@ std::optional<QStringList> Logger_Data_Handler_Class::sendGetCommand(Command com
     return {};
 }
 
+// What is no number must not pass for version 0.0, to which an update would be offered.
 bool Logger_Data_Handler_Class::getSoftwareVersion(int &major, int &minor)
 {
     const auto values = sendGetCommand(Command::GetSoftwareVersion, ValueCount::exactly(2));
     if (!values)
         return false;
-    major = values->at(0).toInt();
-    minor = values->at(1).toInt();
+    bool isMajor = false;
+    bool isMinor = false;
+    const int readMajor = values->at(0).toInt(&isMajor);
+    const int readMinor = values->at(1).toInt(&isMinor);
+    if (!isMajor || !isMinor) {
+        const QString reply = protocol::replyKeyOf(Command::GetSoftwareVersion) + QLatin1Char('=')
+                              + values->join(QLatin1Char(','));
+        m_lastCommandError = protocol::argumentError(reply.toLatin1());
+        return false;
+    }
+    major = readMajor;
+    minor = readMinor;
     return true;
 }
 

@@ -178,7 +178,8 @@ void CommandPort::push(int type)
     const auto bytes = recordBytes(m_state.configuration, type);
     if (!bytes)
         return;
-    for (CommandSession *session : qAsConst(m_sessions))
+    const QList<CommandSession *> sessions = m_sessions; // one that is found gone leaves the list
+    for (CommandSession *session : sessions)
         send(session, {quint8(type), 0, *bytes}, QStringLiteral("push"));
 }
 

@@ -87,6 +87,11 @@ QString errorText(const QByteArray &reply)
     return text == errorTexts().end() ? QString::number(code) : text->second;
 }
 
+QString argumentError(const QByteArray &reply)
+{
+    return withResponse("CMD-Response Argument error.\r\n Response: %1.", reply);
+}
+
 Outcome evaluateSetReply(const QByteArray &reply, const QString &word, SetReplyTexts texts)
 {
     if (reply.isEmpty())
@@ -115,7 +120,7 @@ Outcome evaluateGetReply(const QByteArray &reply, const QString &word, const QSt
         return {
             false, withResponse("CMD-Response without arguments.\r\n Response: %1.", reply), {}};
     if (values.size() < count.min || values.size() > count.max)
-        return {false, withResponse("CMD-Response Argument error.\r\n Response: %1.", reply), {}};
+        return {false, argumentError(reply), {}};
     return {true, {}, values};
 }
 

@@ -49,6 +49,9 @@ struct ValueCount
 [[nodiscard]] Outcome evaluateGetReply(const QByteArray &reply, const QString &word,
                                        const QString &key, ValueCount count);
 
+// What is told of a getter's reply whose values have the wrong number, or can't be what they stand for.
+[[nodiscard]] QString argumentError(const QByteArray &reply);
+
 // The reply "ERROR=<code>" as the logger, or the tool in its place, writes it.
 [[nodiscard]] QByteArray errorReply(int code);
 

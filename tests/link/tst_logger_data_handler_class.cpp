@@ -189,6 +189,9 @@ void tst_Logger_Data_Handler::theVersionHasExactlyTwoNumbers_data()
     QTest::newRow("three") << QByteArray("software_version=1,61,2")
                            << QStringLiteral("CMD-Response Argument error.\r\n"
                                              " Response: software_version=1,61,2.");
+    QTest::newRow("no numbers") << QByteArray("software_version=1,x\r\n")
+                                << QStringLiteral("CMD-Response Argument error.\r\n"
+                                                  " Response: software_version=1,x.");
     QTest::newRow("foo") << QByteArray("foo")
                          << QStringLiteral("Unknown CMD-Response.\r\n Response: foo.");
     QTest::newRow("error") << QByteArray("ERROR=-1105")

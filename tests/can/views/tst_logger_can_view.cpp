@@ -90,15 +90,17 @@ void tst_Logger_CAN_View::theStateDecidesWhatCanBeEdited()
             names += m_bench->button(name)->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
         return names;
     };
+    const std::pair<AppSta_t, const char *> states[] = {
+        {APP_STA_CONN_INIT, "1111110"},        {APP_STA_CONN_UPDATE, "1111110"},
+        {APP_STA_CONN_LOG_ON, "0000001"},      {APP_STA_CONN_INIT, "0000000"},
+        {APP_STA_CONN_UPDATE, "0000000"},      {APP_STA_CONN_LOG_OFF, "1111111"},
+        {APP_STA_CONN_TRANSPARENT, "0000001"}, {APP_STA_DISCONN, "1111110"}};
     QCOMPARE(enabled(), QStringLiteral("1111110"));
-    m_bench->setState(APP_STA_CONN_LOG_ON);
-    QCOMPARE(enabled(), QStringLiteral("0000001"));
-    m_bench->setState(APP_STA_CONN_LOG_OFF);
-    QCOMPARE(enabled(), QStringLiteral("1111111"));
-    m_bench->setState(APP_STA_CONN_TRANSPARENT);
-    QCOMPARE(enabled(), QStringLiteral("0000001"));
-    m_bench->setState(APP_STA_DISCONN);
-    QCOMPARE(enabled(), QStringLiteral("1111110"));
+    for (const auto &[state, expected] : states) {
+        m_bench->setState(state);
+        QVERIFY2(enabled() == QLatin1String(expected),
+                 qPrintable(appstate::name(state) + QLatin1Char(' ') + enabled()));
+    }
 }
 
 void tst_Logger_CAN_View::theConfigurationDialogWritesTheChannel()

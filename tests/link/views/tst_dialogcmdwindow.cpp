@@ -18,6 +18,7 @@ private slots:
     void silenceIsShown();
     void textOfTheLoggerIsNotTakenForMarkup();
     void sendingIsPossibleOnlyWhileConnected();
+    void everyStateButDisconnectedAllowsSending();
     void theUpArrowBringsBackEarlierCommands();
     void clearEmptiesTheList();
     void theCommandLineTakesTheFirstKeys();
@@ -105,6 +106,17 @@ void tst_DialogCmdWindow::sendingIsPossibleOnlyWhileConnected()
     window.line->setText(QStringLiteral("a"));
     QTest::keyClick(window.line, Qt::Key_Return);
     QVERIFY(window.peer.received().isEmpty());
+}
+
+void tst_DialogCmdWindow::everyStateButDisconnectedAllowsSending()
+{
+    Window window(always("OK"));
+    for (const AppSta_t state :
+         {APP_STA_DISCONN, APP_STA_CONN_INIT, APP_STA_CONN_LOG_ON, APP_STA_CONN_LOG_OFF,
+          APP_STA_CONN_UPDATE, APP_STA_CONN_TRANSPARENT}) {
+        window.controller.slotSetAppState(state);
+        QCOMPARE(window.button->isEnabled(), state != APP_STA_DISCONN);
+    }
 }
 
 void tst_DialogCmdWindow::theUpArrowBringsBackEarlierCommands()
