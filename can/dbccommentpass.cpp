@@ -18,6 +18,7 @@ using Signal = StreamingClass_DBC_Signal;
 constexpr std::string_view commentKeyword = "CM_";
 constexpr std::string_view valueTableKeyword = "VAL_";
 constexpr std::string_view valueTypeKeyword = "SIG_VALTYPE_";
+constexpr std::string_view multiplexValuesKeyword = "SG_MUL_VAL_";
 
 bool startsWith(std::string_view text, std::string_view head)
 {
@@ -29,6 +30,21 @@ bool isStatement(std::string_view line, std::string_view keyword)
 {
     return line.size() > keyword.size() && startsWith(line, keyword)
            && dbc::spaceLength(line, keyword.size()) != 0;
+}
+
+// "SG_MUL_VAL_ identifier name multiplexor 1-1, 3-5;" is about more than the one value that the line
+// of the signal has room for.
+bool hasSeveralValues(std::string_view line)
+{
+    constexpr int wordsInFront = 4;
+    dbc::Words words(line.substr(0, line.rfind(';')));
+    for (int i = 0; i < wordsInFront; ++i)
+        (void)words.next();
+    const std::string_view range = words.next();
+    const std::size_t dash = range.find('-');
+    const bool isOneValue =
+        dash != std::string_view::npos && range.substr(0, dash) == range.substr(dash + 1);
+    return !range.empty() && !(isOneValue && words.next().empty());
 }
 
 // A line with the number that it has in the file.
@@ -179,6 +195,8 @@ private:
             return takeValueTable();
         if (isStatement(line, valueTypeKeyword))
             takeValueType(line);
+        if (isStatement(line, multiplexValuesKeyword) && hasSeveralValues(line))
+            ++m_summary.multiplexor_ranges;
         return {};
     }
 

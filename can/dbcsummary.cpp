@@ -21,6 +21,8 @@ constexpr Row passedOverRows[] = {
     {&DbcSummary::ignored_signals, "signal outside of a message", "signals outside of a message"},
     {&DbcSummary::float_types, "float type (read as a whole number)",
      "float types (read as whole numbers)"},
+    {&DbcSummary::multiplexor_ranges, "signal at several multiplexor values (read at one)",
+     "signals at several multiplexor values (read at one)"},
     {&DbcSummary::value_tables, "value table", "value tables"},
     {&DbcSummary::comments_without_signal, "comment without a signal", "comments without a signal"},
     {&DbcSummary::other_comments, "comment of a message, node or bus",

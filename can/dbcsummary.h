@@ -8,6 +8,7 @@ struct DbcSummary
     int messages = 0;
     int signal_count = 0;
     int float_types = 0;             // SIG_VALTYPE_ of a float or double, read as a whole number
+    int multiplexor_ranges = 0;      // SG_MUL_VAL_ of signals that are sent at several values
     int value_tables = 0;            // VAL_
     int comments_without_signal = 0; // CM_ SG_ that no signal took
     int other_comments = 0;          // CM_ of messages, nodes or the bus

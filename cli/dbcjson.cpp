@@ -18,6 +18,7 @@ QJsonObject summaryJson(const DbcFileParser &parser)
             {QStringLiteral("filters"), int(filters)},
             {QStringLiteral("ignored_signals"), summary.ignored_signals},
             {QStringLiteral("float_types"), summary.float_types},
+            {QStringLiteral("multiplexor_ranges"), summary.multiplexor_ranges},
             {QStringLiteral("value_tables"), summary.value_tables},
             {QStringLiteral("comments_without_signal"), summary.comments_without_signal},
             {QStringLiteral("other_comments"), summary.other_comments}};

@@ -33,6 +33,8 @@ private slots:
     void aFileOfCrAloneIsOneLine();
     void floatTypesAreReadAsWholeNumbersAndCounted();
     void onlyFloatTypesAreCounted();
+    void onlySignalsOfSeveralMultiplexorValuesAreCounted_data();
+    void onlySignalsOfSeveralMultiplexorValuesAreCounted();
     void whatIsPassedOverIsCounted();
     void aFileWithoutSignalsIsFine_data();
     void aFileWithoutSignalsIsFine();
@@ -274,6 +276,31 @@ void tst_DbcFileParser::onlyFloatTypesAreCounted()
                         "SIG_VALTYPE_ ;\nSIG_VALTYPE_X 1 C : 1;\n");
     QVERIFY(dbc.ok);
     QCOMPARE(dbc.parser.summary().float_types, 1);
+}
+
+void tst_DbcFileParser::onlySignalsOfSeveralMultiplexorValuesAreCounted_data()
+{
+    QTest::addColumn<QByteArray>("statement");
+    QTest::addColumn<int>("count");
+    QTest::newRow("one value") << QByteArray("SG_MUL_VAL_ 291 A Page 8-8;") << 0;
+    QTest::newRow("one value, blank behind") << QByteArray("SG_MUL_VAL_ 291 A Page 8-8 ;") << 0;
+    QTest::newRow("several") << QByteArray("SG_MUL_VAL_ 291 A Page 8-8, 16-16;") << 1;
+    QTest::newRow("several without blanks") << QByteArray("SG_MUL_VAL_ 291 A Page 8-8,9-9;") << 1;
+    QTest::newRow("several apart by blanks")
+        << QByteArray("SG_MUL_VAL_ 291 A Page 8-8 , 9-9;") << 1;
+    QTest::newRow("range") << QByteArray(" SG_MUL_VAL_\t291 A Page 3-5") << 1;
+    QTest::newRow("no value") << QByteArray("SG_MUL_VAL_ 291 A Page;") << 0;
+    QTest::newRow("keyword alone") << QByteArray("SG_MUL_VAL_") << 0;
+}
+
+void tst_DbcFileParser::onlySignalsOfSeveralMultiplexorValuesAreCounted()
+{
+    QFETCH(QByteArray, statement);
+    const LoadedDbc dbc(engineMessage + signalLine("Page M") + signalLine("A m8") + "\n" + statement
+                        + "\n");
+    QVERIFY(dbc.ok);
+    QTEST(dbc.parser.summary().multiplexor_ranges, "count");
+    QCOMPARE(dbc.at(1).mux_value, 8);
 }
 
 void tst_DbcFileParser::whatIsPassedOverIsCounted()

@@ -27,13 +27,15 @@ void tst_DbcSummary::whatWasPassedOverIsNamed()
     summary.signal_count = 1;
     summary.ignored_signals = 3;
     summary.float_types = 4;
+    summary.multiplexor_ranges = 2;
     summary.value_tables = 1;
     summary.comments_without_signal = 5;
     summary.other_comments = 6;
     QCOMPARE(dbc::summaryText(summary),
              QStringLiteral("2 messages, 1 signal; passed over: 3 signals outside of a message, "
-                            "4 float types (read as whole numbers), 1 value table, 5 comments "
-                            "without a signal, 6 comments of messages, nodes or the bus"));
+                            "4 float types (read as whole numbers), 2 signals at several "
+                            "multiplexor values (read at one), 1 value table, 5 comments without a "
+                            "signal, 6 comments of messages, nodes or the bus"));
 }
 
 void tst_DbcSummary::nothingPassedOverIsNotMentioned()
