@@ -18,7 +18,6 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDropEvent>
-#include <QGuiApplication>
 #include <QHostAddress>
 #include <QLineEdit>
 #include <QMenu>
