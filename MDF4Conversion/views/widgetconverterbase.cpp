@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QScrollBar>
 
 namespace {
 
@@ -124,6 +125,18 @@ bool WidgetConverterBase::appendLimited(const LineKind &kind, const QString &bol
         return false;
     appendHtml(warningPrefix, QLatin1String(kind.limitText), blue);
     return true;
+}
+
+void WidgetConverterBase::appendTogether(const std::function<void()> &append)
+{
+    QScrollBar *bar = m_ui->plainTextEdit_messages->verticalScrollBar();
+    const bool isAtEnd = bar->value() == bar->maximum();
+    QTextCursor batch(m_ui->plainTextEdit_messages->document());
+    batch.beginEditBlock();
+    append();
+    batch.endEditBlock();
+    if (isAtEnd)
+        bar->setValue(bar->maximum());
 }
 
 void WidgetConverterBase::appendColoredLineBold(QString boldTxt, QString txtToAppend,

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -73,6 +74,8 @@ protected:
     // The figures count from here.
     void startClock() { m_clock.start(); }
     void showOutputFile(const QString &path);
+    // Lines that are appended by the function are laid out together, which is much faster.
+    void appendTogether(const std::function<void()> &append);
     [[nodiscard]] int errorCount() const { return m_limits.count(MessageLimits::Kind::Error); }
     // What the tree tells of a row beside its count.
     [[nodiscard]] virtual QString rowStatus(const QString &count) const = 0;

@@ -7,9 +7,12 @@
 #include <QDir>
 #include <QThread>
 
+#include <limits>
+
 namespace {
 
 constexpr unsigned long endWait_ms = 3000;
+constexpr std::size_t messagesPerPoll = 1000; // of a tenth of a second, so that the window answers
 
 bool isEmptyDir(const QString &path)
 {
@@ -120,9 +123,9 @@ void WidgetConverterMdf4::start()
 void WidgetConverterMdf4::connectWorker()
 {
     const WorkerConvertMDF4 *worker = &m_thread->worker();
-    connect(worker, &WorkerConvertMDF4::sig_error, this, &WidgetConverterMdf4::appendErrLine);
-    connect(worker, &WorkerConvertMDF4::sig_warning, this, &WidgetConverterMdf4::appendWarnLine);
-    connect(worker, &WorkerConvertMDF4::sig_status, this, &WidgetConverterMdf4::appendNfoLine);
+    relayOnWorkerThread(&WorkerConvertMDF4::sig_error, MessageLimits::Kind::Error);
+    relayOnWorkerThread(&WorkerConvertMDF4::sig_warning, MessageLimits::Kind::Warning);
+    relayOnWorkerThread(&WorkerConvertMDF4::sig_status, MessageLimits::Kind::Status);
     connect(worker, &WorkerConvertMDF4::sig_updateSignals, this,
             qOverload<std::map<QString, std::map<QString, QString>>, bool>(
                 &WidgetConverterMdf4::updateTree));
@@ -131,6 +134,38 @@ void WidgetConverterMdf4::connectWorker()
     connect(m_thread, &QThread::started, worker, &WorkerConvertMDF4::process);
     connect(worker, &WorkerConvertMDF4::finished, this, &WidgetConverterMdf4::setFinalState);
     connect(worker, &WorkerConvertMDF4::finished, m_thread, &QThread::quit);
+}
+
+// Queued, a flood would pile up in memory and leave this thread no time for anything else.
+void WidgetConverterMdf4::relayOnWorkerThread(void (WorkerConvertMDF4::*signal)(QString),
+                                              MessageLimits::Kind kind)
+{
+    connect(
+        &m_thread->worker(), signal, this,
+        [relay = m_relay, kind](const QString &text) { relay->add(kind, text); },
+        Qt::DirectConnection);
+}
+
+void WidgetConverterMdf4::poll()
+{
+    showMessages(messagesPerPoll);
+}
+
+void WidgetConverterMdf4::showMessages(std::size_t atMost)
+{
+    const auto messages = m_relay->take(atMost);
+    if (messages.empty())
+        return;
+    appendTogether([this, &messages] {
+        for (const MessageRelay::Message &message : messages) {
+            if (message.kind == MessageLimits::Kind::Error)
+                appendErrLine(message.text);
+            else if (message.kind == MessageLimits::Kind::Warning)
+                appendWarnLine(message.text);
+            else
+                appendNfoLine(message.text);
+        }
+    });
 }
 
 void WidgetConverterMdf4::cancel()
@@ -165,6 +200,7 @@ void WidgetConverterMdf4::disconnectStatus()
 
 void WidgetConverterMdf4::setFinalState()
 {
+    showMessages(std::numeric_limits<std::size_t>::max()); // all: errors among them count below
     const QString &written = m_thread->worker().summary().outputFile;
     if (!written.isEmpty())
         showOutputFile(written); // a free name, if the planned one got taken meanwhile

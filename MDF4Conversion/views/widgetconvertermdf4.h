@@ -1,9 +1,11 @@
 #pragma once
 
 #include "MDF4Conversion/conversionjob.h"
+#include "MDF4Conversion/messagerelay.h"
 #include "MDF4Conversion/views/widgetconverterbase.h"
 
 class UserPrompt;
+class WorkerConvertMDF4;
 
 // Converts to MDF4, on a thread of its own.
 class WidgetConverterMdf4 : public WidgetConverterBase
@@ -20,7 +22,8 @@ public:
     void start() override;
     void cancel() override;
     [[nodiscard]] bool isFinished() const override;
-    void poll() override {}
+    // Shows the next messages.
+    void poll() override;
     void disconnectWarnings() override;
     void disconnectStatus() override;
     [[nodiscard]] quint8 state() const override { return m_state; }
@@ -36,10 +39,14 @@ private:
     class Thread;
 
     void connectWorker();
+    void relayOnWorkerThread(void (WorkerConvertMDF4::*signal)(QString), MessageLimits::Kind kind);
+    void showMessages(std::size_t atMost);
     void cleanUpTemporaryDir();
 
     UserPrompt &m_prompt;
     ConversionJob m_job;
+    // Shared with the connections: the worker may outlive this widget.
+    const std::shared_ptr<MessageRelay> m_relay = std::make_shared<MessageRelay>();
     Thread *m_thread = nullptr; // deletes itself; null before the start
     quint8 m_state = conversionstate::notStarted;
 };

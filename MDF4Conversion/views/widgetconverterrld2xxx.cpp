@@ -154,11 +154,15 @@ void WidgetConverterRld2XXX::collectRest()
 
 void WidgetConverterRld2XXX::showOutput()
 {
-    for (Stream *stream : {&m_out, &m_err}) {
-        const QStringList lines = std::exchange(stream->lines, {});
-        for (const QString &line : lines)
-            appendColoredLine(line.toHtmlEscaped(), stream->color);
-    }
+    if (m_out.lines.isEmpty() && m_err.lines.isEmpty())
+        return;
+    appendTogether([this] {
+        for (Stream *stream : {&m_out, &m_err}) {
+            const QStringList lines = std::exchange(stream->lines, {});
+            for (const QString &line : lines)
+                appendColoredLine(line.toHtmlEscaped(), stream->color);
+        }
+    });
 }
 
 // The process is killed first: only then nobody writes another state.

@@ -1,4 +1,5 @@
 #include "MDF4Conversion/outputnames.h"
+#include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "MDF4Conversion/views/widgetconvertermdf4.h"
 #include "tests/mdf4conversion/views/converterbench.h"
 
@@ -65,6 +66,7 @@ private slots:
     void aFullTemporaryFolderStaysAndIsTold();
     void aWorkerThatDoesNotEndIsTold();
     void aFloodOfStatusesEndsAtTheLimit();
+    void messagesComeInPortions();
 
 private:
     void make(const QString &log, bool withNames = true)
@@ -236,6 +238,28 @@ void tst_WidgetConverterMdf4::aFloodOfStatusesEndsAtTheLimit()
     for (int line = 0; line < 1000; ++line)
         m_widget->appendWarnLine(text("x"));
     QCOMPARE(m_widget->findChild<QPlainTextEdit *>()->document()->blockCount(), 26002);
+}
+
+void tst_WidgetConverterMdf4::messagesComeInPortions()
+{
+    const QByteArray stamps = rawlog::syncStampEntry(1000, 0) + rawlog::syncStampEntry(2000, 0);
+    make(m_bench->makeLog(text("a.rld"), 1, stamps.repeated(5000)));
+    m_widget->start();
+    int most = 0;
+    int shown = 1; // a text without lines has one block
+    const auto *document = m_widget->findChild<QPlainTextEdit *>()->document();
+    QVERIFY(QTest::qWaitFor(
+        [&] {
+            if (m_widget->state() != conversionstate::running)
+                return true;
+            m_widget->poll();
+            most = qMax(most, document->blockCount() - shown);
+            shown = document->blockCount();
+            return false;
+        },
+        ConverterBench::timeout_ms));
+    QVERIFY2(most > 0 && most <= 1000, qPrintable(QString::number(most)));
+    QVERIFY(m_widget->messages().contains(text("Logfile-conversion completed.")));
 }
 
 QTEST_MAIN(tst_WidgetConverterMdf4)
