@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr int rowPadding = 6; // of lists and trees, in pixels
+constexpr int rowPadding = 6;     // of lists and trees, in pixels
+constexpr int buttonPadding = 12; // beside the text of a button
 
 // Fusion with more room in lists, and without pictures on the buttons of dialogs.
 class CalmStyle : public QProxyStyle
@@ -32,6 +33,8 @@ public:
         QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
         if (type == CT_ItemViewItem)
             result.rheight() += rowPadding;
+        else if (type == CT_PushButton)
+            result.rwidth() += buttonPadding;
         return result;
     }
 };

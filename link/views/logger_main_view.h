@@ -79,6 +79,7 @@ private:
     void connect_disconnect_logtrigger_cfg_spinboxes(bool connected);
     void connect_disconnect_logtrigger_signal_combobox(bool connected);
     void showTrigger(const LogTriggerCfg &record);
+    [[nodiscard]] QVector<logtrigger::Choice> choicesOfShownChannel() const;
     void showTriggerChoices(const QVector<logtrigger::Choice> &choices,
                             const std::optional<logtrigger::Choice> &current);
     void showTriggerUnit();

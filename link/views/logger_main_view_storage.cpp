@@ -9,13 +9,12 @@
 
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QLabel>
-#include <QPointer>
 #include <QProgressDialog>
 #include <QShortcut>
 
 #include <algorithm>
 #include <limits>
+#include <vector>
 
 using loggerstorage::File;
 using loggerstorage::Listing;
@@ -86,6 +85,7 @@ void Logger_Main_View::setUpTable()
     header->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
     header->setSectionResizeMode(SizeColumn, QHeaderView::ResizeToContents);
     header->setHighlightSections(false);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 8);
     table->horizontalHeaderItem(NameColumn)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table->horizontalHeaderItem(SizeColumn)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
     header->setSortIndicator(-1, Qt::AscendingOrder); // the logger's order until a head is clicked
@@ -181,26 +181,37 @@ void Logger_Main_View::showFile(int row, int fileIndex)
     m_ui->tableWidget_logfiles->setItem(row, SizeColumn, new SizeItem(file.size));
 }
 
-// From the top of the table down.
+// From the top of the table down. The selection consists of whole rows.
 QList<int> Logger_Main_View::selectedFiles() const
 {
-    QModelIndexList rows = m_ui->tableWidget_logfiles->selectionModel()->selectedRows(NameColumn);
-    std::sort(rows.begin(), rows.end(),
-              [](const QModelIndex &a, const QModelIndex &b) { return a.row() < b.row(); });
+    const QTableWidget *table = m_ui->tableWidget_logfiles;
+    std::vector<bool> isSelected(std::size_t(table->rowCount()), false);
+    const QItemSelection ranges = table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : ranges)
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            isSelected[std::size_t(row)] = true;
     QList<int> files;
-    for (const QModelIndex &row : qAsConst(rows))
-        files += row.data(fileIndexRole).toInt();
+    for (int row = 0; row < table->rowCount(); ++row)
+        if (isSelected[std::size_t(row)])
+            files += table->item(row, NameColumn)->data(fileIndexRole).toInt();
     return files;
 }
 
 void Logger_Main_View::selectFiles(const std::function<bool(const File &)> &isSelected)
 {
     const QAbstractItemModel *model = m_ui->tableWidget_logfiles->model();
-    QItemSelection selection;
-    for (int row = 0; row < model->rowCount(); ++row) {
+    const auto isRowSelected = [&](int row) {
         const QModelIndex name = model->index(row, NameColumn);
-        if (isSelected(m_files.at(name.data(fileIndexRole).toInt())))
-            selection.append(QItemSelectionRange(name, model->index(row, SizeColumn)));
+        return isSelected(m_files.at(name.data(fileIndexRole).toInt()));
+    };
+    QItemSelection selection; // a range for each run of rows
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const int first = row;
+        while (row < model->rowCount() && isRowSelected(row))
+            ++row;
+        if (row > first)
+            selection.append(QItemSelectionRange(model->index(first, NameColumn),
+                                                 model->index(row - 1, SizeColumn)));
     }
     m_ui->tableWidget_logfiles->selectionModel()->select(selection,
                                                          QItemSelectionModel::ClearAndSelect);
@@ -229,10 +240,11 @@ void Logger_Main_View::on_pushButton_delete_selected_logfile_clicked()
     if (!m_prompt.ask(QStringLiteral("Delete File"), question))
         return;
     const QString error = deleteFiles(files);
+    if (!handler()->isConnected())
+        return; // the loss is told by the window
     if (!error.isEmpty())
         m_prompt.warn(warning, error);
-    if (handler()->isConnected())
-        on_pushButton_refresh_storage_clicked();
+    on_pushButton_refresh_storage_clicked();
 }
 
 // Ends with the first failure, or when the user cancels.
@@ -305,15 +317,19 @@ void Logger_Main_View::enable_disable_logfile_buttons()
 void Logger_Main_View::showStorageStatus()
 {
     const QList<int> selected = selectedFiles();
-    QString text = tr("%1 files").arg(m_files.size());
+    const bool isConnected = m_state != APP_STA_DISCONN;
+    if (m_files.isEmpty() && !isConnected) {
+        m_ui->label_storage_status->setText(tr("No logger is connected."));
+        return;
+    }
+    QString text = m_files.size() == 1 ? tr("1 file") : tr("%1 files").arg(m_files.size());
     if (m_leftOut > 0)
         text += tr(" (%1 more are not shown)").arg(m_leftOut);
+    if (!isConnected)
+        text += tr(" when the logger was last connected");
     if (!selected.isEmpty())
         text += tr(", %1 selected: %2")
                     .arg(selected.size())
                     .arg(loggerstorage::sizeText(sumOfSizes(m_files, selected)));
-    if (m_state == APP_STA_DISCONN)
-        text = m_files.isEmpty() ? tr("No logger is connected.")
-                                 : text + tr(" when the logger was last connected");
     m_ui->label_storage_status->setText(text);
 }

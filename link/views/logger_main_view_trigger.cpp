@@ -25,7 +25,7 @@ QString shortId(const StreamingClass_DBC_Signal &signal)
                                       QLatin1Char('0'));
 }
 
-// Signals of several messages may be called the same.
+// Signals of several messages of a channel may be called the same.
 QString textOf(const Choice &choice, const QHash<QString, int> &timesOfName)
 {
     const QString &name = choice.signal.name;
@@ -89,12 +89,19 @@ void Logger_Main_View::showTrigger(const LogTriggerCfg &record)
     showTriggerChoices(valid ? QVector<Choice>{*valid} : QVector<Choice>(), valid);
 }
 
+QVector<Choice> Logger_Main_View::choicesOfShownChannel() const
+{
+    return logtrigger::choicesOf(handler()->terminal(),
+                                 m_ui->spinBox_trigger_signal_can_nr->value());
+}
+
 // The current one is selected; without one the first item says so.
 void Logger_Main_View::showTriggerChoices(const QVector<Choice> &choices,
                                           const std::optional<Choice> &current)
 {
     QHash<QString, int> timesOfName;
-    for (const Choice &choice : choices)
+    const QVector<Choice> ofChannel = choicesOfShownChannel();
+    for (const Choice &choice : ofChannel)
         ++timesOfName[choice.signal.name];
 
     m_choices = choices;
@@ -161,9 +168,7 @@ void Logger_Main_View::logtrigger_can_nr()
 void Logger_Main_View::combobox_logtrigger_signal_filling()
 {
     connect_disconnect_logtrigger_signal_combobox(false);
-    showTriggerChoices(
-        logtrigger::choicesOf(handler()->terminal(), m_ui->spinBox_trigger_signal_can_nr->value()),
-        triggerChoice());
+    showTriggerChoices(choicesOfShownChannel(), triggerChoice());
     connect_disconnect_logtrigger_signal_combobox(true);
 }
 

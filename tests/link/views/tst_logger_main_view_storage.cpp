@@ -33,6 +33,7 @@ private slots:
     void hostileNamesAreShownAsPlainShortText();
     void freeSpaceNeedsTwoValues();
     void smallFilesAreSelected();
+    void ofTenThousandFilesEverySecondOneIsSelected();
     void aSizeThatIsNoNumberIsNotSelected();
     void theSelectionIsSummedUp();
 
@@ -41,6 +42,7 @@ private slots:
     void deletedFilesAreGoneFromTheLoggerAndTheList();
     void aFailedDeleteStopsAndIsTold();
     void anUnknownReplyToADeleteIsTold();
+    void aLossWhileTheQuestionIsOpenGivesNoSecondBox();
     void theDeleteKeyDeletes();
 
     void aDownloadCarriesNamesSizesFolderAndFormats();
@@ -245,6 +247,18 @@ void tst_LoggerMainViewStorage::smallFilesAreSelected()
     QCOMPARE(m_bench->selected(), QStringList({QStringLiteral("c.rld"), QStringLiteral("a.rld")}));
 }
 
+void tst_LoggerMainViewStorage::ofTenThousandFilesEverySecondOneIsSelected()
+{
+    QString list;
+    for (int i = 0; i < 10'003; ++i)
+        list += QStringLiteral("%1.rld,%2;").arg(i).arg(i % 2 == 0 ? 1 : 1 << 30);
+    m_bench->logger.setFault(QStringLiteral("malformed-reply@sys_get_logfiles=logfiles=") + list);
+    m_bench->connectAndRead();
+    m_bench->button("pushButton_select_all_files_less_than_mb")->click();
+    QCOMPARE(m_bench->label("label_storage_status"),
+             QStringLiteral("10000 files (3 more are not shown), 5000 selected: 4 [KiB]"));
+}
+
 void tst_LoggerMainViewStorage::aSizeThatIsNoNumberIsNotSelected()
 {
     m_bench->logger.setFault(
@@ -330,6 +344,17 @@ void tst_LoggerMainViewStorage::anUnknownReplyToADeleteIsTold()
     m_bench->button("pushButton_delete_selected_logfile")->click();
     QCOMPARE(m_bench->prompt.shown.last(),
              QStringLiteral("Warning|CMD-Response error.\r\n Response: foo."));
+}
+
+void tst_LoggerMainViewStorage::aLossWhileTheQuestionIsOpenGivesNoSecondBox()
+{
+    m_bench->store("a.rld", 1);
+    m_bench->connectAndRead();
+    m_bench->select({0});
+    m_bench->prompt.answer = true;
+    m_bench->prompt.duringABox = [this] { m_bench->handler.disconnectLogger(); };
+    m_bench->button("pushButton_delete_selected_logfile")->click();
+    QCOMPARE(m_bench->prompt.shown.size(), 1); // the question
 }
 
 void tst_LoggerMainViewStorage::theDeleteKeyDeletes()
@@ -469,10 +494,10 @@ void tst_LoggerMainViewStorage::aLostLoggersListStaysAndSaysSo()
     m_bench->store("a.rld", 1);
     QCOMPARE(m_bench->label("label_storage_status"), QStringLiteral("No logger is connected."));
     m_bench->connectAndRead();
-    QCOMPARE(m_bench->label("label_storage_status"), QStringLiteral("1 files"));
+    QCOMPARE(m_bench->label("label_storage_status"), QStringLiteral("1 file"));
     m_bench->handler.disconnectLogger();
     QCOMPARE(m_bench->label("label_storage_status"),
-             QStringLiteral("1 files when the logger was last connected"));
+             QStringLiteral("1 file when the logger was last connected"));
     QCOMPARE(m_bench->label("label_disc_space_free"), QStringLiteral("---"));
     QCOMPARE(m_bench->column(0).size(), 1);
 }

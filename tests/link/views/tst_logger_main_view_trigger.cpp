@@ -230,6 +230,7 @@ void tst_LoggerMainViewTrigger::signalsOfTheSameNameAreToldApart()
     putSignals(0, {recorded("speed", PlainSignal, 0x1a), recorded("speed", PlainSignal, 0x2b)});
     pick("speed (0x02b)");
     QCOMPARE(held().signal.msg_id, 0x2bU);
+    QCOMPARE(signalBox()->currentText(), QStringLiteral("speed (0x02b)"));
     emit signalBox()->signal_clicked();
     QCOMPARE(signalBox()->currentText(), QStringLiteral("speed (0x02b)"));
 }
