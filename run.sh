@@ -26,7 +26,7 @@ else
     QT_QPA_PLATFORM=offscreen build/bin/zds-journey "$out" || status=$?
     if [ "$status" -eq 0 ]; then
         echo
-        build/bin/zds-mf4-table "$out/demo_drive.mf4"
+        build/bin/zds-mf4-table "$out"/event/*.mf4
     fi
     echo
     echo "Pictures, log and results: $out"

@@ -1,6 +1,7 @@
 #include "app/journey/journey.h"
 
 #include "MDF4Conversion/rawlog/drive/drive.h"
+#include "app/dialogs.h"
 #include "app/handlerlink.h"
 #include "app/journey/demodbc.h"
 #include "config/configfile.h"
@@ -78,8 +79,7 @@ Journey::Journey(const QDir &folder)
     parts.link = std::move(link);
     parts.prompt = &m_prompt;
     parts.settings = &m_settings;
-    parts.convert = [](ConversionGlobal::OutputFormatFlags, const QStringList &, const QString &,
-                       QWidget *) {};
+    setDialogs(parts, m_prompt);
     m_window =
         std::make_unique<MainWindow>(&m_controller, QStringLiteral("MainWindow"), std::move(parts));
     m_window->registerToController();
@@ -117,8 +117,9 @@ bool Journey::run()
     takePicture(QStringLiteral("start"));
     for (const Step &step : steps) {
         QString seen;
-        const bool works =
-            (this->*step.function)(seen) && m_prompt.warnings == 0 && m_arePicturesSaved;
+        const bool isDone = (this->*step.function)(seen);
+        takePicture(QString::fromLatin1(step.name));
+        const bool works = isDone && m_prompt.warnings == 0 && m_arePicturesSaved;
         print(QStringLiteral("%1 %2: %3")
                   .arg(works ? QStringLiteral("ok  ") : QStringLiteral("FAIL"),
                        QString::fromLatin1(step.name), seen));
@@ -166,8 +167,8 @@ bool Journey::click(QWidget *parent, const char *button)
 void Journey::takePicture(const QString &name, QWidget *shown)
 {
     QCoreApplication::processEvents();
-    const QString file =
-        QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name);
+    QString file = QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name);
+    file.replace(QLatin1Char(' '), QLatin1Char('-'));
     QWidget *widget = shown != nullptr ? shown : m_window.get();
     if (!widget->grab().save(m_folder.filePath(file))) {
         m_arePicturesSaved = false;
@@ -175,21 +176,23 @@ void Journey::takePicture(const QString &name, QWidget *shown)
     }
 }
 
-// The logger is that of the drive, but nobody has chosen signals of its first two channels yet.
+// The logger is that of the drive, but nobody has chosen signals of its channels yet.
 bool Journey::makeFiles(QString &seen)
 {
     const drive::Drive drive;
     record::copy(drive.configuration(), m_expected);
     m_expected.event.event_name = QStringLiteral("Journey");
     for (const int channel : {0, 1}) {
-        TerminalCanCfg &can = m_expected.can[std::size_t(channel)];
+        const auto &inDrive = drive.configuration().can[std::size_t(channel)].dbc_signals;
         QSaveFile file(m_folder.filePath(QStringLiteral("can%1.dbc").arg(channel)));
-        const QByteArray text = dbcText(can.dbc_signals.items());
+        const QByteArray text = dbcText(inDrive.items());
         if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
             seen = file.errorString();
             return false;
         }
-        seen += QStringLiteral("%1 signals of CAN-%2, ").arg(can.dbc_signals.size()).arg(channel);
+        seen += QStringLiteral("%1 signals of CAN-%2, ").arg(inDrive.size()).arg(channel);
+    }
+    for (TerminalCanCfg &can : m_expected.can) {
         can.dbc_signals.clear();
         can.filters.clear();
     }
@@ -236,7 +239,6 @@ bool Journey::readConfiguration(QString &seen)
     seen = QStringLiteral("%1 bytes, %2 CAN channels enabled")
                .arg(record::toBytes(handler().terminal()).size())
                .arg(channels);
-    takePicture(QStringLiteral("connected"));
     return isRead;
 }
 
@@ -274,7 +276,6 @@ bool Journey::watchLiveData(QString &seen)
                .arg(frames)
                .arg(fixes)
                .arg(after.dropped);
-    takePicture(QStringLiteral("live"));
     return frames > 100 && fixes > 0 && after.dropped == 0;
 }
 
@@ -293,6 +294,5 @@ bool Journey::disconnectLogger(QString &seen)
 {
     (void)click(m_window.get(), "pushButton_connect_disconnect");
     seen = m_controller.appStateDescription();
-    takePicture(QStringLiteral("disconnected"));
     return m_controller.appState() == APP_STA_DISCONN;
 }

@@ -57,8 +57,7 @@ bool Journey::listLogs(QString &seen)
             table->selectRow(row);
         }
     }
-    takePicture(QStringLiteral("storage"));
-    seen = QStringLiteral("%1 of %2 MiB free, %3 logs, newest %4")
+    seen = QStringLiteral("%1 of %2 free, %3 logs, newest %4")
                .arg(page->findChild<QLabel *>(QStringLiteral("label_disc_space_free"))->text(),
                     page->findChild<QLabel *>(QStringLiteral("label_disc_space_total"))->text())
                .arg(names.size())

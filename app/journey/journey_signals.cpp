@@ -85,6 +85,5 @@ bool Journey::chooseSignals(int channel, const QStringList &names, QString &seen
                           && waitUntil([&] { return namesOf(held).contains(wanted); });
     record::copy(held, m_expected.can[std::size_t(channel)]);
     seen += QStringLiteral("; %1 signals written and echoed").arg(held.dbc_signals.size());
-    takePicture(QStringLiteral("can%1").arg(channel));
     return isEchoed && handler().terminal() == m_expected;
 }
