@@ -13,7 +13,7 @@ std::string_view view(const QByteArray &bytes)
 QString decoded(const QByteArray &bytes)
 {
     const QByteArray utf8 = dbc::decoded(bytes);
-    return QString::fromUtf8(utf8.constData(), utf8.size()); // beyond a NUL, too
+    return QString::fromStdString(utf8.toStdString()); // beyond a NUL, too
 }
 
 } // namespace
