@@ -64,6 +64,7 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     setUpTables();
     setConfigurationWidgets({m_ui->pushButton_can_enable, m_ui->pushButton_can_disable,
                              m_ui->pushButton_can_configuration, m_ui->pushButton_export_options});
+    m_loadingShows.setObjectName(QStringLiteral("timer_loading_shows"));
     m_loadingShows.setSingleShot(true);
     m_loadingShows.setInterval(loadingShowsAfter_ms);
     m_figuresTimer.setInterval(figuresEvery_ms);

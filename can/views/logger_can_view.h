@@ -142,9 +142,9 @@ private:
     std::vector<EditableFields> m_held;
     can::DbcLiveDecoder m_decoder;
     std::unique_ptr<DbcLoadTask> m_loading;
-    QTimer m_loadingShows; // until the progress of a load is shown
-    QString m_summary;     // of the last file; empty: none was read
-    QString m_lastFile;    // of this channel, also of an earlier run
+    QTimer m_loadingShows{this}; // until the progress of a load is shown
+    QString m_summary;           // of the last file; empty: none was read
+    QString m_lastFile;          // of this channel, also of an earlier run
     bool m_isLastFileThere = false;
 
     Model_CAN_Rx_List_Items m_rxModel;

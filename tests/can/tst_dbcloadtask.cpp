@@ -104,8 +104,8 @@ void tst_DbcLoadTask::aLoadCanBeCancelled()
 {
     DbcLoadTask task;
     QSignalSpy finished(&task, &DbcLoadTask::finished);
-    connect(&task, &DbcLoadTask::progressed, &task, [&task] { task.cancel(); });
     task.start(file(signalLines(300'000)));
+    task.cancel();
     QVERIFY(finished.wait(30'000));
     QCOMPARE(finished.first().first().toBool(), false);
     QVERIFY(task.parser().isCancelled());
