@@ -129,7 +129,8 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
     showLoading(false);
     const DbcFileParser &parser = m_loading->parser();
     const QString path = m_loading->path();
-    if (isLoaded)
+    const bool hasSignals = isLoaded && !parser.signalList().isEmpty();
+    if (hasSignals)
         SettingsStore().setValue(lastFileKey(number()), path);
     noteLastFile();
     if (parser.isCancelled())
@@ -139,6 +140,10 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
         const QString reason =
             parser.errorText().isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
         m_prompt.warn(QStringLiteral("Error loading dbc-file"), parser.errorText(), reason);
+        return;
+    }
+    if (!hasSignals) { // noise may be read, too
+        m_prompt.inform(QStringLiteral("Open DBC-file"), tr("There is no signal in %1.").arg(path));
         return;
     }
     m_summary =

@@ -19,6 +19,7 @@ private slots:
     void cancellingThePickerLoadsNothing();
     void selectedSignalsJoinTheChannel();
     void aFileWithAnErrorIsToldAndChangesNothing();
+    void aFileWithoutSignalsIsToldAndChangesNothing();
     void aFileThatCannotBeReadIsTold();
     void theLastFileIsOfferedAgain();
     void theLastFileIsRememberedForItsChannel();
@@ -133,6 +134,18 @@ void tst_Logger_CAN_View_Dbc::aFileWithAnErrorIsToldAndChangesNothing()
     QTRY_VERIFY(!m_bench->prompt.shown.isEmpty());
     QVERIFY(m_bench->prompt.shown.first().startsWith(
         QStringLiteral("Error loading dbc-file|DBC-File: Invalid line-structure, line number 2")));
+    QVERIFY(!selector());
+    QCOMPARE(m_bench->signalNames(), QStringList(QStringLiteral("A")));
+}
+
+void tst_Logger_CAN_View_Dbc::aFileWithoutSignalsIsToldAndChangesNothing()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    const QString path = m_bench->writeFile("noise.dbc", "\x01\xFE\x7F noise\r\n\x02");
+    loadByButton(path);
+    QTRY_VERIFY(!m_bench->prompt.shown.isEmpty());
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(QStringLiteral("Open DBC-file|There is no signal in %1.").arg(path)));
     QVERIFY(!selector());
     QCOMPARE(m_bench->signalNames(), QStringList(QStringLiteral("A")));
 }
