@@ -68,8 +68,17 @@ void removeRecords(const QDir &dir)
         QFile::remove(dir.filePath(name));
 }
 
-// Files whose conversion was killed; those of running ones are locked and stay.
-void clearLeftovers(const QDir &folder)
+// "tmp_" and a number. Other folders with that beginning are the user's.
+bool isTemporaryName(const QString &name)
+{
+    bool isNumber = false;
+    (void)name.mid(temporaryDirPattern.size() - 1).toUInt(&isNumber);
+    return isNumber;
+}
+
+// Files whose conversion was killed; those of running ones are locked and stay, as does the temporary
+// folder that the caller gives.
+void clearLeftovers(const QDir &folder, const QString &givenTemporaryDir)
 {
     const QString growingLocks = QLatin1String("*.mf4") + growingSuffix + lockSuffix;
     for (const QString &name : folder.entryList({growingLocks}, QDir::Files)) {
@@ -82,8 +91,11 @@ void clearLeftovers(const QDir &folder)
     for (const QString &name :
          folder.entryList({temporaryDirPattern}, QDir::Dirs | QDir::NoSymLinks)) {
         const QDir dir(folder.filePath(name));
-        if (!dir.exists(temporaryLockName))
+        if (!dir.exists(temporaryLockName)) {
+            if (isTemporaryName(name) && dir != QDir(givenTemporaryDir))
+                folder.rmdir(name); // killed between its lock and itself; fails unless it's empty
             continue;
+        }
         LeftoverLock lock(dir.filePath(temporaryLockName));
         if (lock.taken()) {
             removeRecords(dir);
@@ -147,7 +159,7 @@ bool ConversionFiles::prepare()
         return fail(tr("The output folder %1 does not exist")
                         .arg(QDir::toNativeSeparators(folder.absolutePath())));
     }
-    clearLeftovers(folder);
+    clearLeftovers(folder, m_names ? QString() : m_temporaryDir);
     return m_names ? prepareFree() : prepareGiven();
 }
 

@@ -79,6 +79,7 @@ private slots:
     void twoConversionsIntoOneOutputAreRefused();
     void twoConversionsIntoOneFolderGetAlong();
     void leftoversOfADeadProcessAreCleared();
+    void theEmptyFolderOfADeadProcessIsCleared();
     void theFilesOfALiveProcessStay();
     void foreignFilesStay();
 
@@ -211,6 +212,19 @@ void tst_ConversionFiles::twoConversionsIntoOneFolderGetAlong()
     QCOMPARE(contentOf(path("tmp_9/_1.bin")), QByteArray("records"));
 }
 
+// Killed when its lock was gone, but not yet the folder.
+void tst_ConversionFiles::theEmptyFolderOfADeadProcessIsCleared()
+{
+    for (const char *name : {"tmp_3", "tmp_4", "tmp_mine", "tmp_"})
+        QVERIFY(QDir().mkdir(path(name)));
+    make(path("tmp_4/theirs"), "of somebody else");
+    {
+        ConversionFiles files(given("a.mf4", "tmp_1"));
+        QVERIFY(files.prepare());
+    }
+    QCOMPARE(left(), text("tmp_ tmp_4 tmp_mine"));
+}
+
 void tst_ConversionFiles::leftoversOfADeadProcessAreCleared()
 {
     QProcess process;
@@ -308,6 +322,7 @@ void tst_ConversionFiles::namesToTryFirstGiveWayWhenTheyGotTaken()
     job.temporaryDir = path("tmp_7");
     make(path("chosen.mf4"), "of somebody else");
     QVERIFY(QDir().mkdir(path("tmp_7")));
+    make(path("tmp_7/theirs"), "of somebody else");
     ConversionFiles files(job);
     QVERIFY(files.prepare());
     QCOMPARE(files.outputFile(), path("a.mf4"));
