@@ -280,10 +280,10 @@ void tst_Logger_CAN_View_Tx::anEditIsShownWhenItIsEchoed()
     m_bench->handler.setWriteTimeout(200);
     QAbstractItemModel *rows = m_bench->rows("tableView_dbc");
     rows->setData(rows->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
-    QCoreApplication::processEvents(); // the echo
-    QTEST(rows->index(0, 0).data(Qt::CheckStateRole) == Qt::Checked, "isRecorded");
+    QFETCH(bool, isRecorded);
+    QTRY_COMPARE(rows->index(0, 0).data(Qt::CheckStateRole) == Qt::Checked, isRecorded);
     const StreamingClass_DBC_Signal &signal = *m_bench->channel().dbc_signals.at(0);
-    QTEST((signal.selection_flags & StreamingClass_DBC_Signal::recordFlag) != 0, "isRecorded");
+    QCOMPARE((signal.selection_flags & StreamingClass_DBC_Signal::recordFlag) != 0, isRecorded);
 }
 
 QTEST_MAIN(tst_Logger_CAN_View_Tx)
