@@ -1,4 +1,5 @@
 #include "tests/support/linktool.h"
+#include "tests/support/messagecount.h"
 #include "tests/support/recordsamples.h"
 
 #include <QSignalSpy>
@@ -307,9 +308,10 @@ void tst_ConfigurationTransfer::aRecordThatIsCutIsWarnedOfAndIgnored()
     held.gps.gps_enabled = 1;
     held.can[0].enabled = 1;
     tool.handler.writeWholeConfiguration(held);
-    QTest::ignoreMessage(QtWarningMsg, "A record of the logger is not whole, it is dropped.");
+    const MessageCount lines("A record of the logger is not whole, it is dropped.");
     tool.handler.slot_streaming_prot_received(
         type, new QByteArray(record::toBytes(TerminalStruct()).left(9)));
+    QCOMPARE(lines.value(), 1);
     QCOMPARE(tool.handler.terminal(), held);
 }
 
@@ -324,8 +326,9 @@ void tst_ConfigurationTransfer::typesWithoutARecordAreWarnedOfAndIgnored()
 {
     QFETCH(int, type);
     OfflineTool tool;
-    QTest::ignoreMessage(QtWarningMsg, "slot_streaming_prot_received -> UNKNOWN-Type");
+    const MessageCount lines("slot_streaming_prot_received -> UNKNOWN-Type");
     tool.handler.slot_streaming_prot_received(type, new QByteArray("anything"));
+    QCOMPARE(lines.value(), 1);
     QCOMPARE(tool.handler.terminal(), TerminalStruct());
 }
 
