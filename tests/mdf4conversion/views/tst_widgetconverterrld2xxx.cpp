@@ -105,8 +105,8 @@ void tst_WidgetConverterRld2XXX::theProgramIsLookedForInTheWorkingFolderFirst()
 void tst_WidgetConverterRld2XXX::aLogIsConverted()
 {
     start("");
-    QVERIFY(!m_widget->isFinished());
     QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    m_widget->poll(); // it may have ended before the first one
     QCOMPARE(int(m_widget->state()), 3);
     QCOMPARE(m_widget->findChild<QProgressBar *>()->value(), 100);
     QCOMPARE(lines(), QStringList(text("Selected Format: BLF")));
