@@ -5,6 +5,7 @@
 #include "link/socketconnect.h"
 
 #include <QDebug>
+#include <QMetaMethod>
 #include <QNetworkProxy>
 #include <QScopeGuard>
 #include <QTcpSocket>
@@ -174,6 +175,10 @@ void CMD_Handler_Class::passOn(const protocol::Message &message)
     if (m_recordLines.allows())
         qDebug() << "CMD_TYPE:" << message.type
                  << " serialized data lenth:" << message.payload.size();
+    static const QMetaMethod received =
+        QMetaMethod::fromSignal(&CMD_Handler_Class::signal_streaming_prot_received);
+    if (!isSignalConnected(received)) // the receiver owns the copy
+        return;
     emit signal_streaming_prot_received(message.type,
                                         std::make_unique<QByteArray>(message.payload).release());
 }

@@ -83,7 +83,7 @@ void tst_DbcDecoding::utf8StaysAsItIs()
 {
     const QByteArray text("\xC2\xB0"
                           "C, 100 \xCE\xA9, \xF0\x9F\x98\x80, \0 and \r\n",
-                          29);
+                          27);
     QCOMPARE(dbc::decoded(text), text);
     QCOMPARE(dbc::decoded({}), QByteArray());
 }
