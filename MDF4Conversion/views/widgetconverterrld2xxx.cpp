@@ -110,6 +110,8 @@ void WidgetConverterRld2XXX::poll()
 {
     evaluateRecord();
     showOutput();
+    if (isFinished())
+        evaluateRecord(); // it may have ended meanwhile: its last figures count
     if (!m_watch.isSilentTooLong(m_process.state() != QProcess::NotRunning, isFinished()))
         return;
     appendColoredLine(

@@ -82,7 +82,7 @@ void tst_ZdsConvertKilled::noMomentLeavesHalfAFileOrSpoilsTheNextConversion()
 
     QRandomGenerator random(seed);
     int killed = 0;
-    for (int moment = 0; moment < moments; ++moment) {
+    for (int moment = 0; killed < moments && moment < 4 * moments; ++moment) {
         const int behind = random.bounded(messages + 1);
         const int pause_us = random.bounded(longestPause_us);
         killed += killBehind(behind, pause_us) ? 1 : 0;
@@ -104,7 +104,7 @@ void tst_ZdsConvertKilled::noMomentLeavesHalfAFileOrSpoilsTheNextConversion()
         QFile::remove(path("long.mf4"));
         QFile::remove(path("next.mf4"));
     }
-    QVERIFY2(killed > moments / 2, qPrintable(QString::number(killed)));
+    QCOMPARE(killed, moments); // the others had ended before
 }
 
 QTEST_GUILESS_MAIN(tst_ZdsConvertKilled)

@@ -108,6 +108,8 @@ void tst_KorvisSystemToolsClass::theLocalNameIsTheLastComponent_data()
         QTest::newRow(tag) << remote << QString::fromUtf8(local);
     };
     row("plain", QStringLiteral("2024-05-01_drive.rld"), "2024-05-01_drive.rld");
+    row("growing file", QStringLiteral("a.rld.part"), "a.rld.part_");
+    row("lock of a growing file", QStringLiteral("a.rld.PART.lock"), "a.rld.PART.lock_");
     row("umlauts", QString::fromUtf8("Prüfstand.rld"), "Prüfstand.rld");
     row("parent", QStringLiteral("../../etc/passwd"), "passwd");
     row("absolute", QStringLiteral("/etc/passwd"), "passwd");
