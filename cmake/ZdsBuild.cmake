@@ -93,10 +93,6 @@ function(zds_test name)
     set(environment QT_QPA_PLATFORM=offscreen TZ=UTC LC_ALL=C.UTF-8)
     if(ZDS_SANITIZE)
         list(APPEND environment LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp)
-        if("gui" IN_LIST ARG_LABELS)
-            # Whole call stacks: only they show which leaks are the platform plug-in's.
-            list(APPEND environment ASAN_OPTIONS=fast_unwind_on_malloc=0)
-        endif()
         math(EXPR ARG_TIMEOUT "${ARG_TIMEOUT} * 5")
     endif()
     set_tests_properties(${name} PROPERTIES
