@@ -35,6 +35,14 @@ void holdWorkers(QtMsgType, const QMessageLogContext &, const QString &message)
         gate().acquire();
 }
 
+// Holds a worker at a sync stamp for longer than a window needs to close.
+void holdAtSyncStamp(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    constexpr int hold_ms = 500;
+    if (message.startsWith(QLatin1String("Cyclic Timestamp event - ")))
+        (void)gate().tryAcquire(1, hold_ms);
+}
+
 } // namespace
 
 class tst_WidgetConverterMdf4 : public QObject
@@ -174,10 +182,15 @@ void tst_WidgetConverterMdf4::aNameThatGotTakenIsNotReplaced()
 
 void tst_WidgetConverterMdf4::closingWhileRunningLeavesNothing()
 {
-    make(m_bench->makeLog(text("a.rld"), manyFrames));
+    const QByteArray stamp = rawlog::syncStampEntry(1000, 0);
+    make(m_bench->makeLog(text("a.rld"), manyFrames, stamp));
+    const QtMessageHandler before = qInstallMessageHandler(holdAtSyncStamp);
     m_widget->start();
-    QVERIFY(QTest::qWaitFor([this] { return m_bench->left().contains(text("tmp_1")); }));
+    const bool isRunning =
+        QTest::qWaitFor([this] { return m_bench->left().contains(text("tmp_1")); });
     m_widget.reset();
+    qInstallMessageHandler(before);
+    QVERIFY(isRunning);
     QCOMPARE(m_bench->left(), QString());
     QCOMPARE(m_bench->prompt.shown, QStringList());
 }
