@@ -1,5 +1,6 @@
 #include "link/downloadlist.h"
 
+#include "MDF4Conversion/growingfile.h"
 #include "link/korvissystemtoolsclass.h"
 
 #include <QDir>
@@ -41,7 +42,7 @@ QString DownloadList::start()
 {
     if (isRunning())
         return {};
-    const QString shortage = shortageOf(bytesOf(FileState::Waiting));
+    const QString shortage = shortageFor(bytesOf(FileState::Waiting));
     if (shortage.isEmpty())
         start_next_download();
     return shortage;
@@ -49,7 +50,7 @@ QString DownloadList::start()
 
 QString DownloadList::retry()
 {
-    const QString shortage = shortageOf(bytesLeft() + bytesOf(FileState::Failed));
+    const QString shortage = shortageFor(bytesLeft() + bytesOf(FileState::Failed));
     if (!shortage.isEmpty())
         return shortage;
     for (File &file : m_files) {
@@ -122,9 +123,11 @@ QString DownloadList::localPathFor(const QString &remoteName) const
     return unique.isEmpty() ? QString() : QDir(m_folder).filePath(unique);
 }
 
-// Where the drive doesn't tell, the transfer finds out.
-QString DownloadList::shortageOf(qint64 needed) const
+// Half files of killed programs give their room back first. Where the drive doesn't tell, the
+// transfer finds out.
+QString DownloadList::shortageFor(qint64 needed) const
 {
+    growingfile::clearLeftovers(QDir(m_folder));
     const std::optional<quint64> available = m_freeSpace();
     if (!available || *available >= quint64(needed))
         return {};
