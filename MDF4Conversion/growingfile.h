@@ -32,7 +32,8 @@ constexpr qint64 silenceOfAnotherComputer_ms = 24LL * 3600 * 1000;
 void keepMark(std::unique_ptr<QLockFile> lock);
 
 // Removes what programs that have ended have left in a folder. What is growing stays, and so does
-// what has no lock of this kind beside it.
+// what has no lock of this kind beside it, unless it is a folder that holds nothing but what it is
+// called by.
 void clearLeftovers(const QDir &folder);
 
 } // namespace growingfile

@@ -15,6 +15,7 @@ class tst_GrowingFile : public QObject
 
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void cleanup() { m_lock.reset(); }
 
     void partsAndLocksAreReservedNames();
     void aTakenLockIsRefusedToOthers();
@@ -31,8 +32,13 @@ private slots:
     void leftoversOfAnEndedProgramAreCleared();
     void aLeftFolderIsClearedWithAllThatIsInIt();
     void aLockThatWasLeftEmptyIsCleared();
-    void aLockThatIsJustBeingMadeStays();
+    void aLockThatWasLeftEmptyJustNowIsCleared();
+    void anEmptyLockOfAnotherClockStays();
+    void aLeftFolderIsRecognisedWithoutItsLock();
+    void aLockThatWasLeftWhileItWasTakenOverIsCleared();
     void whatIsGrowingStays();
+    void aGrowingFolderStays();
+    void aFolderOfOtherFilesStays();
     void whatHasNoLockStays();
     void aFileThatIsNoLockStaysWithItsPart();
     void aLinkIsClearedAndNotWhatItLeadsTo();
@@ -188,10 +194,19 @@ void tst_GrowingFile::aLockThatWasLeftEmptyIsCleared()
     QCOMPARE(left(), QString());
 }
 
-void tst_GrowingFile::aLockThatIsJustBeingMadeStays()
+void tst_GrowingFile::aLockThatWasLeftEmptyJustNowIsCleared()
+{
+    make("a.rld.part", "half");
+    make("a.rld.part.lock", {});
+    clear();
+    QCOMPARE(left(), QString());
+}
+
+// Nothing tells whether its program was ended.
+void tst_GrowingFile::anEmptyLockOfAnotherClockStays()
 {
     make("a.rld.part.lock", {});
-    age("a.rld.part.lock", -5000); // however long the machine takes until it is looked at
+    age("a.rld.part.lock", -60'000);
     clear();
     QCOMPARE(left(), text("a.rld.part.lock"));
 }
@@ -202,6 +217,47 @@ void tst_GrowingFile::whatIsGrowingStays()
     make("a.rld.part", "half");
     clear();
     QCOMPARE(left(), text("a.rld.part a.rld.part.lock"));
+}
+
+void tst_GrowingFile::aLeftFolderIsRecognisedWithoutItsLock()
+{
+    for (const char *folder : {"a.blf.part", "a.blf.2.part", "b.blf.part"})
+        QVERIFY(QDir().mkdir(path(folder)));
+    make("a.blf.part/a.blf", "half");
+    make("a.blf.2.part/a.blf", "half");
+    clear();
+    QCOMPARE(left(), QString());
+}
+
+void tst_GrowingFile::aLockThatWasLeftWhileItWasTakenOverIsCleared()
+{
+    make("a.rld.part", "half");
+    make("a.rld.part.lock", lockOfEndedProgram());
+    make("a.rld.part.lock.rmlock", lockOfEndedProgram());
+    make("a.rld.part.lock.rmlock.rmlock", {});
+    clear();
+    QCOMPARE(left(), QString());
+}
+
+void tst_GrowingFile::aGrowingFolderStays()
+{
+    QCOMPARE(take("a.blf"), QLockFile::NoError);
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    make("a.blf.part/a.blf", "half");
+    clear();
+    QCOMPARE(left(), text("a.blf.part a.blf.part.lock"));
+    QCOMPARE(contentOf(path("a.blf.part/a.blf")), QByteArray("half"));
+}
+
+void tst_GrowingFile::aFolderOfOtherFilesStays()
+{
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    make("a.blf.part/b.blf", "mine");
+    QVERIFY(QDir().mkdir(path("c.blf.part")));
+    make("c.blf.part/c.blf", "mine");
+    make("c.blf.part/notes", "mine");
+    clear();
+    QCOMPARE(left(), text("a.blf.part c.blf.part"));
 }
 
 void tst_GrowingFile::whatHasNoLockStays()

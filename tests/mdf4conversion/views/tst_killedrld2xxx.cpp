@@ -136,7 +136,8 @@ void tst_KilledRld2XXX::noHalfFileCarriesAFinalName()
         }
         if (hasEnded) // faster than the one before
             duration_ns = clock.nsecsElapsed();
-        if (run % 4 == 0)
+        const bool isRld2xxxGone = killed >= kills - 10; // behind all that go on by themselves
+        if (run % 4 == 0 && !isRld2xxxGone)
             program.killTool();
         else
             program.killBoth();
@@ -152,7 +153,7 @@ void tst_KilledRld2XXX::noHalfFileCarriesAFinalName()
     bench.begin(last);
     QVERIFY(last.waitForFinished(end_ms));
     QCOMPARE(last.exitCode(), 0);
-    QCOMPARE(bench.entries(), QStringList{QStringLiteral("a.blf")});
+    QCOMPARE(bench.entries().join(QLatin1Char(' ')), QStringLiteral("a.blf"));
     QVERIFY(bench.isWholeOrMissing());
 }
 
