@@ -68,7 +68,6 @@ void WidgetConverterRld2XXX::start()
         m_output.discard();
         return appendStartError(QStringLiteral("Shared Memory allocation failed"));
     }
-    m_memory.clear();
     m_isRunning = true;
     m_process.setProgram(program);
     m_process.setArguments(
@@ -104,10 +103,18 @@ void WidgetConverterRld2XXX::poll()
     const bool isToldOver = hasToldItsEnd();
     if (isToldOver && hasClosedItsFiles())
         return conclude();
-    if (!m_watch.isSilentTooLong(m_process.state() != QProcess::NotRunning, isToldOver))
-        return;
-    appendColoredLine(
-        QStringLiteral("The conversion process did not respond! Conversion was interrupted."), red);
+    if (m_memory.lockedOut_ms() >= m_lockLimit_ms) {
+        giveUp(QStringLiteral("The conversion process has kept the shared memory locked for %1 "
+                              "seconds!")
+                   .arg(m_lockLimit_ms / 1000.0));
+    } else if (m_watch.isSilentTooLong(m_process.state() != QProcess::NotRunning, isToldOver)) {
+        giveUp(QStringLiteral("The conversion process did not respond!"));
+    }
+}
+
+void WidgetConverterRld2XXX::giveUp(const QString &cause)
+{
+    appendColoredLine(cause + QStringLiteral(" Conversion was interrupted."), red);
     stop(conversionstate::finishedWithErrors);
 }
 

@@ -16,9 +16,14 @@ class WidgetConverterRld2XXX : public WidgetConverterBase
     Q_OBJECT
 
 public:
+    static constexpr int defaultLockLimit_ms = 10'000;
+
     explicit WidgetConverterRld2XXX(const PlannedConversion &conversion, QWidget *parent = nullptr);
     // A process that runs is ended; one that has told its end may close its files first.
     ~WidgetConverterRld2XXX() override;
+
+    // How long the process may keep the lock of the shared memory before the conversion is given up.
+    void setLockLimit(int milliseconds) { m_lockLimit_ms = milliseconds; }
 
     void start() override;
     void cancel() override;
@@ -51,15 +56,17 @@ private:
     [[nodiscard]] bool hasClosedItsFiles();
     void conclude();
     [[nodiscard]] bool publishOutput();
+    void giveUp(const QString &cause);
     void killProcess();
     void stop(quint8 state);
 
     QProcess m_process;
-    mutable Rld2xxxMemory m_memory; // reading takes its lock
+    mutable Rld2xxxMemory m_memory; // reading asks its thread
     Rld2xxxWatch m_watch;
     Stream m_out{QStringLiteral("black"), {}, {}};
     Stream m_err{QStringLiteral("red"), {}, {}};
     Rld2xxxOutput m_output;
     QElapsedTimer m_closing; // since the process told its end
+    int m_lockLimit_ms = defaultLockLimit_ms;
     bool m_isRunning = false;
 };

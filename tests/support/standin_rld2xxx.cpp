@@ -53,6 +53,7 @@ public:
         m_memory.unlock();
         return isSet;
     }
+    void takeLock() { m_memory.lock(); }
     void finish(uchar state)
     {
         write<uchar>(stateAt, state);
@@ -115,6 +116,12 @@ int main(int argc, char *argv[])
         std::abort();
     if (mode == "deaf")
         waitForEnd(nullptr);
+    if (mode == "holds-lock") {
+        record.takeLock();
+        output.write(" and held");
+        output.flush();
+        waitForEnd(nullptr);
+    }
     if (mode == "size-0")
         record.write<quint64>(bytesReadAt, 50);
     else

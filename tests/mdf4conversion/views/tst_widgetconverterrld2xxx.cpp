@@ -66,6 +66,11 @@ private slots:
     void aFileFromBeforeStaysWhenTheConversionIsCancelled();
     void closingWhileRunningEndsTheProcess();
 
+    void aHeldLockKeepsTheWindowNeitherFromPollingNorFromCancelling();
+    void aHeldLockEndsTheConversionAtItsLimit();
+    void closingWhileTheLockIsHeldEndsTheProcess();
+    void memoryThatCanNotBeHadIsTold();
+
     void theOutputGetsItsNameWhenTheProcessHasEnded();
     void aProcessThatDoesNotEndBehindItsWorkIsEnded();
     void cancellingBehindTheEndKeepsTheFile();
@@ -94,6 +99,12 @@ private:
     {
         return QTest::qWaitFor([this] { return contentOf(m_bench->growing("a.blf")) == "half"; },
                                ConverterBench::timeout_ms);
+    }
+    bool lockIsHeld()
+    {
+        return QTest::qWaitFor(
+            [this] { return contentOf(m_bench->growing("a.blf")) == "half and held"; },
+            ConverterBench::timeout_ms);
     }
     // Until the process, which lingers, has told its end in the record.
     bool tellsItsEnd()
@@ -321,6 +332,63 @@ void tst_WidgetConverterRld2XXX::closingWhileRunningEndsTheProcess()
     clock.start();
     m_widget.reset();
     QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+// The stand-in keeps the lock for a minute, for which each of these would wait.
+void tst_WidgetConverterRld2XXX::aHeldLockKeepsTheWindowNeitherFromPollingNorFromCancelling()
+{
+    start("holds-lock");
+    QVERIFY(lockIsHeld());
+    QElapsedTimer clock;
+    clock.start();
+    for (int poll = 0; poll < 20; ++poll)
+        m_widget->poll();
+    QVERIFY(!m_widget->isFinished());
+    m_widget->cancel();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 5);
+    QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aHeldLockEndsTheConversionAtItsLimit()
+{
+    start("holds-lock");
+    m_widget->setLockLimit(500);
+    QVERIFY(lockIsHeld());
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines().last(),
+             text("The conversion process has kept the shared memory locked for 0.5 "
+                  "seconds! Conversion was interrupted."));
+    QCOMPARE(colourOf(text("locked for")), QColor(Qt::red));
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::closingWhileTheLockIsHeldEndsTheProcess()
+{
+    start("holds-lock");
+    QVERIFY(lockIsHeld());
+    QElapsedTimer clock;
+    clock.start();
+    m_widget.reset();
+    QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+// The key holds the name of the log, and names of memories have a limit.
+void tst_WidgetConverterRld2XXX::memoryThatCanNotBeHadIsTold()
+{
+    start("", (QByteArray(230, 'n') + ".rld").constData());
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines().last(), text("rld2xxx::Error - Shared Memory allocation failed, can't start a "
+                                  "conversion!"));
+    QCOMPARE(colourOf(text("rld2xxx::Error")), QColor(Qt::red));
+    QCOMPARE(process()->state(), QProcess::NotRunning);
     QCOMPARE(m_bench->left(), QString());
 }
 
