@@ -62,10 +62,13 @@ QString DownloadList::retry()
 
 void DownloadList::cancel()
 {
+    const QString reason = QStringLiteral("cancelled");
     const int current = std::exchange(m_current, -1);
-    if (current >= 0)
+    if (current >= 0) {
         m_files[current].state = FileState::Failed;
-    m_client.abort_and_set_error(QStringLiteral("cancelled"));
+        m_files[current].error = reason;
+    }
+    m_client.abort_and_set_error(reason);
     ++m_transfer; // the end of that transfer doesn't count any more
 }
 
