@@ -2,6 +2,7 @@
 
 #include "MDF4Conversion/conversionjob.h"
 #include "MDF4Conversion/exclusivemove.h"
+#include "MDF4Conversion/growingfile.h"
 #include "MDF4Conversion/nativepath.h"
 #include "MDF4Conversion/outputnames.h"
 #include "MDF4Conversion/programlock.h"
@@ -16,8 +17,6 @@
 
 namespace {
 
-const QLatin1String growingSuffix(".part");
-const QLatin1String lockSuffix(".lock");
 const QLatin1String temporaryLockName("conversion.lock");
 const QLatin1String temporaryDirPattern("tmp_*");
 const QLatin1String recordFilePattern("*.bin");
@@ -46,22 +45,6 @@ QString whyNotMade(const QString &path)
     return tr("the file could not be locked");
 }
 
-// Held while the leftovers of a conversion are removed; taken only if its owner is no more.
-class LeftoverLock
-{
-public:
-    explicit LeftoverLock(const QString &path)
-        : m_lock(path)
-        , m_taken(takeProgramLock(m_lock))
-    {}
-    [[nodiscard]] bool taken() const { return m_taken; }
-    void release() { m_lock.unlock(); }
-
-private:
-    QLockFile m_lock;
-    const bool m_taken;
-};
-
 void removeRecords(const QDir &dir)
 {
     for (const QString &name : dir.entryList({recordFilePattern}, QDir::Files | QDir::Hidden))
@@ -80,14 +63,7 @@ bool isTemporaryName(const QString &name)
 // folder that the caller gives.
 void clearLeftovers(const QDir &folder, const QString &givenTemporaryDir)
 {
-    const QString growingLocks = QLatin1String("*.mf4") + growingSuffix + lockSuffix;
-    for (const QString &name : folder.entryList({growingLocks}, QDir::Files)) {
-        const QString lockPath = folder.filePath(name);
-        const QString growing = lockPath.left(lockPath.size() - lockSuffix.size());
-        const LeftoverLock lock(lockPath);
-        if (lock.taken())
-            QFile::remove(growing);
-    }
+    growingfile::clearLeftovers(folder);
     for (const QString &name :
          folder.entryList({temporaryDirPattern}, QDir::Dirs | QDir::NoSymLinks)) {
         const QDir dir(folder.filePath(name));
@@ -96,10 +72,10 @@ void clearLeftovers(const QDir &folder, const QString &givenTemporaryDir)
                 folder.rmdir(name); // killed between its lock and itself; fails unless it's empty
             continue;
         }
-        LeftoverLock lock(dir.filePath(temporaryLockName));
-        if (lock.taken()) {
+        QLockFile lock(dir.filePath(temporaryLockName));
+        if (takeProgramLock(lock)) {
             removeRecords(dir);
-            lock.release();
+            lock.unlock();
             folder.rmdir(name);
         }
     }
@@ -113,7 +89,7 @@ ConversionFiles::ConversionFiles(const ConversionJob &job)
     , m_names(job.names)
     , m_outputFile(job.outputFile)
     , m_temporaryDir(job.temporaryDir)
-    , m_growingFile(m_outputFile + growingSuffix)
+    , m_growingFile(growingfile::partOf(m_outputFile))
 {}
 
 ConversionFiles::~ConversionFiles()
@@ -145,9 +121,11 @@ QLockFile::LockError ConversionFiles::lock(std::unique_ptr<QLockFile> &file, con
 bool ConversionFiles::failToLock(QLockFile::LockError error, const QString &lockPath)
 {
     const QString name = QDir::toNativeSeparators(m_outputFile);
-    return fail(error == QLockFile::LockFailedError
-                    ? tr("%1: another conversion is writing there").arg(name)
-                    : tr("%1: cannot be written: %2").arg(name, whyNotMade(lockPath)));
+    if (error != QLockFile::LockFailedError)
+        return fail(tr("%1: cannot be written: %2").arg(name, whyNotMade(lockPath)));
+    const QString otherComputer = growingfile::otherComputerText(m_outputFile);
+    return fail(otherComputer.isEmpty() ? tr("%1: another conversion is writing there").arg(name)
+                                        : QStringLiteral("%1: %2").arg(name, otherComputer));
 }
 
 bool ConversionFiles::prepare()
@@ -169,10 +147,9 @@ bool ConversionFiles::prepareGiven()
     const QFileInfo output(m_outputFile);
     if (output.exists() && !output.isFile())
         return fail(tr("%1 is not a regular file").arg(QDir::toNativeSeparators(m_outputFile)));
-    const QString outputLock = m_growingFile + lockSuffix;
-    QLockFile::LockError error = lock(m_outputLock, outputLock);
+    QLockFile::LockError error = growingfile::take(m_outputLock, m_outputFile);
     if (error != QLockFile::NoError)
-        return failToLock(error, outputLock);
+        return failToLock(error, growingfile::lockOf(m_outputFile));
     if (!QFileInfo(m_temporaryDir).isDir()) {
         std::error_code cause;
         m_madeTemporaryDir = std::filesystem::create_directory(nativePath(m_temporaryDir), cause);
@@ -192,7 +169,7 @@ bool ConversionFiles::prepareFree()
 void ConversionFiles::nameOutput(const QString &path)
 {
     m_outputFile = path;
-    m_growingFile = path + growingSuffix;
+    m_growingFile = growingfile::partOf(path);
 }
 
 // Who holds the lock has the name; whoever had it before may have published in between.
@@ -201,13 +178,12 @@ bool ConversionFiles::takeFreeOutput()
     if (m_outputFile.isEmpty())
         nameOutput(m_names->outputFile(m_inputFile, m_folder));
     for (;; nameOutput(m_names->outputFile(m_inputFile, m_folder))) {
-        const QString lockPath = m_growingFile + lockSuffix;
-        const QLockFile::LockError error = lock(m_outputLock, lockPath);
+        const QLockFile::LockError error = growingfile::take(m_outputLock, m_outputFile);
         if (error == QLockFile::NoError && !QFileInfo::exists(m_outputFile))
             return true;
         m_outputLock.reset();
         if (error != QLockFile::NoError && error != QLockFile::LockFailedError)
-            return failToLock(error, lockPath);
+            return failToLock(error, growingfile::lockOf(m_outputFile));
     }
 }
 

@@ -1,11 +1,13 @@
 #include "MDF4Conversion/outputnames.h"
 
+#include "MDF4Conversion/growingfile.h"
+
 #include <QFileInfo>
 
 bool OutputNames::isFree(const QString &path) const
 {
     return !m_taken.contains(path) && !QFileInfo::exists(path)
-           && !QFileInfo::exists(path + QLatin1String(".part.lock"));
+           && !QFileInfo::exists(growingfile::lockOf(path));
 }
 
 QString OutputNames::take(const QString &path)

@@ -1,32 +1,36 @@
 #include "MDF4Conversion/programlock.h"
 
 #include <QLockFile>
-#include <QString>
+#include <QSysInfo>
 #include <QThread>
 
 namespace {
 
-// A program that makes a lock writes its name into it at once; so long another one waits for it.
-constexpr int nameIsDue_ms = 300;
 constexpr int pollEvery_ms = 10;
-
-bool hasOwner(const QLockFile &lock)
-{
-    qint64 process = 0;
-    QString host;
-    QString program;
-    return lock.getLockInfo(&process, &host, &program);
-}
 
 } // namespace
 
-bool takeProgramLock(QLockFile &lock)
+bool ProgramLockHolder::isOnAnotherComputer() const
+{
+    return !computer.isEmpty() && computer != QSysInfo::machineHostName();
+}
+
+std::optional<ProgramLockHolder> holderOf(const QLockFile &lock)
+{
+    ProgramLockHolder holder;
+    QString program;
+    if (!lock.getLockInfo(&holder.process, &holder.computer, &program))
+        return std::nullopt;
+    return holder;
+}
+
+bool takeProgramLock(QLockFile &lock, int nameIsDue_ms)
 {
     lock.setStaleLockTime(0);
     for (int waited_ms = 0;; waited_ms += pollEvery_ms) {
         if (lock.tryLock(0))
             return true;
-        if (lock.error() != QLockFile::LockFailedError || hasOwner(lock))
+        if (lock.error() != QLockFile::LockFailedError || holderOf(lock))
             return false;
         if (waited_ms >= nameIsDue_ms)
             return lock.removeStaleLockFile() && lock.tryLock(0);

@@ -15,8 +15,9 @@ QString rld2xxxprogram::find(const QString &workingDir, const QString &toolDir)
     return {};
 }
 
-QStringList rld2xxxprogram::arguments(const PlannedConversion &conversion, const QString &memoryKey)
+QStringList rld2xxxprogram::arguments(const PlannedConversion &conversion,
+                                      const QString &growingFile, const QString &memoryKey)
 {
     return {conversionbatch::keyOf(conversion.format), conversion.inputFile.trimmed(),
-            conversion.outputFile.trimmed(), QStringLiteral("ABS"), memoryKey};
+            growingFile.trimmed(), QStringLiteral("ABS"), memoryKey};
 }

@@ -12,7 +12,9 @@ namespace rld2xxxprogram {
 // is in neither.
 [[nodiscard]] QString find(const QString &workingDir, const QString &toolDir);
 
-// Format, input, output, "ABS" for absolute times, key of the shared memory.
-[[nodiscard]] QStringList arguments(const PlannedConversion &conversion, const QString &memoryKey);
+// Format, input, output, "ABS" for absolute times, key of the shared memory. The output is the file
+// to be written, which gets the conversion's name when it is whole.
+[[nodiscard]] QStringList arguments(const PlannedConversion &conversion, const QString &growingFile,
+                                    const QString &memoryKey);
 
 } // namespace rld2xxxprogram

@@ -1,5 +1,6 @@
 #include "link/downloadlist.h"
 
+#include "MDF4Conversion/growingfile.h"
 #include "link/korvissystemtoolsclass.h"
 
 #include <QDir>
@@ -41,7 +42,7 @@ QString DownloadList::start()
 {
     if (isRunning())
         return {};
-    const QString shortage = shortageOf(bytesOf(FileState::Waiting));
+    const QString shortage = shortageFor(bytesOf(FileState::Waiting));
     if (shortage.isEmpty())
         start_next_download();
     return shortage;
@@ -49,7 +50,7 @@ QString DownloadList::start()
 
 QString DownloadList::retry()
 {
-    const QString shortage = shortageOf(bytesLeft() + bytesOf(FileState::Failed));
+    const QString shortage = shortageFor(bytesLeft() + bytesOf(FileState::Failed));
     if (!shortage.isEmpty())
         return shortage;
     for (File &file : m_files) {
@@ -61,10 +62,13 @@ QString DownloadList::retry()
 
 void DownloadList::cancel()
 {
+    const QString reason = QStringLiteral("cancelled");
     const int current = std::exchange(m_current, -1);
-    if (current >= 0)
+    if (current >= 0) {
         m_files[current].state = FileState::Failed;
-    m_client.abort_and_set_error(QStringLiteral("cancelled"));
+        m_files[current].error = reason;
+    }
+    m_client.abort_and_set_error(reason);
     ++m_transfer; // the end of that transfer doesn't count any more
 }
 
@@ -122,9 +126,11 @@ QString DownloadList::localPathFor(const QString &remoteName) const
     return unique.isEmpty() ? QString() : QDir(m_folder).filePath(unique);
 }
 
-// Where the drive doesn't tell, the transfer finds out.
-QString DownloadList::shortageOf(qint64 needed) const
+// Half files of killed programs give their room back first. Where the drive doesn't tell, the
+// transfer finds out.
+QString DownloadList::shortageFor(qint64 needed) const
 {
+    growingfile::clearLeftovers(QDir(m_folder));
     const std::optional<quint64> available = m_freeSpace();
     if (!available || *available >= quint64(needed))
         return {};

@@ -34,8 +34,8 @@ public:
     void setFreeSpaceSource(FreeSpaceSource source) { m_freeSpace = std::move(source); }
     [[nodiscard]] TcpFileClient &client() { return m_client; }
 
-    // Begins with what waits. If there is no room for it nothing happens, and the text tells the
-    // user what is needed and what there is.
+    // Clears what killed downloads have left in the folder and begins with what waits. If there is no
+    // room for it nothing is fetched, and the text tells the user what is needed and what there is.
     [[nodiscard]] QString start();
     // What failed waits again, and is fetched once the others are through.
     [[nodiscard]] QString retry();
@@ -70,7 +70,7 @@ private:
     void fileEndsSoon(bool isSuccess, const QString &text);
     void fileEnded(bool isSuccess, const QString &text);
     [[nodiscard]] QString localPathFor(const QString &remoteName) const;
-    [[nodiscard]] QString shortageOf(qint64 needed) const;
+    [[nodiscard]] QString shortageFor(qint64 needed) const;
     [[nodiscard]] qint64 bytesOf(FileState state) const;
 
     const QHostAddress m_address;

@@ -1,5 +1,7 @@
 #include "link/korvissystemtoolsclass.h"
 
+#include "MDF4Conversion/growingfile.h"
+
 #include <QDir>
 #include <QSet>
 
@@ -89,12 +91,7 @@ QString KorvisSystemToolsClass::localNameOf(const QString &remoteName)
     name = shortened(name);
     if (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' ')))
         name.back() = QLatin1Char('_'); // Windows would drop it
-    // Growing files and their locks are called so: a file of that name would be taken for one.
-    for (const char *ours : {".part", ".part.lock"}) {
-        if (name.endsWith(QLatin1String(ours), Qt::CaseInsensitive)) {
-            name += QLatin1Char('_');
-            break;
-        }
-    }
+    if (growingfile::isReserved(name))
+        name += QLatin1Char('_');
     return isDeviceName(name) ? QLatin1Char('_') + name : name;
 }

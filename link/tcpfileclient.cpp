@@ -1,8 +1,8 @@
 #include "link/tcpfileclient.h"
 
 #include "MDF4Conversion/exclusivemove.h"
+#include "MDF4Conversion/growingfile.h"
 #include "MDF4Conversion/nativepath.h"
-#include "MDF4Conversion/programlock.h"
 #include "link/korvissystemtoolsclass.h"
 
 #include <QDebug>
@@ -29,13 +29,6 @@ bool isRequestable(const QString &name)
            && QString::fromLatin1(name.toLatin1()) == name;
 }
 
-// Whether another program, or another transfer of this one, holds the lock. A folder that takes no
-// lock is no reason to give up; it takes no file either, and that is told with its cause.
-bool isTaken(QLockFile &lock)
-{
-    return !takeProgramLock(lock) && lock.error() == QLockFile::LockFailedError;
-}
-
 } // namespace
 
 TcpFileClient::TcpFileClient(QObject *parent)
@@ -56,11 +49,6 @@ TcpFileClient::~TcpFileClient()
 {
     disconnect(m_socket, nullptr, this, nullptr);
     closeTarget();
-}
-
-QString TcpFileClient::partName(const QString &localName)
-{
-    return localName + QStringLiteral(".part");
 }
 
 void TcpFileClient::start(const QHostAddress &address, quint16 port, const QString &remoteName,
@@ -136,14 +124,17 @@ void TcpFileClient::readOnce()
 bool TcpFileClient::openTarget()
 {
     qDebug() << "open file..";
-    const QString part = partName(m_localName);
-    m_lock = std::make_unique<QLockFile>(part + QStringLiteral(".lock"));
-    if (isTaken(*m_lock)) {
-        m_lock.reset();
+    // A folder that takes no lock is no reason to give up; it takes no file either, and that is
+    // told with its cause.
+    if (growingfile::take(m_lock, m_localName) == QLockFile::LockFailedError) {
         qDebug() << "open file err..";
-        abort_and_set_error(fileError(tr("Another download is writing this file.")));
+        const QString otherComputer = growingfile::otherComputerText(m_localName);
+        abort_and_set_error(fileError(otherComputer.isEmpty()
+                                          ? tr("Another download is writing this file.")
+                                          : otherComputer));
         return false;
     }
+    const QString part = growingfile::partOf(m_localName);
     // What a killed program left, or a link that somebody put there, isn't written to.
     QFile::remove(part);
     m_target.setFileName(part);
@@ -243,9 +234,10 @@ void TcpFileClient::end(bool isSuccess, const QString &text)
 // A growing file that wasn't renamed goes.
 void TcpFileClient::closeTarget()
 {
-    if (!m_lock)
+    if (m_target.fileName().isEmpty())
         return;
     m_target.close();
     QFile::remove(m_target.fileName());
+    m_target.setFileName({});
     m_lock.reset();
 }

@@ -42,9 +42,6 @@ public:
     // Where the file is. Another one than was asked for if that was taken meanwhile.
     [[nodiscard]] QString localName() const { return m_localName; }
 
-    // What is added to the local name until the file is whole.
-    [[nodiscard]] static QString partName(const QString &localName);
-
 signals:
     void signal_status_text(QString txt);
     void signal_downloading_started();

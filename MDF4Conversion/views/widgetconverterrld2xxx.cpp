@@ -4,8 +4,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 namespace {
 
@@ -15,23 +13,13 @@ const QString red = QStringLiteral("red");
 
 } // namespace
 
-WidgetConverterRld2XXX::FileStamp WidgetConverterRld2XXX::FileStamp::of(const QString &path)
-{
-    const QFileInfo file(path);
-    return {file.exists(), file.size(), file.lastModified()};
-}
-
-bool WidgetConverterRld2XXX::FileStamp::operator==(const FileStamp &other) const
-{
-    return exists == other.exists && size == other.size && modified == other.modified;
-}
-
 WidgetConverterRld2XXX::WidgetConverterRld2XXX(const PlannedConversion &conversion, QWidget *parent)
     : WidgetConverterBase(conversion,
                           {QStringLiteral("File Statistics"), QStringLiteral("Field"),
                            QStringLiteral("What the converter has read, converted and written")},
                           parent)
     , m_process(this)
+    , m_output(conversion.outputFile)
 {
     connectProcess();
 }
@@ -39,11 +27,13 @@ WidgetConverterRld2XXX::WidgetConverterRld2XXX(const PlannedConversion &conversi
 WidgetConverterRld2XXX::~WidgetConverterRld2XXX()
 {
     m_process.disconnect(this);
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    if (isFinished() && m_process.waitForFinished(endWait_ms))
-        return;
-    stop(isFinished() ? state() : conversionstate::cancelled);
+    if (m_isRunning && hasToldItsEnd()) {
+        m_process.waitForFinished(endWait_ms);
+        killProcess();
+        (void)publishOutput();
+    } else if (m_isRunning) {
+        stop(conversionstate::cancelled);
+    }
 }
 
 void WidgetConverterRld2XXX::connectProcess()
@@ -65,39 +55,37 @@ void WidgetConverterRld2XXX::start()
 {
     startClock();
     m_watch = Rld2xxxWatch();
+    m_closing.invalidate();
     appendColoredLine(
         QStringLiteral("Selected Format: ") + conversionbatch::keyOf(conversion().format), black);
     const QString program =
         rld2xxxprogram::find(QDir::currentPath(), QCoreApplication::applicationDirPath());
-    if (program.isEmpty()) {
-        appendColoredLine(QStringLiteral("rld2xxx::Error - The converter module is missing, can't "
-                                         "start a conversion!"),
-                          red);
-        return;
-    }
+    if (program.isEmpty())
+        return appendStartError(QStringLiteral("The converter module is missing"));
+    if (!m_output.prepare())
+        return appendStartError(m_output.failure().toHtmlEscaped());
     if (!m_memory.create(conversion().inputFile)) {
-        appendColoredLine(QStringLiteral("rld2xxx::Error - Shared Memory allocation failed, can't "
-                                         "start a conversion!"),
-                          red);
-        return;
+        m_output.discard();
+        return appendStartError(QStringLiteral("Shared Memory allocation failed"));
     }
-    m_memory.clear();
-    m_outputBefore = FileStamp::of(conversion().outputFile);
+    m_isRunning = true;
     m_process.setProgram(program);
-    m_process.setArguments(rld2xxxprogram::arguments(conversion(), m_memory.key()));
+    m_process.setArguments(
+        rld2xxxprogram::arguments(conversion(), m_output.growingFile(), m_memory.key()));
     m_process.start(QIODevice::ReadWrite);
 }
 
-void WidgetConverterRld2XXX::cancel()
+void WidgetConverterRld2XXX::appendStartError(const QString &cause)
 {
-    if (!isFinished())
-        stop(conversionstate::cancelled);
+    appendColoredLine(QStringLiteral("rld2xxx::Error - %1, can't start a conversion!").arg(cause),
+                      red);
 }
 
-bool WidgetConverterRld2XXX::isFinished() const
+// What has been converted whole stays, though its process is still about to end.
+void WidgetConverterRld2XXX::cancel()
 {
-    const auto record = m_memory.read();
-    return !record || record->isFinished();
+    if (m_isRunning && !hasToldItsEnd())
+        stop(conversionstate::cancelled);
 }
 
 quint8 WidgetConverterRld2XXX::state() const
@@ -110,13 +98,63 @@ void WidgetConverterRld2XXX::poll()
 {
     evaluateRecord();
     showOutput();
-    if (isFinished())
-        evaluateRecord(); // it may have ended meanwhile: its last figures count
-    if (!m_watch.isSilentTooLong(m_process.state() != QProcess::NotRunning, isFinished()))
+    if (!m_isRunning)
         return;
-    appendColoredLine(
-        QStringLiteral("The conversion process did not respond! Conversion was interrupted."), red);
+    const bool isToldOver = hasToldItsEnd();
+    if (isToldOver && hasClosedItsFiles())
+        return conclude();
+    if (m_memory.lockedOut_ms() >= m_lockLimit_ms) {
+        giveUp(QStringLiteral("The conversion process has kept the shared memory locked for %1 "
+                              "seconds!")
+                   .arg(m_lockLimit_ms / 1000.0));
+    } else if (m_watch.isSilentTooLong(m_process.state() != QProcess::NotRunning, isToldOver)) {
+        giveUp(QStringLiteral("The conversion process did not respond!"));
+    }
+}
+
+void WidgetConverterRld2XXX::giveUp(const QString &cause)
+{
+    appendColoredLine(cause + QStringLiteral(" Conversion was interrupted."), red);
     stop(conversionstate::finishedWithErrors);
+}
+
+bool WidgetConverterRld2XXX::hasToldItsEnd() const
+{
+    const auto record = m_memory.read();
+    return record && record->isFinished();
+}
+
+// It has when it has ended, which may take it a moment.
+bool WidgetConverterRld2XXX::hasClosedItsFiles()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return true;
+    if (!m_closing.isValid())
+        m_closing.start();
+    return m_closing.hasExpired(endWait_ms);
+}
+
+void WidgetConverterRld2XXX::conclude()
+{
+    killProcess();
+    evaluateRecord(); // its last figures count
+    showOutput();
+    if (!m_isRunning)
+        return; // another version
+    if (!publishOutput()) {
+        appendColoredLine(m_output.failure().toHtmlEscaped(), red);
+        m_memory.finish(conversionstate::finishedWithErrors);
+    }
+    m_output.discard();
+    m_isRunning = false;
+}
+
+// Only what the process has converted to the end becomes a file, be it with errors.
+bool WidgetConverterRld2XXX::publishOutput()
+{
+    if (state() != conversionstate::finished && state() != conversionstate::finishedWithErrors)
+        return true;
+    return m_output.publish();
 }
 
 void WidgetConverterRld2XXX::evaluateRecord()
@@ -167,23 +205,20 @@ void WidgetConverterRld2XXX::showOutput()
     });
 }
 
-// The process is killed first: only then nobody writes another state.
-void WidgetConverterRld2XXX::stop(quint8 state)
+void WidgetConverterRld2XXX::killProcess()
 {
     m_process.kill();
     if (m_process.waitForFinished(endWait_ms) || m_process.state() == QProcess::NotRunning)
         m_memory.setUnshared();
-    m_memory.finish(state);
-    removeUnfinishedOutput();
 }
 
-// The process writes under the final name, where nothing half may stay. What it hasn't touched is a
-// file from before.
-void WidgetConverterRld2XXX::removeUnfinishedOutput()
+// The process is killed first: only then nobody writes another state.
+void WidgetConverterRld2XXX::stop(quint8 state)
 {
-    const QString output = conversion().outputFile.trimmed();
-    if (!(FileStamp::of(output) == m_outputBefore))
-        QFile::remove(output);
+    killProcess();
+    m_memory.finish(state);
+    m_output.discard();
+    m_isRunning = false;
 }
 
 QString WidgetConverterRld2XXX::rowStatus(const QString &) const

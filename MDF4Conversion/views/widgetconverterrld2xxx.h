@@ -2,10 +2,11 @@
 
 #include "MDF4Conversion/outputlines.h"
 #include "MDF4Conversion/rld2xxxmemory.h"
+#include "MDF4Conversion/rld2xxxoutput.h"
 #include "MDF4Conversion/rld2xxxwatch.h"
 #include "MDF4Conversion/views/widgetconverterbase.h"
 
-#include <QDateTime>
+#include <QElapsedTimer>
 #include <QProcess>
 
 // Converts to BLF, ASC or zipped ASC with the separate program rld2xxx, which it watches through
@@ -15,13 +16,19 @@ class WidgetConverterRld2XXX : public WidgetConverterBase
     Q_OBJECT
 
 public:
+    static constexpr int defaultLockLimit_ms = 10'000;
+
     explicit WidgetConverterRld2XXX(const PlannedConversion &conversion, QWidget *parent = nullptr);
-    // A process that runs is ended; one that has finished its conversion may close its files first.
+    // A process that runs is ended; one that has told its end may close its files first.
     ~WidgetConverterRld2XXX() override;
+
+    // How long the process may keep the lock of the shared memory before the conversion is given up.
+    void setLockLimit(int milliseconds) { m_lockLimit_ms = milliseconds; }
 
     void start() override;
     void cancel() override;
-    [[nodiscard]] bool isFinished() const override;
+    // The process has told its end and the output is in its place, or the conversion was stopped.
+    [[nodiscard]] bool isFinished() const override { return !m_isRunning; }
     void poll() override;
     void disconnectWarnings() override {}
     void disconnectStatus() override {}
@@ -38,29 +45,28 @@ private:
         OutputLines splitter;
         QStringList lines; // not shown yet
     };
-    // Of the output, to tell whether the process has touched it.
-    struct FileStamp
-    {
-        bool exists = false;
-        qint64 size = 0;
-        QDateTime modified;
-
-        static FileStamp of(const QString &path);
-        [[nodiscard]] bool operator==(const FileStamp &other) const;
-    };
 
     void connectProcess();
     void collect(Stream &stream, const QByteArray &bytes);
     void collectRest();
     void showOutput();
+    void appendStartError(const QString &cause);
     void evaluateRecord();
+    [[nodiscard]] bool hasToldItsEnd() const;
+    [[nodiscard]] bool hasClosedItsFiles();
+    void conclude();
+    [[nodiscard]] bool publishOutput();
+    void giveUp(const QString &cause);
+    void killProcess();
     void stop(quint8 state);
-    void removeUnfinishedOutput();
 
     QProcess m_process;
-    mutable Rld2xxxMemory m_memory; // reading takes its lock
+    mutable Rld2xxxMemory m_memory; // reading asks its thread
     Rld2xxxWatch m_watch;
     Stream m_out{QStringLiteral("black"), {}, {}};
     Stream m_err{QStringLiteral("red"), {}, {}};
-    FileStamp m_outputBefore;
+    Rld2xxxOutput m_output;
+    QElapsedTimer m_closing; // since the process told its end
+    int m_lockLimit_ms = defaultLockLimit_ms;
+    bool m_isRunning = false;
 };

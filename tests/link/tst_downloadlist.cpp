@@ -1,14 +1,9 @@
-#include "link/downloadlist.h"
-#include "link/protocol/messagetypes.h"
-#include "tests/support/filecontents.h"
-#include "tests/support/simulatedlogger.h"
+#include "tests/link/downloadbench.h"
 
-#include <QDir>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using State = DownloadList::FileState;
+using downloadbench::Bench;
 
 class tst_DownloadList : public QObject
 {
@@ -30,6 +25,9 @@ private slots:
     void exactlyTheSpaceNeededIsEnough();
     void unknownSpaceDoesNotKeepFromStarting();
     void aRetryNeedsSpaceForWhatIsLeft();
+    void whatKilledDownloadsLeftGivesItsRoomBack();
+    void aRetryClearsTheFolderFirst();
+    void aFileThatAnotherDownloadFetchesIsNotCleared();
     void cancelLeavesWhatHasArrived();
     void cancelInAFilesEndStartsNoOther();
     void percentIsOfAllBytes();
@@ -37,71 +35,6 @@ private slots:
     void hugeSizesDoNotOverflow();
     void manyBadNamesDoNotExhaustTheStack();
 };
-
-namespace {
-
-// A logger with the files a, b and c, and a folder to fetch them into.
-struct Bench
-{
-    Bench()
-    {
-        for (int i = 0; i < names.size(); ++i) {
-            contents += pattern(300'000 + i, i);
-            sizes += contents.at(i).size();
-            writeFile(storage.filePath(names.at(i)), contents.at(i));
-        }
-        logger.inspect(
-            [this](simulator::LoggerSimulator &s) { s.state().logFolder = storage.path(); });
-    }
-
-    DownloadList &list()
-    {
-        if (!m_list) {
-            m_list = std::make_unique<DownloadList>(logger.address(), protocol::filePort, names,
-                                                    sizes, target.path());
-            m_list->client().setSilenceLimit(200);
-            ended = std::make_unique<QSignalSpy>(m_list.get(), &DownloadList::ended);
-        }
-        return *m_list;
-    }
-    bool waitForEnd()
-    {
-        const bool hasEnded = !ended->isEmpty() || ended->wait();
-        ended->clear();
-        return hasEnded;
-    }
-    bool run() { return list().start().isEmpty() && waitForEnd(); }
-    QVector<State> states()
-    {
-        QVector<State> all;
-        for (const DownloadList::File &file : list().files())
-            all += file.state;
-        return all;
-    }
-    QStringList entries() const
-    {
-        return QDir(target.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-    }
-    void removeFromLogger(int index) { QFile::remove(storage.filePath(names.at(index))); }
-    void putOnLogger(int index)
-    {
-        writeFile(storage.filePath(names.at(index)), contents.at(index));
-    }
-
-    QStringList names{QStringLiteral("a.rld"), QStringLiteral("b.rld"), QStringLiteral("c.rld")};
-    QList<QByteArray> contents;
-    QList<qint64> sizes;
-    QTemporaryDir storage;
-    QTemporaryDir target;
-    SimulatedLogger logger;
-    std::unique_ptr<QSignalSpy> ended;
-
-private:
-    std::unique_ptr<DownloadList> m_list;
-};
-
-} // namespace
 
 void tst_DownloadList::allFilesArriveInTheirOrder()
 {
@@ -276,6 +209,47 @@ void tst_DownloadList::aRetryNeedsSpaceForWhatIsLeft()
     bench.list().setFreeSpaceSource([needed] { return needed - 1; });
     QVERIFY(!bench.list().retry().isEmpty());
     QCOMPARE(bench.states().at(1), State::Failed);
+}
+
+void tst_DownloadList::whatKilledDownloadsLeftGivesItsRoomBack()
+{
+    Bench bench;
+    bench.leaveHalfFile("killed.rld");
+    writeFile(bench.target.filePath(QStringLiteral("notes.part")), "no lock beside it");
+    QStringList seen;
+    bench.list().setFreeSpaceSource([&] {
+        seen = bench.entries();
+        return std::nullopt;
+    });
+    QVERIFY(bench.run());
+    QCOMPARE(seen, QStringList{QStringLiteral("notes.part")});
+}
+
+void tst_DownloadList::aRetryClearsTheFolderFirst()
+{
+    Bench bench;
+    bench.removeFromLogger(1);
+    QVERIFY(bench.run());
+    bench.leaveHalfFile("killed.rld");
+    QStringList seen;
+    bench.list().setFreeSpaceSource([&] {
+        seen = bench.entries();
+        return quint64(0);
+    });
+    QVERIFY(!bench.list().retry().isEmpty());
+    QCOMPARE(seen, (QStringList{QStringLiteral("a.rld"), QStringLiteral("c.rld")}));
+}
+
+void tst_DownloadList::aFileThatAnotherDownloadFetchesIsNotCleared()
+{
+    Bench bench;
+    bench.logger.setFault(QStringLiteral("stalled-file=1000"));
+    bench.list().client().setSilenceLimit(60'000);
+    QVERIFY(bench.list().start().isEmpty());
+    QTRY_COMPARE(bench.list().client().received(), 1000);
+    DownloadList other(bench.logger.address(), protocol::filePort, {}, {}, bench.target.path());
+    QVERIFY(other.start().isEmpty());
+    QVERIFY(QFile::exists(bench.target.filePath(QStringLiteral("a.rld.part"))));
 }
 
 void tst_DownloadList::cancelLeavesWhatHasArrived()

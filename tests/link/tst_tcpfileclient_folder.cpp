@@ -1,11 +1,8 @@
 #include "tests/link/filetransfer.h"
+#include "tests/support/filesizelimit.h"
+#include "tests/support/lockfiles.h"
 
 #include <QTest>
-
-#ifndef Q_OS_WIN
-#include <csignal>
-#include <sys/resource.h>
-#endif
 
 using namespace filetransfer;
 
@@ -25,6 +22,7 @@ private slots:
     void whatAKilledProgramLeftIsReplaced();
     void aFileThatAnotherTransferWritesIsLeftAlone();
     void aLockWithoutOwnerDoesNotBlock();
+    void aFileThatAnotherComputerWritesIsToldWithItsName();
 };
 
 void tst_TcpFileClient_Folder::aFileIsCalledPartUntilItIsWhole()
@@ -72,32 +70,22 @@ void tst_TcpFileClient_Folder::aFolderThatVanishesIsTold()
     QVERIFY2(transfer.text.startsWith(QStringLiteral("File-Error.(")), qPrintable(transfer.text));
 }
 
-#ifdef Q_OS_WIN
 void tst_TcpFileClient_Folder::aFullDiskIsTold()
 {
-    QSKIP("A limit on the size of files stands for the full disk, and Windows has none.");
-}
-#else
-void tst_TcpFileClient_Folder::aFullDiskIsTold()
-{
-    constexpr rlim_t room = 100'000;
-    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit previous{};
-    QCOMPARE(getrlimit(RLIMIT_FSIZE, &previous), 0);
-    const rlimit limited{room, previous.rlim_max};
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &limited), 0);
-
-    FilePeer peer(FilePeer::sending(pattern(int(room) + 1)));
+    if (!FileSizeLimit::isPossible)
+        QSKIP("This system has no limit that stands for a full disk.");
+    constexpr int room = 100'000;
+    FilePeer peer(FilePeer::sending(pattern(room + 1)));
     Transfer transfer;
-    const bool isSuccess = transfer.fetch(peer, qint64(room) + 1);
-
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &previous), 0);
-    std::signal(SIGXFSZ, previousHandler);
+    bool isSuccess = false;
+    {
+        const FileSizeLimit limit(room);
+        isSuccess = transfer.fetch(peer, room + 1);
+    }
     QVERIFY(!isSuccess);
     QVERIFY2(transfer.text.startsWith(QStringLiteral("File-Error.(")), qPrintable(transfer.text));
     QCOMPARE(transfer.entries(), QStringList());
 }
-#endif
 
 void tst_TcpFileClient_Folder::anAbortLeavesNothing()
 {
@@ -182,6 +170,20 @@ void tst_TcpFileClient_Folder::aLockWithoutOwnerDoesNotBlock()
     writeFile(transfer.path("a.rld.part.lock"), {});
     QVERIFY2(transfer.fetch(peer, 10), qPrintable(transfer.text));
     QCOMPARE(transfer.entries(), QStringList{QStringLiteral("a.rld")});
+}
+
+void tst_TcpFileClient_Folder::aFileThatAnotherComputerWritesIsToldWithItsName()
+{
+    FilePeer peer(FilePeer::sending("0123456789"));
+    Transfer transfer;
+    writeFile(transfer.path("a.rld.part"), "half");
+    writeFile(transfer.path("a.rld.part.lock"), lockOfAnotherComputer());
+    QVERIFY(!transfer.fetch(peer, 10));
+    QCOMPARE(transfer.text,
+             QStringLiteral("File-Error.(The computer bench-pc is writing this file. If nothing "
+                            "runs there any more, delete %1.)")
+                 .arg(QDir::toNativeSeparators(transfer.path("a.rld.part.lock"))));
+    QCOMPARE(contentOf(transfer.path("a.rld.part")), QByteArray("half"));
 }
 
 QTEST_GUILESS_MAIN(tst_TcpFileClient_Folder)

@@ -16,10 +16,11 @@ public:
     // Called once for each connection, when its first line is there.
     using Answer = std::function<void(QTcpSocket &, const QByteArray &request)>;
 
-    explicit FilePeer(Answer answer)
+    explicit FilePeer(Answer answer, const QHostAddress &address = QHostAddress::LocalHost,
+                      quint16 port = 0)
         : m_answer(std::move(answer))
     {
-        if (!m_server.listen(QHostAddress::LocalHost))
+        if (!m_server.listen(address, port))
             qFatal("not listening");
         QObject::connect(&m_server, &QTcpServer::newConnection, [this] {
             QTcpSocket *socket = m_server.nextPendingConnection();
@@ -40,7 +41,7 @@ public:
         };
     }
 
-    [[nodiscard]] QHostAddress address() const { return QHostAddress::LocalHost; }
+    [[nodiscard]] QHostAddress address() const { return m_server.serverAddress(); }
     [[nodiscard]] quint16 port() const { return m_server.serverPort(); }
 
     QVector<QByteArray> requests;

@@ -27,6 +27,7 @@ constexpr uchar withErrors = 4;
 
 constexpr int longestLife_ms = 60000; // a test that failed must not leave it behind for ever
 constexpr int pollInterval_ms = 2;
+constexpr int slowLines = 100;
 constexpr int floodLines = 200000;
 constexpr int floodBytes = 2000000;
 
@@ -52,6 +53,7 @@ public:
         m_memory.unlock();
         return isSet;
     }
+    void takeLock() { m_memory.lock(); }
     void finish(uchar state)
     {
         write<uchar>(stateAt, state);
@@ -68,6 +70,16 @@ void waitForEnd(Record *record)
     life.start();
     while (life.elapsed() < longestLife_ms && !(record && record->isToEnd()))
         QThread::msleep(pollInterval_ms);
+}
+
+// Takes its time, and is whole with the last line.
+void writeSlowly(QFile &output)
+{
+    for (int line = 1; line <= slowLines; ++line) {
+        output.write(QByteArray::number(line) + '\n');
+        output.flush();
+        QThread::msleep(1);
+    }
 }
 
 void print(std::FILE *stream, const QByteArray &bytes)
@@ -104,6 +116,12 @@ int main(int argc, char *argv[])
         std::abort();
     if (mode == "deaf")
         waitForEnd(nullptr);
+    if (mode == "holds-lock") {
+        record.takeLock();
+        output.write(" and held");
+        output.flush();
+        waitForEnd(nullptr);
+    }
     if (mode == "size-0")
         record.write<quint64>(bytesReadAt, 50);
     else
@@ -126,13 +144,20 @@ int main(int argc, char *argv[])
 
     output.resize(0);
     output.seek(0);
-    output.write(arguments.mid(0, 4).join(QLatin1Char('\n')).toUtf8());
+    if (mode == "slow")
+        writeSlowly(output);
+    else
+        output.write(arguments.mid(0, 4).join(QLatin1Char('\n')).toUtf8());
     output.close();
+    if (mode == "no-output")
+        output.remove();
     record.write<quint64>(bytesReadAt, quint64(size));
     record.write<quint64>(convertedAt, 1200);
     record.write<quint64>(writtenAt, 1100);
     record.finish(mode == "errors" ? withErrors : withoutErrors);
     if (mode == "last-words")
         print(stdout, "closing");
+    if (mode == "lingering")
+        waitForEnd(nullptr);
     return 0;
 }

@@ -1,6 +1,8 @@
 #include "link/protocol/messagetypes.h"
 #include "link/views/dialogtcpfiletransferclientdialog.h"
 #include "tests/app/scriptedprompt.h"
+#include "tests/support/filecontents.h"
+#include "tests/support/loopbackaddress.h"
 #include "tests/support/simulatedlogger.h"
 
 #include <QAccessible>
@@ -35,6 +37,10 @@ private slots:
     void givingUpAFailedFileConvertsTheOthers();
     void cancelRejectsAndLeavesNoHalfFile();
     void cancelDoesNotConvert();
+    void cancelWhileNothingAnswersClosesAtOnce();
+    void cancelDuringARetryConvertsNothing();
+    void anUnreachableLoggerIsToldForEachFile();
+    void aFileInPlaceOfTheFolderForRawLogsIsTold();
     void aFolderThatCanNotBeMadeIsTold();
     void aShortageOfSpaceIsTold();
     void aShortageInARetryKeepsTheFailures();
@@ -61,7 +67,7 @@ struct Bench
     Dialog &dialog()
     {
         if (!m_dialog) {
-            m_dialog = std::make_unique<Dialog>(logger.address(), protocol::filePort, names, sizes,
+            m_dialog = std::make_unique<Dialog>(address, protocol::filePort, names, sizes,
                                                 eventFolder, formats, prompt);
             m_dialog->list().client().setSilenceLimit(5000);
             converted = std::make_unique<QSignalSpy>(m_dialog.get(), &Dialog::signalConvert);
@@ -114,6 +120,7 @@ struct Bench
     QTemporaryDir folder;
     QString eventFolder = folder.filePath(QStringLiteral("event 1"));
     SimulatedLogger logger;
+    QHostAddress address = logger.address();
     ScriptedPrompt prompt;
     std::unique_ptr<QSignalSpy> converted;
 
@@ -291,6 +298,63 @@ void tst_DialogTcpFileTransferClientDialog::cancelDoesNotConvert()
     QVERIFY(!bench.dialog().isVisible());
     QCOMPARE(bench.converted->count(), 0);
     QVERIFY(QFile::exists(bench.targetPath(0)));
+}
+
+void tst_DialogTcpFileTransferClientDialog::cancelWhileNothingAnswersClosesAtOnce()
+{
+    Bench bench;
+    bench.logger.setFault(QStringLiteral("stalled-file=0"));
+    QSignalSpy rejected(&bench.dialog(), &QDialog::rejected);
+    bench.dialog().start();
+    bench.button("cancel")->click();
+    QCOMPARE(rejected.count(), 1);
+    QVERIFY(!bench.dialog().isVisible());
+    QVERIFY(!bench.dialog().list().isRunning());
+}
+
+void tst_DialogTcpFileTransferClientDialog::cancelDuringARetryConvertsNothing()
+{
+    Bench bench;
+    bench.removeFromLogger(1);
+    bench.run();
+    bench.putOnLogger(1);
+    bench.logger.setFault(QStringLiteral("stalled-file=10"));
+    bench.button("retry")->click();
+    QTRY_COMPARE(bench.dialog().list().client().received(), 10);
+    bench.button("cancel")->click();
+    QVERIFY(!bench.dialog().isVisible());
+    QCOMPARE(bench.converted->count(), 0);
+    QVERIFY(QFile::exists(bench.targetPath(0)));
+    QVERIFY(!QFile::exists(bench.targetPath(1)));
+}
+
+void tst_DialogTcpFileTransferClientDialog::anUnreachableLoggerIsToldForEachFile()
+{
+    Bench bench;
+    bench.address = freeLoopbackAddress();
+    bench.run();
+    QCOMPARE(bench.label("title"), QStringLiteral("Download failed."));
+    QCOMPARE(bench.label("count"), QStringLiteral("0 of 3"));
+    const QStringList lines = bench.failures()->toPlainText().split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        const QString start = bench.names.at(i) + QStringLiteral(": Download failed. ");
+        QVERIFY(lines.at(i).startsWith(start));
+        QVERIFY(lines.at(i).size() > start.size());
+    }
+    QVERIFY(bench.button("retry")->isEnabled());
+}
+
+void tst_DialogTcpFileTransferClientDialog::aFileInPlaceOfTheFolderForRawLogsIsTold()
+{
+    Bench bench;
+    QVERIFY(QDir().mkpath(bench.eventFolder));
+    writeFile(bench.eventFolder + QStringLiteral("/raw_log_data"), "a file");
+    bench.dialog().start();
+    QCOMPARE(bench.prompt.shown.size(), 1);
+    QVERIFY(
+        bench.prompt.shown.at(0).startsWith(QStringLiteral("Error|Failed to create directory, ")));
+    QVERIFY(!bench.dialog().isVisible());
 }
 
 void tst_DialogTcpFileTransferClientDialog::aFolderThatCanNotBeMadeIsTold()

@@ -1,6 +1,7 @@
 #include "MDF4Conversion/conversionfiles.h"
 #include "MDF4Conversion/conversionjob.h"
 #include "MDF4Conversion/outputnames.h"
+#include "tests/support/lockfiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -77,6 +78,7 @@ private slots:
     void anExistingTemporaryFolderIsUsedAndStays();
 
     void twoConversionsIntoOneOutputAreRefused();
+    void anOutputThatAnotherComputerWritesIsRefusedWithItsName();
     void twoConversionsIntoOneFolderGetAlong();
     void leftoversOfADeadProcessAreCleared();
     void theEmptyFolderOfADeadProcessIsCleared();
@@ -201,6 +203,15 @@ void tst_ConversionFiles::twoConversionsIntoOneOutputAreRefused()
     }
     QCOMPARE(contentOf(first.growingFile()), QByteArray("half"));
     QVERIFY(first.publish());
+}
+
+void tst_ConversionFiles::anOutputThatAnotherComputerWritesIsRefusedWithItsName()
+{
+    make(path("a.mf4.part.lock"), lockOfAnotherComputer());
+    ConversionFiles files(given("a.mf4", "tmp_1"));
+    QVERIFY(!files.prepare());
+    QVERIFY(files.failure().contains(text("The computer bench-pc is writing this file.")));
+    QVERIFY(files.failure().contains(QDir::toNativeSeparators(path("a.mf4.part.lock"))));
 }
 
 void tst_ConversionFiles::twoConversionsIntoOneFolderGetAlong()

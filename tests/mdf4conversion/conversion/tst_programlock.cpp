@@ -1,6 +1,7 @@
 #include "MDF4Conversion/programlock.h"
+#include "tests/support/filecontents.h"
+#include "tests/support/lockfiles.h"
 
-#include <QFile>
 #include <QLockFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -14,6 +15,7 @@ private slots:
     void aHeldLockIsRefused();
     void aLockWithoutOwnerGivesWay();
     void theLockOfAnEndedProgramGivesWay();
+    void theLockOfAnotherComputerDoesNotGiveWay();
     void aLockInAMissingFolderTellsItsError();
 };
 
@@ -24,13 +26,6 @@ struct Place
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("a.lock"));
 };
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("%s", qPrintable(path));
-}
 
 } // namespace
 
@@ -58,7 +53,7 @@ void tst_ProgramLock::aLockWithoutOwnerGivesWay()
 {
     const Place place;
     for (const QByteArray &content : {QByteArray(), QByteArray("nonsense"), QByteArray("12")}) {
-        write(place.path, content);
+        writeFile(place.path, content);
         QLockFile lock(place.path);
         QVERIFY2(takeProgramLock(lock), content.constData());
     }
@@ -67,18 +62,21 @@ void tst_ProgramLock::aLockWithoutOwnerGivesWay()
 void tst_ProgramLock::theLockOfAnEndedProgramGivesWay()
 {
     const Place place;
-    {
-        QLockFile holder(place.path);
-        QVERIFY(takeProgramLock(holder));
-        QVERIFY(QFile::copy(place.path, place.path + QStringLiteral(".copy")));
-    }
-    QFile copy(place.path + QStringLiteral(".copy"));
-    QVERIFY(copy.open(QIODevice::ReadOnly));
-    QList<QByteArray> lines = copy.readAll().split('\n');
-    lines[0] = "2147483000"; // beyond what systems number their processes
-    write(place.path, lines.join('\n'));
+    writeFile(place.path, lockOfEndedProgram());
     QLockFile lock(place.path);
     QVERIFY(takeProgramLock(lock));
+}
+
+void tst_ProgramLock::theLockOfAnotherComputerDoesNotGiveWay()
+{
+    const Place place;
+    writeFile(place.path, lockOfAnotherComputer());
+    QLockFile lock(place.path);
+    QVERIFY(!takeProgramLock(lock));
+    const auto holder = holderOf(lock);
+    QVERIFY(holder);
+    QCOMPARE(holder->computer, QStringLiteral("bench-pc"));
+    QVERIFY(holder->isOnAnotherComputer());
 }
 
 void tst_ProgramLock::aLockInAMissingFolderTellsItsError()

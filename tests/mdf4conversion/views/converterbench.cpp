@@ -1,5 +1,6 @@
 #include "tests/mdf4conversion/views/converterbench.h"
 
+#include "MDF4Conversion/growingfile.h"
 #include "MDF4Conversion/outputnames.h"
 #include "tests/support/conversionharness.h"
 #include "tests/support/logconfigurations.h"
@@ -49,6 +50,11 @@ QString ConverterBench::makeLog(const QString &name, int frames, const QByteArra
 QString ConverterBench::output(const char *name) const
 {
     return QDir(outputDir()).filePath(QString::fromUtf8(name));
+}
+
+QString ConverterBench::growing(const char *name) const
+{
+    return QDir(growingfile::partOf(output(name))).filePath(QString::fromUtf8(name));
 }
 
 QString ConverterBench::left() const

@@ -29,6 +29,8 @@ public:
     QString makeLog(const QString &name, int frames = 10, const QByteArray &rubbish = {}) const;
     [[nodiscard]] QString outputDir() const { return m_folder.filePath(QStringLiteral("out")); }
     [[nodiscard]] QString output(const char *name) const;
+    // Where rld2xxx makes an output.
+    [[nodiscard]] QString growing(const char *name) const;
     // All that stands in the output folder.
     [[nodiscard]] QString left() const;
     [[nodiscard]] PlannedConversion plan(const QString &log,

@@ -1,6 +1,8 @@
+#include "MDF4Conversion/growingfile.h"
 #include "MDF4Conversion/rld2xxxprogram.h"
 #include "MDF4Conversion/views/widgetconverterrld2xxx.h"
 #include "tests/mdf4conversion/views/converterbench.h"
+#include "tests/support/lockfiles.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -19,6 +21,13 @@ namespace {
 QString text(const char *latin1)
 {
     return QString::fromLatin1(latin1);
+}
+
+void make(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("A file of the test can't be written.");
 }
 
 const char noAnswer[] = "The conversion process did not respond! Conversion was interrupted.";
@@ -54,8 +63,22 @@ private slots:
 
     void cancellingIsState5AndLeavesNoHalfFile();
     void cancellingKillsAProcessThatDoesNotListen();
-    void aFileFromBeforeStaysWhenTheProcessDidNotTouchIt();
+    void aFileFromBeforeStaysWhenTheConversionIsCancelled();
     void closingWhileRunningEndsTheProcess();
+
+    void aHeldLockKeepsTheWindowNeitherFromPollingNorFromCancelling();
+    void aHeldLockEndsTheConversionAtItsLimit();
+    void closingWhileTheLockIsHeldEndsTheProcess();
+    void memoryThatCanNotBeHadIsTold();
+
+    void theOutputGetsItsNameWhenTheProcessHasEnded();
+    void aProcessThatDoesNotEndBehindItsWorkIsEnded();
+    void cancellingBehindTheEndKeepsTheFile();
+    void closingBehindTheEndKeepsTheFile();
+    void aFileFromBeforeIsReplacedByTheWholeOne();
+    void anOutputThatWasNotMadeIsAnError();
+    void aFolderInPlaceOfTheOutputIsTold();
+    void whatAKilledConversionLeftIsCleared();
 
 private:
     void start(const char *mode, const char *log = "a.rld",
@@ -74,7 +97,19 @@ private:
     // Until the process has begun with its output.
     bool outputBegins()
     {
-        return QTest::qWaitFor([this] { return contentOf(m_bench->output("a.blf")) == "half"; },
+        return QTest::qWaitFor([this] { return contentOf(m_bench->growing("a.blf")) == "half"; },
+                               ConverterBench::timeout_ms);
+    }
+    bool lockIsHeld()
+    {
+        return QTest::qWaitFor(
+            [this] { return contentOf(m_bench->growing("a.blf")) == "half and held"; },
+            ConverterBench::timeout_ms);
+    }
+    // Until the process, which lingers, has told its end in the record.
+    bool tellsItsEnd()
+    {
+        return QTest::qWaitFor([this] { return m_widget->state() == conversionstate::finished; },
                                ConverterBench::timeout_ms);
     }
     QProcess *process() const { return m_widget->findChild<QProcess *>(); }
@@ -117,10 +152,9 @@ void tst_WidgetConverterRld2XXX::theArgumentsComeInTheirOrder()
 {
     start("", "with blank .rld", ConversionGlobal::ASC_ZIP);
     QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
-    const QString output = m_widget->conversion().outputFile;
-    QVERIFY(output.endsWith(text("/with blank .asc.zip")));
-    QCOMPARE(QString::fromUtf8(contentOf(output)),
-             QStringList({text("ASC_ZIP"), m_widget->conversion().inputFile, output, text("ABS")})
+    QCOMPARE(QString::fromUtf8(contentOf(m_bench->output("with blank .asc.zip"))),
+             QStringList({text("ASC_ZIP"), m_widget->conversion().inputFile,
+                          m_bench->growing("with blank .asc.zip"), text("ABS")})
                  .join(QLatin1Char('\n')));
 }
 
@@ -228,7 +262,7 @@ void tst_WidgetConverterRld2XXX::aCrashIsNoAnswerAndLeavesNoHalfFile()
 {
     start("crash");
     QVERIFY(processEnds());
-    QCOMPARE(m_bench->left(), text("a.blf"));
+    QCOMPARE(m_bench->left(), text("a.blf.part a.blf.part.lock"));
     QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
     QCOMPARE(lines().last(), text(noAnswer));
     QCOMPARE(int(m_widget->state()), 4);
@@ -280,15 +314,14 @@ void tst_WidgetConverterRld2XXX::cancellingKillsAProcessThatDoesNotListen()
     QCOMPARE(m_bench->left(), QString());
 }
 
-void tst_WidgetConverterRld2XXX::aFileFromBeforeStaysWhenTheProcessDidNotTouchIt()
+void tst_WidgetConverterRld2XXX::aFileFromBeforeStaysWhenTheConversionIsCancelled()
 {
-    QFile before(m_bench->output("a.blf"));
-    QVERIFY(before.open(QIODevice::WriteOnly) && before.write("of yesterday") > 0);
-    before.close();
-    start("silent");
-    QVERIFY(processEnds());
-    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
-    QCOMPARE(contentOf(before.fileName()), QByteArray("of yesterday"));
+    make(m_bench->output("a.blf"), "of yesterday");
+    start("endless");
+    QVERIFY(outputBegins());
+    m_widget->cancel();
+    QCOMPARE(contentOf(m_bench->output("a.blf")), QByteArray("of yesterday"));
+    QCOMPARE(m_bench->left(), text("a.blf"));
 }
 
 void tst_WidgetConverterRld2XXX::closingWhileRunningEndsTheProcess()
@@ -300,6 +333,147 @@ void tst_WidgetConverterRld2XXX::closingWhileRunningEndsTheProcess()
     m_widget.reset();
     QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
     QCOMPARE(m_bench->left(), QString());
+}
+
+// The stand-in keeps the lock for a minute, for which each of these would wait.
+void tst_WidgetConverterRld2XXX::aHeldLockKeepsTheWindowNeitherFromPollingNorFromCancelling()
+{
+    start("holds-lock");
+    QVERIFY(lockIsHeld());
+    QElapsedTimer clock;
+    clock.start();
+    for (int poll = 0; poll < 20; ++poll)
+        m_widget->poll();
+    QVERIFY(!m_widget->isFinished());
+    m_widget->cancel();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 5);
+    QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aHeldLockEndsTheConversionAtItsLimit()
+{
+    start("holds-lock");
+    m_widget->setLockLimit(500);
+    QVERIFY(lockIsHeld());
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines().last(),
+             text("The conversion process has kept the shared memory locked for 0.5 "
+                  "seconds! Conversion was interrupted."));
+    QCOMPARE(colourOf(text("locked for")), QColor(Qt::red));
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::closingWhileTheLockIsHeldEndsTheProcess()
+{
+    start("holds-lock");
+    QVERIFY(lockIsHeld());
+    QElapsedTimer clock;
+    clock.start();
+    m_widget.reset();
+    QVERIFY(clock.elapsed() < ConverterBench::timeout_ms);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+// The key holds the name of the log, and names of memories have a limit.
+void tst_WidgetConverterRld2XXX::memoryThatCanNotBeHadIsTold()
+{
+    start("", (QByteArray(230, 'n') + ".rld").constData());
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines().last(), text("rld2xxx::Error - Shared Memory allocation failed, can't start a "
+                                  "conversion!"));
+    QCOMPARE(colourOf(text("rld2xxx::Error")), QColor(Qt::red));
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::theOutputGetsItsNameWhenTheProcessHasEnded()
+{
+    start("lingering");
+    QVERIFY(tellsItsEnd());
+    m_widget->poll();
+    QVERIFY(!m_widget->isFinished());
+    QCOMPARE(m_bench->left(), text("a.blf.part a.blf.part.lock"));
+    process()->kill();
+    QVERIFY(processEnds());
+    m_widget->poll();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 3);
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::aProcessThatDoesNotEndBehindItsWorkIsEnded()
+{
+    start("lingering");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 3);
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QVERIFY(contentOf(m_bench->output("a.blf")).startsWith("BLF"));
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::cancellingBehindTheEndKeepsTheFile()
+{
+    start("lingering");
+    QVERIFY(tellsItsEnd());
+    m_widget->cancel();
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 3);
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::closingBehindTheEndKeepsTheFile()
+{
+    start("lingering");
+    QVERIFY(tellsItsEnd());
+    m_widget.reset();
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::aFileFromBeforeIsReplacedByTheWholeOne()
+{
+    make(m_bench->output("a.blf"), "of yesterday");
+    start("");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QVERIFY(contentOf(m_bench->output("a.blf")).startsWith("BLF"));
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::anOutputThatWasNotMadeIsAnError()
+{
+    start("no-output");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 4);
+    QVERIFY(
+        lines().last().startsWith(QDir::toNativeSeparators(m_bench->output("a.blf")) + text(": ")));
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aFolderInPlaceOfTheOutputIsTold()
+{
+    QVERIFY(QDir().mkdir(m_bench->output("a.blf")));
+    start("");
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 4);
+    QCOMPARE(lines().last(),
+             QStringLiteral("rld2xxx::Error - %1: is not a regular file, can't start a conversion!")
+                 .arg(QDir::toNativeSeparators(m_bench->output("a.blf"))));
+    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::whatAKilledConversionLeftIsCleared()
+{
+    QVERIFY(QDir().mkdir(growingfile::partOf(m_bench->output("killed.blf"))));
+    make(m_bench->growing("killed.blf"), "half");
+    make(growingfile::lockOf(m_bench->output("killed.blf")), lockOfEndedProgram());
+    start("");
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(m_bench->left(), text("a.blf"));
 }
 
 QTEST_MAIN(tst_WidgetConverterRld2XXX)

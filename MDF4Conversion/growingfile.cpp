@@ -1,0 +1,172 @@
+#include "MDF4Conversion/growingfile.h"
+
+#include "MDF4Conversion/programlock.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <optional>
+
+namespace growingfile {
+
+namespace {
+
+const QLatin1String partSuffix(".part");
+const QLatin1String lockSuffix(".part.lock");
+const QLatin1String takeoverSuffix(".rmlock"); // of QLockFile
+
+// Of the file, or of the folder and what is in it.
+QDateTime lastChangeOf(const QString &path)
+{
+    const QFileInfo info(path);
+    QDateTime last = info.lastModified();
+    if (info.isDir()) {
+        const QFileInfoList entries =
+            QDir(path).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        for (const QFileInfo &entry : entries)
+            last = std::max(last, entry.lastModified());
+    }
+    return last;
+}
+
+bool isLeftByAnotherComputer(const QLockFile &lock, const QString &name)
+{
+    const auto holder = holderOf(lock);
+    if (!holder || !holder->isOnAnotherComputer())
+        return false;
+    const QDateTime last = std::max(lastChangeOf(lockOf(name)), lastChangeOf(partOf(name)));
+    return last.msecsTo(QDateTime::currentDateTimeUtc()) > silenceOfAnotherComputer_ms;
+}
+
+bool takeLock(QLockFile &lock, const QString &name, int nameIsDue_ms)
+{
+    if (takeProgramLock(lock, nameIsDue_ms))
+        return true;
+    if (lock.error() != QLockFile::LockFailedError || !isLeftByAnotherComputer(lock, name))
+        return false;
+    return lock.removeStaleLockFile() && lock.tryLock(0);
+}
+
+// How long to wait for the name of its holder, none if the file is no lock: other programs, too, may
+// call their files so. An empty one is that of a program which makes it just now, or was ended as it
+// did. All that are young get old at the same time, so many cost no more than one.
+std::optional<int> nameIsDueIn_ms(const QString &lock)
+{
+    if (holderOf(QLockFile(lock)))
+        return 0;
+    const QFileInfo file(lock);
+    const qint64 age_ms = file.lastModified().msecsTo(QDateTime::currentDateTimeUtc());
+    if (file.size() > 0 || age_ms < 0)
+        return std::nullopt;
+    return int(std::max(lockNameIsDue_ms - age_ms, qint64(0)));
+}
+
+// A link goes, not what it leads to. False if something is left.
+bool removePart(const QString &path)
+{
+    const QFileInfo part(path);
+    if (part.isDir() && !part.isSymLink())
+        return QDir(path).removeRecursively();
+    return QFile::remove(path) || !QFileInfo::exists(path);
+}
+
+void clearLeftover(const QString &name, int nameIsDue_ms)
+{
+    auto lock = std::make_unique<QLockFile>(lockOf(name));
+    if (takeLock(*lock, name, nameIsDue_ms) && !removePart(partOf(name)))
+        keepMark(std::move(lock));
+}
+
+// Who takes a lock over, locks that; ended meanwhile, it keeps all others from taking it over. The
+// deepest comes first, as that goes for these locks, too.
+void clearTakeovers(const QDir &folder)
+{
+    const QStringList locks = folder.entryList(
+        {QLatin1Char('*') + lockSuffix + QLatin1Char('*') + takeoverSuffix},
+        QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDir::Name | QDir::Reversed);
+    for (const QString &entry : locks) {
+        const QString path = folder.filePath(entry);
+        QLockFile lock(path);
+        if (const auto wait_ms = nameIsDueIn_ms(path))
+            (void)takeProgramLock(lock, *wait_ms); // and given back
+    }
+}
+
+// A folder that grows holds one file of its own name, apart from a number, or nothing yet. So it is
+// recognised without a lock, which a program that was ended as it took that over has left behind.
+bool looksLikeGrowing(const QString &name, const QString &folder)
+{
+    const QStringList entries =
+        QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    const QLatin1Char dot('.');
+    return entries.isEmpty()
+           || (entries.size() == 1 && (name + dot).startsWith(entries.first() + dot));
+}
+
+} // namespace
+
+QString partOf(const QString &name)
+{
+    return name + partSuffix;
+}
+
+QString lockOf(const QString &name)
+{
+    return name + lockSuffix;
+}
+
+bool isReserved(const QString &name)
+{
+    return name.endsWith(partSuffix, Qt::CaseInsensitive)
+           || name.endsWith(lockSuffix, Qt::CaseInsensitive);
+}
+
+QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name)
+{
+    auto made = std::make_unique<QLockFile>(lockOf(name));
+    if (!takeLock(*made, name, lockNameIsDue_ms))
+        return made->error();
+    lock = std::move(made);
+    return QLockFile::NoError;
+}
+
+QString otherComputerText(const QString &name)
+{
+    constexpr int maxShown = 64;
+    const auto holder = holderOf(QLockFile(lockOf(name)));
+    if (!holder || !holder->isOnAnotherComputer())
+        return {};
+    return QCoreApplication::translate("growingfile",
+                                       "The computer %1 is writing this file. If nothing runs "
+                                       "there any more, delete %2.")
+        .arg(holder->computer.left(maxShown).simplified(), QDir::toNativeSeparators(lockOf(name)));
+}
+
+void keepMark(std::unique_ptr<QLockFile> lock)
+{
+    (void)lock.release(); // destroyed, it would remove its file
+}
+
+void clearLeftovers(const QDir &folder)
+{
+    clearTakeovers(folder);
+    const QStringList locks = folder.entryList({QLatin1Char('*') + lockSuffix},
+                                               QDir::Files | QDir::Hidden | QDir::CaseSensitive);
+    for (const QString &entry : locks) {
+        if (const auto wait_ms = nameIsDueIn_ms(folder.filePath(entry)))
+            clearLeftover(folder.filePath(entry.chopped(lockSuffix.size())), *wait_ms);
+    }
+    const QStringList parts = folder.entryList({QLatin1Char('*') + partSuffix},
+                                               QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);
+    for (const QString &entry : parts) {
+        const QString name = entry.chopped(partSuffix.size());
+        if (looksLikeGrowing(name, folder.filePath(entry)))
+            clearLeftover(folder.filePath(name), 0);
+    }
+}
+
+} // namespace growingfile

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+
+#include <memory>
+
+class QDir;
+
+// What isn't whole yet has another name: "NAME.part", a file or a folder, which "NAME.part.lock" keeps
+// for the program that makes it. Names may have a path.
+namespace growingfile {
+
+[[nodiscard]] QString partOf(const QString &name);
+[[nodiscard]] QString lockOf(const QString &name);
+// Whether the name would be taken for one of the two.
+[[nodiscard]] bool isReserved(const QString &name);
+
+// A lock of another computer gives way when it and what it keeps haven't changed for a day: no
+// transfer and no conversion is silent for so long.
+constexpr qint64 silenceOfAnotherComputer_ms = 24LL * 3600 * 1000;
+
+// Takes the lock of a growing file. The lock is set if there is no error.
+[[nodiscard]] QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name);
+
+// For the user, when the lock can't be taken: the other computer that holds it, and which file to
+// delete if nothing runs there any more. Empty if a program of this computer has it.
+[[nodiscard]] QString otherComputerText(const QString &name);
+
+// For something that can't be removed now, because another program has it open: its lock stays, also
+// when this program has ended, so that a later one recognises it.
+void keepMark(std::unique_ptr<QLockFile> lock);
+
+// Removes what programs that have ended have left in a folder. What is growing stays, and so does
+// what has no lock of this kind beside it, unless it is a folder that holds nothing but what it is
+// called by.
+void clearLeftovers(const QDir &folder);
+
+} // namespace growingfile
