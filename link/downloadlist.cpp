@@ -3,7 +3,9 @@
 #include "link/korvissystemtoolsclass.h"
 
 #include <QDir>
+#include <QHash>
 #include <QLocale>
+#include <QPair>
 
 #include <algorithm>
 #include <limits>
@@ -46,6 +48,32 @@ QString DownloadList::start()
     const QString shortage = shortageOf(bytesOf(FileState::Waiting));
     if (shortage.isEmpty())
         start_next_download();
+    return shortage;
+}
+
+QString DownloadList::add(const QStringList &names, const QList<qint64> &sizes)
+{
+    Q_ASSERT(names.size() == sizes.size());
+    const QVector<File> filesBefore = m_files;
+    const std::deque<int> queueBefore = m_queue;
+    QHash<QPair<QString, qint64>, int> known;
+    for (int i = 0; i < m_files.size(); ++i)
+        known.insert({m_files.at(i).remoteName, m_files.at(i).size}, i);
+    for (int i = 0; i < std::min(names.size(), sizes.size()); ++i) {
+        const int place = known.value({names.at(i), sizes.at(i)}, m_files.size());
+        if (place == m_files.size())
+            m_files.append({names.at(i), sizes.at(i), FileState::Failed, {}, {}});
+        if (m_files.at(place).state != FileState::Failed)
+            continue;
+        known.insert({names.at(i), sizes.at(i)}, place);
+        m_files[place].state = FileState::Waiting;
+        m_queue.push_back(place);
+    }
+    const QString shortage = shortageOf(bytesLeft());
+    if (shortage.isEmpty())
+        return start();
+    m_files = filesBefore;
+    m_queue = queueBefore;
     return shortage;
 }
 

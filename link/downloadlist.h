@@ -39,6 +39,10 @@ public:
     // Begins with what waits. If there is no room for it nothing happens, and the text tells the
     // user what is needed and what there is.
     [[nodiscard]] QString start();
+    // Puts further files behind those that wait, and begins if nothing runs. One that the list has with
+    // this size isn't fetched twice, only again when it has failed. If there is no room for all,
+    // nothing changes, and the text tells the user.
+    [[nodiscard]] QString add(const QStringList &names, const QList<qint64> &sizes);
     // What failed waits again, behind all others that wait.
     [[nodiscard]] QString retry();
     // The file under way fails, the others stay as they are.
@@ -82,6 +86,6 @@ private:
     TcpFileClient m_client{this};
     QVector<File> m_files;
     std::deque<int> m_queue; // indices of the files that wait, in the order of their turn
-    int m_current = -1;     // index of the file under way
-    quint64 m_transfer = 0; // counts starts and cancels
+    int m_current = -1;      // index of the file under way
+    quint64 m_transfer = 0;  // counts starts and cancels
 };
