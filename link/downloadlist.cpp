@@ -45,7 +45,7 @@ QString DownloadList::start()
 {
     if (isRunning())
         return {};
-    const QString shortage = shortageOf(bytesOf(FileState::Waiting));
+    const QString shortage = shortageFor(bytesOf(FileState::Waiting));
     if (shortage.isEmpty())
         start_next_download();
     return shortage;
@@ -69,7 +69,7 @@ QString DownloadList::add(const QStringList &names, const QList<qint64> &sizes)
         m_files[place].state = FileState::Waiting;
         m_queue.push_back(place);
     }
-    const QString shortage = shortageOf(bytesLeft());
+    const QString shortage = shortageFor(bytesLeft());
     if (shortage.isEmpty())
         return start();
     m_files = filesBefore;
@@ -79,7 +79,7 @@ QString DownloadList::add(const QStringList &names, const QList<qint64> &sizes)
 
 QString DownloadList::retry()
 {
-    const QString shortage = shortageOf(bytesLeft() + bytesOf(FileState::Failed));
+    const QString shortage = shortageFor(bytesLeft() + bytesOf(FileState::Failed));
     if (!shortage.isEmpty())
         return shortage;
     for (int i = 0; i < m_files.size(); ++i) {
@@ -154,7 +154,7 @@ QString DownloadList::localPathFor(const QString &remoteName) const
 }
 
 // Where the drive doesn't tell, the transfer finds out.
-QString DownloadList::shortageOf(qint64 needed) const
+QString DownloadList::shortageFor(qint64 needed) const
 {
     const std::optional<quint64> available = m_freeSpace();
     if (!available || *available >= quint64(needed))

@@ -76,7 +76,7 @@ private:
     void fileEndsSoon(bool isSuccess, const QString &text);
     void fileEnded(bool isSuccess, const QString &text);
     [[nodiscard]] QString localPathFor(const QString &remoteName) const;
-    [[nodiscard]] QString shortageOf(qint64 needed) const;
+    [[nodiscard]] QString shortageFor(qint64 needed) const;
     [[nodiscard]] qint64 bytesOf(FileState state) const;
 
     const QHostAddress m_address;
