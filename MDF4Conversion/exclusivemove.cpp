@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -26,27 +27,44 @@ void moveWithoutReplacing(const std::filesystem::path &from, const std::filesyst
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
         return;
     if (errno == EINVAL || errno == ENOSYS)
-        moveOntoReservation(from, to, error);
+        moveByLink(from, to, error, link);
     else
         error.assign(errno, std::generic_category());
 #else
-    moveOntoReservation(from, to, error);
+    moveByLink(from, to, error, link);
 #endif
 }
 
 #ifndef _WIN32
-void moveOntoReservation(const std::filesystem::path &from, const std::filesystem::path &to,
-                         std::error_code &error) noexcept
+namespace {
+
+// What link() tells where files can't have a second name.
+bool isWithoutLinks(int cause)
+{
+    return cause == EPERM || cause == EOPNOTSUPP || cause == ENOSYS || cause == EMLINK;
+}
+
+void moveAfterLook(const std::filesystem::path &from, const std::filesystem::path &to,
+                   std::error_code &error) noexcept
+{
+    struct stat taken = {};
+    if (lstat(to.c_str(), &taken) == 0)
+        error = std::make_error_code(std::errc::file_exists);
+    else if (rename(from.c_str(), to.c_str()) != 0)
+        error.assign(errno, std::generic_category());
+}
+
+} // namespace
+
+void moveByLink(const std::filesystem::path &from, const std::filesystem::path &to,
+                std::error_code &error, LinkCall makeLink) noexcept
 {
     error.clear();
-    const int reservation = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (reservation < 0) {
+    if (makeLink(from.c_str(), to.c_str()) == 0)
+        unlink(from.c_str()); // if that fails the file has two names, as after a kill
+    else if (isWithoutLinks(errno))
+        moveAfterLook(from, to, error);
+    else
         error.assign(errno, std::generic_category());
-        return;
-    }
-    close(reservation);
-    std::filesystem::rename(from, to, error);
-    if (error)
-        unlink(to.c_str());
 }
 #endif

@@ -1,9 +1,12 @@
 #include "app/dialogs.h"
 
 #include "MDF4Conversion/views/dialogconverter.h"
+#include "app/downloadwindow.h"
 #include "app/mainwindow.h"
-#include "link/protocol/messagetypes.h"
-#include "link/views/dialogtcpfiletransferclientdialog.h"
+
+#include <QHostAddress>
+
+#include <memory>
 
 void setDialogs(MainWindowParts &parts, UserPrompt &prompt)
 {
@@ -13,17 +16,13 @@ void setDialogs(MainWindowParts &parts, UserPrompt &prompt)
         DialogConverter::open(rawLogs, folder, formats, prompt, window);
     };
     parts.convert = convert;
-    parts.download = [&prompt, convert](const QHostAddress &logger, const QStringList &names,
-                                        const QList<qint64> &sizes, const QString &eventFolder,
-                                        Formats formats, QWidget *window) {
-        auto *dialog = new DialogTcpFileTransferClientDialog(
-            logger, protocol::filePort, names, sizes, eventFolder, formats, prompt, window);
-        dialog->setAttribute(Qt::WA_DeleteOnClose);
-        QObject::connect(
-            dialog, &DialogTcpFileTransferClientDialog::signalConvert, window,
-            [convert, window](const QStringList &rawLogs, const QString &folder, Formats picked) {
-                convert(picked, rawLogs, folder, window);
-            });
-        dialog->start();
+    const auto downloads = std::make_shared<DownloadWindow>(convert, prompt);
+    parts.download = [downloads](const QHostAddress &logger, const QStringList &names,
+                                 const QList<qint64> &sizes, const QString &folder, Formats formats,
+                                 QWidget *window) {
+        downloads->open(logger, names, sizes, folder, formats, window);
+    };
+    parts.filesUnderWay = [downloads](const QHostAddress &logger) {
+        return downloads->namesUnderWay(logger);
     };
 }

@@ -176,9 +176,12 @@ void MainWindow::makePages()
             page->setObjectName(name);
             m_ui->stackedWidget->addWidget(page);
             m_pageOfItem.insert(title, page);
-            if (auto *mainPage = qobject_cast<Logger_Main_View *>(page))
+            if (auto *mainPage = qobject_cast<Logger_Main_View *>(page)) {
                 connect(mainPage, &Logger_Main_View::signal_start_dialog_tcp_file_transfer, this,
                         &MainWindow::start_dialog_file_download);
+                mainPage->setFilesUnderWay(
+                    [this] { return m_parts.filesUnderWay(QHostAddress(address())); });
+            }
             registerComponent(page);
         }
     }

@@ -37,6 +37,9 @@ struct MainWindowParts
         const QHostAddress &logger, const QStringList &names, const QList<qint64> &sizes,
         const QString &folder, ConversionGlobal::OutputFormatFlags formats, QWidget *window)>;
 
+    // The logger's names of the files that are still to be downloaded.
+    using FilesUnderWay = std::function<QStringList(const QHostAddress &logger)>;
+
     std::unique_ptr<LoggerLink> link;
     UserPrompt *prompt = nullptr;     // not owned
     UserSettings *settings = nullptr; // not owned
@@ -46,6 +49,7 @@ struct MainWindowParts
     SoftwareUpdate::ImageSource update_image = updateimage::builtIn;
     Converter convert;
     Downloader download;
+    FilesUnderWay filesUnderWay = [](const QHostAddress &) { return QStringList(); };
 };
 
 // The window of the tool: connect row, configuration files, tree of interfaces and their pages. It

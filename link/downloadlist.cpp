@@ -4,7 +4,9 @@
 #include "link/korvissystemtoolsclass.h"
 
 #include <QDir>
+#include <QHash>
 #include <QLocale>
+#include <QPair>
 
 #include <algorithm>
 #include <limits>
@@ -32,8 +34,10 @@ DownloadList::DownloadList(const QHostAddress &address, quint16 port, const QStr
     , m_freeSpace([folder] { return freeSpaceOf(folder); })
 {
     Q_ASSERT(names.size() == sizes.size());
-    for (int i = 0; i < std::min(names.size(), sizes.size()); ++i)
+    for (int i = 0; i < std::min(names.size(), sizes.size()); ++i) {
         m_files.append({names.at(i), sizes.at(i), FileState::Waiting, {}, {}});
+        m_queue.push_back(i);
+    }
     connect(&m_client, &TcpFileClient::signal_status_text, this, &DownloadList::statusText);
     connect(&m_client, &TcpFileClient::signal_finished, this, &DownloadList::fileEndsSoon);
 }
@@ -48,14 +52,42 @@ QString DownloadList::start()
     return shortage;
 }
 
+QString DownloadList::add(const QStringList &names, const QList<qint64> &sizes)
+{
+    Q_ASSERT(names.size() == sizes.size());
+    const QVector<File> filesBefore = m_files;
+    const std::deque<int> queueBefore = m_queue;
+    QHash<QPair<QString, qint64>, int> known;
+    for (int i = 0; i < m_files.size(); ++i)
+        known.insert({m_files.at(i).remoteName, m_files.at(i).size}, i);
+    for (int i = 0; i < std::min(names.size(), sizes.size()); ++i) {
+        const int place = known.value({names.at(i), sizes.at(i)}, m_files.size());
+        if (place == m_files.size())
+            m_files.append({names.at(i), sizes.at(i), FileState::Failed, {}, {}});
+        if (m_files.at(place).state != FileState::Failed)
+            continue;
+        known.insert({names.at(i), sizes.at(i)}, place);
+        m_files[place].state = FileState::Waiting;
+        m_queue.push_back(place);
+    }
+    const QString shortage = shortageFor(bytesLeft());
+    if (shortage.isEmpty())
+        return start();
+    m_files = filesBefore;
+    m_queue = queueBefore;
+    return shortage;
+}
+
 QString DownloadList::retry()
 {
     const QString shortage = shortageFor(bytesLeft() + bytesOf(FileState::Failed));
     if (!shortage.isEmpty())
         return shortage;
-    for (File &file : m_files) {
-        if (file.state == FileState::Failed)
-            file.state = FileState::Waiting;
+    for (int i = 0; i < m_files.size(); ++i) {
+        if (m_files.at(i).state != FileState::Failed)
+            continue;
+        m_files[i].state = FileState::Waiting;
+        m_queue.push_back(i);
     }
     return start();
 }
@@ -74,18 +106,17 @@ void DownloadList::cancel()
 
 void DownloadList::start_next_download()
 {
-    const auto next = std::find_if(m_files.begin(), m_files.end(), [](const File &file) {
-        return file.state == FileState::Waiting;
-    });
-    m_current = next == m_files.end() ? -1 : int(next - m_files.begin());
-    if (m_current < 0) {
+    if (m_queue.empty()) {
         emit ended();
         return;
     }
-    next->state = FileState::Running;
-    next->error.clear();
+    m_current = m_queue.front();
+    m_queue.pop_front();
+    File &next = m_files[m_current];
+    next.state = FileState::Running;
+    next.error.clear();
     ++m_transfer;
-    m_client.start(m_address, m_port, next->remoteName, next->size, localPathFor(next->remoteName));
+    m_client.start(m_address, m_port, next.remoteName, next.size, localPathFor(next.remoteName));
     emit fileStarted(m_current);
 }
 

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <deque>
+
 // Fetches files of the logger into a folder, one after the other. A file that fails doesn't keep
 // the others; it can be fetched again, which leaves alone what has arrived. Used on one thread,
 // whose event loop runs.
@@ -37,7 +39,11 @@ public:
     // Clears what killed downloads have left in the folder and begins with what waits. If there is no
     // room for it nothing is fetched, and the text tells the user what is needed and what there is.
     [[nodiscard]] QString start();
-    // What failed waits again, and is fetched once the others are through.
+    // Puts further files behind those that wait, and begins if nothing runs. One that the list has with
+    // this size isn't fetched twice, only again when it has failed. If there is no room for all,
+    // nothing changes, and the text tells the user.
+    [[nodiscard]] QString add(const QStringList &names, const QList<qint64> &sizes);
+    // What failed waits again, behind all others that wait.
     [[nodiscard]] QString retry();
     // The file under way fails, the others stay as they are.
     void cancel();
@@ -79,6 +85,7 @@ private:
     FreeSpaceSource m_freeSpace;
     TcpFileClient m_client{this};
     QVector<File> m_files;
-    int m_current = -1;     // index of the file under way
-    quint64 m_transfer = 0; // counts starts and cancels
+    std::deque<int> m_queue; // indices of the files that wait, in the order of their turn
+    int m_current = -1;      // index of the file under way
+    quint64 m_transfer = 0;  // counts starts and cancels
 };

@@ -35,6 +35,7 @@ public:
                qint64 expected, const QString &localName);
     // How long the logger may send nothing before the transfer fails; for the next start.
     void setSilenceLimit(int milliseconds) { m_silence.setInterval(milliseconds); }
+    [[nodiscard]] int silenceLimit() const { return m_silence.interval(); } // milliseconds
 
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
     [[nodiscard]] qint64 received() const { return m_received; } // bytes

@@ -1,5 +1,7 @@
 #include "link/transferpace.h"
 
+#include <iterator>
+
 namespace {
 
 // The pace of a weak WLAN jumps; over ten seconds it tells more.
@@ -51,6 +53,20 @@ QString speedText(qint64 bytesPerSecond)
     if (bytesPerSecond > 1'000'000)
         return QStringLiteral("%1 Mbit/s").arg(double(bytesPerSecond) / 125000.0, 0, 'f', 3);
     return QStringLiteral("%1 Kbit/s").arg(double(bytesPerSecond) / 125.0, 0, 'f', 1);
+}
+
+QString amountText(qint64 received, qint64 total)
+{
+    static constexpr const char *units[] = {"bytes", "KiB", "MiB", "GiB", "TiB"};
+    std::size_t unit = 0;
+    double size = 1;
+    for (; unit + 1 < std::size(units) && double(total) >= size * 1024; ++unit)
+        size *= 1024;
+    const int decimals = unit == 0 ? 0 : 1;
+    return QStringLiteral("%1 of %2 %3")
+        .arg(double(received) / size, 0, 'f', decimals)
+        .arg(double(total) / size, 0, 'f', decimals)
+        .arg(QLatin1String(units[unit]));
 }
 
 QString timeLeftText(qint64 seconds)

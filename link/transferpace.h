@@ -32,5 +32,7 @@ private:
 
 // "987.6 Kbit/s" up to 1,000,000 bytes a second, "8.008 Mbit/s" above.
 [[nodiscard]] QString speedText(qint64 bytesPerSecond);
+// "3.2 of 12.4 GiB", in the unit that fits the total; bytes.
+[[nodiscard]] QString amountText(qint64 received, qint64 total);
 // "about 3 minutes 20 seconds".
 [[nodiscard]] QString timeLeftText(qint64 seconds);

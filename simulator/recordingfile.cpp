@@ -1,5 +1,6 @@
 #include "simulator/recordingfile.h"
 
+#include "MDF4Conversion/programlock.h"
 #include "MDF4Conversion/rawlog/logconfiguration.h"
 
 #include <QDir>
@@ -11,6 +12,11 @@ namespace {
 QString recordingSuffix()
 {
     return QStringLiteral(".recording");
+}
+
+QString lockSuffix()
+{
+    return recordingSuffix() + QStringLiteral(".lock");
 }
 
 // The path, or the first one like it that neither a log nor a recording has.
@@ -29,6 +35,15 @@ QString pathOfFinished(const QString &path)
     return QFile::exists(path) ? freePath(path) : path;
 }
 
+void recover(const QString &recording)
+{
+    QFile file(recording);
+    if (rawlog::readConfigurationBlock(recording).bytes.isEmpty())
+        file.remove();
+    else
+        file.rename(pathOfFinished(recording.chopped(recordingSuffix().size())));
+}
+
 } // namespace
 
 RecordingFile::RecordingFile(const QString &folder, const QString &name)
@@ -39,6 +54,10 @@ RecordingFile::RecordingFile(const QString &folder, const QString &name)
 
 bool RecordingFile::begin(const TerminalStruct &configuration)
 {
+    m_lock = std::make_unique<QLockFile>(m_path + lockSuffix());
+    // A folder that takes no lock takes no file either, which tells its cause.
+    if (!takeProgramLock(*m_lock) && m_lock->error() == QLockFile::LockFailedError)
+        return fail(QStringLiteral("another program records it"));
     return check(m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly)
                  && m_writer.writeConfiguration(configuration) && m_file.flush());
 }
@@ -52,15 +71,29 @@ bool RecordingFile::finish()
 {
     m_file.close();
     m_path = pathOfFinished(m_path);
-    return check(m_file.rename(m_path));
+    const bool ok = check(m_file.rename(m_path));
+    m_lock.reset();
+    return ok;
+}
+
+void RecordingFile::remove()
+{
+    if (m_file.isOpen())
+        m_file.remove();
+    m_lock.reset();
 }
 
 bool RecordingFile::check(bool ok)
 {
-    if (!ok && m_failure.isNull())
-        m_failure = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_file.fileName()),
-                                                 m_file.errorString());
-    return ok;
+    return ok || fail(m_file.errorString());
+}
+
+bool RecordingFile::fail(const QString &cause)
+{
+    if (m_failure.isNull())
+        m_failure =
+            QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(m_file.fileName()), cause);
+    return false;
 }
 
 QString recordingName(const QDateTime &start, const QString &eventName)
@@ -76,20 +109,21 @@ QString recordingName(const QDateTime &start, const QString &eventName)
 
 bool isBeingRecorded(const QString &fileName)
 {
-    return fileName.endsWith(recordingSuffix());
+    return fileName.endsWith(recordingSuffix()) || fileName.endsWith(lockSuffix());
 }
 
 void recoverRecordings(const QString &folder)
 {
-    const QFileInfoList infos = QDir(folder).entryInfoList({QLatin1Char('*') + recordingSuffix()},
-                                                           QDir::Files | QDir::NoSymLinks);
-    for (const QFileInfo &info : infos) {
-        QFile file(info.filePath());
-        const QString path = file.fileName().chopped(recordingSuffix().size());
-        if (rawlog::readConfigurationBlock(file.fileName()).bytes.isEmpty())
-            file.remove();
-        else
-            file.rename(pathOfFinished(path));
+    // Whoever was ended around a log's first or last moment leaves a lock alone.
+    for (const QString &suffix : {recordingSuffix(), lockSuffix()}) {
+        const QFileInfoList infos =
+            QDir(folder).entryInfoList({QLatin1Char('*') + suffix}, QDir::Files | QDir::NoSymLinks);
+        for (const QFileInfo &info : infos) {
+            const QString log = info.filePath().chopped(suffix.size());
+            QLockFile lock(log + lockSuffix()); // its end removes the file
+            if (takeProgramLock(lock) && QFile::exists(log + recordingSuffix()))
+                recover(log + recordingSuffix());
+        }
     }
 }
 

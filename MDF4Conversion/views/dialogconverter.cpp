@@ -7,16 +7,15 @@
 #include "MDF4Conversion/views/widgetconvertermdf4.h"
 #include "MDF4Conversion/views/widgetconverterrld2xxx.h"
 #include "app/ui/icons.h"
+#include "app/ui/openfolder.h"
 #include "app/ui/userprompt.h"
 #include "ui_dialogconverter.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QHostInfo>
 #include <QPointer>
 #include <QThread>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -235,11 +234,7 @@ void DialogConverter::on_pushButtonCancel_clicked()
 
 void DialogConverter::on_pushButtonOpenFolder_clicked()
 {
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_outputDirectory))) {
-        m_prompt.warn(QStringLiteral("Open Folder"),
-                      QStringLiteral("The folder %1 can't be opened.")
-                          .arg(QDir::toNativeSeparators(m_outputDirectory)));
-    }
+    openFolder(m_outputDirectory, m_prompt);
 }
 
 void DialogConverter::on_pushButtonCopyMessages_clicked()

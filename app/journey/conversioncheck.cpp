@@ -183,15 +183,51 @@ private:
     mdf4reader::Reader m_reader;
 };
 
-double lengthOf(const Frames &frames)
+// From the first to the last frame of all.
+struct Span
 {
-    quint32 first = 0xFFFFFFFF;
-    quint32 last = 0;
-    for (const auto &message : frames) {
-        first = qMin(first, message.second.front().timestamp_us);
-        last = qMax(last, message.second.back().timestamp_us);
+    quint32 first_us = 0xFFFFFFFF;
+    quint32 last_us = 0;
+
+    [[nodiscard]] double seconds() const
+    {
+        return last_us > first_us ? double(last_us - first_us) * 1e-6 : 0;
     }
-    return frames.empty() ? 0 : double(last - first) * 1e-6;
+};
+
+Span spanOf(const Frames &frames)
+{
+    Span span;
+    for (const auto &message : frames) {
+        span.first_us = qMin(span.first_us, message.second.front().timestamp_us);
+        span.last_us = qMax(span.last_us, message.second.back().timestamp_us);
+    }
+    return span;
+}
+
+// What is wrong with the times of a message's frames; null if none is missing, and none too many.
+QString irregularity(const std::vector<Frame> &frames, const Span &log, qint64 period_us)
+{
+    qint64 before_us = log.first_us;
+    const auto gapText = [&](qint64 until_us) {
+        return QStringLiteral("sent every %1 ms, but not from %2 ms to %3 ms of the log")
+            .arg(double(period_us) / 1000)
+            .arg(double(before_us - log.first_us) / 1000)
+            .arg(double(until_us - log.first_us) / 1000);
+    };
+    const double longest_us = 1.5 * double(period_us);
+    const double shortest_us = 0.5 * double(period_us);
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const qint64 time_us = frames[i].timestamp_us;
+        if (double(time_us - before_us) > longest_us)
+            return gapText(time_us);
+        if (i > 0 && double(time_us - before_us) < shortest_us)
+            return QStringLiteral("sent every %1 ms, but twice at %2 ms of the log")
+                .arg(double(period_us) / 1000)
+                .arg(double(time_us - log.first_us) / 1000);
+        before_us = time_us;
+    }
+    return double(log.last_us - before_us) > longest_us ? gapText(log.last_us) : QString();
 }
 
 QString rangeText(const Values &values)
@@ -220,9 +256,91 @@ bool checkSignal(const QString &name, const Signal &signal, const std::vector<Va
     return true;
 }
 
+// Whether the log says that it records the signal just as it was chosen.
+bool isInHead(const TerminalCanCfg &head, const Signal &chosen)
+{
+    const QByteArray bytes = record::toBytes(chosen);
+    const auto &held = head.dbc_signals;
+    return std::any_of(held.begin(), held.end(), [&bytes](const Signal *signal) {
+        return record::toBytes(*signal) == bytes;
+    });
+}
+
+// Compares one log and its conversion with what was chosen, signal by signal.
+class Comparison
+{
+public:
+    Comparison(const ExpectedLog &expected, const TerminalStruct &head, const Frames &frames,
+               Mf4 &converted, ConversionCheck &check)
+        : m_expected(expected)
+        , m_head(head)
+        , m_frames(frames)
+        , m_span(spanOf(frames))
+        , m_converted(converted)
+        , m_check(check)
+    {
+        check.length_s = m_span.seconds();
+    }
+
+    // False at the first signal that is not as it has to be.
+    bool run()
+    {
+        const auto &channels = m_expected.configuration.can;
+        for (std::size_t number = 0; number < channels.size(); ++number) {
+            for (const Signal *signal : channels[number].dbc_signals) {
+                if (isRecorded(*signal) && !compare(int(number), *signal))
+                    return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    bool compare(int number, const Signal &signal)
+    {
+        const QString name = QStringLiteral("CAN-%1 %2").arg(number).arg(signal.name);
+        const auto fail = [&](const QString &cause) {
+            m_check.failure = name + QStringLiteral(": ") + cause;
+            return false;
+        };
+        if (!isInHead(m_head.can[std::size_t(number)], signal))
+            return fail(QStringLiteral("the log doesn't hold it as it was chosen"));
+        const auto message = m_frames.find({number, signal.extended_id != 0, signal.msg_id});
+        if (message == m_frames.end())
+            return fail(QStringLiteral("its message is not in the log"));
+        const qint64 period_us = periodOf(message->first);
+        if (period_us <= 0)
+            return fail(QStringLiteral("nobody knows how often it is sent"));
+        const QString irregular = irregularity(message->second, m_span, period_us);
+        if (!irregular.isNull())
+            return fail(irregular);
+        const TerminalCanCfg &channel = m_expected.configuration.can[std::size_t(number)];
+        return checkSignal(name, signal, sentValues(channel, signal, message->second), m_converted,
+                           m_check);
+    }
+
+    [[nodiscard]] qint64 periodOf(const FrameKey &key) const
+    {
+        for (const MessageCycle &cycle : m_expected.cycles) {
+            if (cycle.channel == key.channel && cycle.extended == key.extended
+                && cycle.id == key.id)
+                return cycle.period_us;
+        }
+        return 0;
+    }
+
+    const ExpectedLog &m_expected;
+    const TerminalStruct &m_head;
+    const Frames &m_frames;
+    const Span m_span;
+    Mf4 &m_converted;
+    ConversionCheck &m_check;
+};
+
 } // namespace
 
-ConversionCheck checkConversion(const QString &rawLog, const QString &mf4)
+ConversionCheck checkConversion(const QString &rawLog, const QString &mf4,
+                                const ExpectedLog &expected)
 {
     ConversionCheck check;
     LogFileReader reader(rawLog);
@@ -234,23 +352,8 @@ ConversionCheck checkConversion(const QString &rawLog, const QString &mf4)
     if (!check.failure.isNull())
         return check;
     const Frames frames = framesOf(reader);
-    check.length_s = lengthOf(frames);
-    const auto &channels = reader.configuration()->can;
-    for (std::size_t number = 0; number < channels.size(); ++number) {
-        for (const Signal *signal : channels[number].dbc_signals) {
-            if (!isRecorded(*signal))
-                continue;
-            const auto message =
-                frames.find({int(number), signal->extended_id != 0, signal->msg_id});
-            const QString name = QStringLiteral("CAN-%1 %2").arg(number).arg(signal->name);
-            const auto sent = message == frames.end()
-                                  ? std::vector<Values>(1)
-                                  : sentValues(channels[number], *signal, message->second);
-            if (!checkSignal(name, *signal, sent, converted, check))
-                return check;
-        }
-    }
-    if (check.found.isEmpty())
-        check.failure = QStringLiteral("%1: no signal was recorded").arg(rawLog);
+    const bool ok = Comparison(expected, *reader.configuration(), frames, converted, check).run();
+    if (ok && check.found.isEmpty())
+        check.failure = QStringLiteral("%1: no signal was chosen").arg(rawLog);
     return check;
 }

@@ -1,5 +1,6 @@
 // The part of the journey that records, downloads and converts.
 
+#include "MDF4Conversion/rawlog/drive/canbus.h"
 #include "app/journey/conversioncheck.h"
 #include "app/journey/journey.h"
 
@@ -8,6 +9,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
+
+#include <iterator>
 
 namespace {
 
@@ -22,6 +25,19 @@ QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// What the logger's demonstration buses send.
+std::vector<MessageCycle> cyclesOfTheDrive()
+{
+    std::vector<MessageCycle> cycles;
+    const std::vector<drive::CanMessage> buses[] = {drive::powertrainMessages(),
+                                                    drive::fleetMessages()};
+    for (int channel = 0; channel < int(std::size(buses)); ++channel) {
+        for (const drive::CanMessage &message : buses[channel])
+            cycles.push_back({channel, message.extended, message.id, message.period_us});
+    }
+    return cycles;
 }
 
 } // namespace
@@ -109,7 +125,8 @@ bool Journey::checkSamples(QString &seen)
         return false;
     }
     const QString mf4 = eventFolder().filePath(made.first());
-    const ConversionCheck check = checkConversion(storage().filePath(m_log), mf4);
+    const ConversionCheck check =
+        checkConversion(storage().filePath(m_log), mf4, {m_expected, cyclesOfTheDrive()});
     for (const QString &line : check.found)
         print(QStringLiteral("     ") + line);
     seen = check.failure.isNull() ? QStringLiteral("%1, all %2 samples of %3 s")

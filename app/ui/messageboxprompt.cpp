@@ -74,10 +74,21 @@ void MessageBoxPrompt::warn(const QString &title, const QString &text, const QSt
 
 bool MessageBoxPrompt::ask(const QString &title, const QString &text)
 {
+    return ask(title, text, QMessageBox::No);
+}
+
+bool MessageBoxPrompt::offer(const QString &title, const QString &text)
+{
+    return ask(title, text, QMessageBox::Yes);
+}
+
+bool MessageBoxPrompt::ask(const QString &title, const QString &text,
+                           QMessageBox::StandardButton onReturn)
+{
     m_question = new QMessageBox(front());
     fill(*m_question, QMessageBox::Question, title, text);
     m_question->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    m_question->setDefaultButton(QMessageBox::No);
+    m_question->setDefaultButton(onReturn);
     m_question->setEscapeButton(QMessageBox::No);
     const QPointer<QMessageBox> box(m_question);
     const bool isYes = box->exec() == QMessageBox::Yes;

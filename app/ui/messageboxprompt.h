@@ -15,6 +15,7 @@ public:
     void inform(const QString &title, const QString &text) override;
     void warn(const QString &title, const QString &text, const QString &reason = {}) override;
     [[nodiscard]] bool ask(const QString &title, const QString &text) override;
+    [[nodiscard]] bool offer(const QString &title, const QString &text) override;
     void withdrawQuestion() override;
     [[nodiscard]] QString pickFolder(const QString &title, const QString &start) override;
     [[nodiscard]] QString pickFile(const QString &title, const QString &start,
@@ -26,6 +27,8 @@ public:
 
 private:
     [[nodiscard]] QWidget *front() const;
+    [[nodiscard]] bool ask(const QString &title, const QString &text,
+                           QMessageBox::StandardButton onReturn);
     void show(QMessageBox::Icon icon, const QString &title, const QString &text,
               const QString &reason);
 

@@ -18,6 +18,11 @@ public:
     virtual void warn(const QString &title, const QString &text, const QString &reason = {}) = 0;
     // True for Yes; closing the question means No.
     [[nodiscard]] virtual bool ask(const QString &title, const QString &text) = 0;
+    // The same where Yes is what most users want and loses nothing: Return means Yes.
+    [[nodiscard]] virtual bool offer(const QString &title, const QString &text)
+    {
+        return ask(title, text);
+    }
     // Closes a question that has lost its meaning, as if the user had said No.
     virtual void withdrawQuestion() {}
 

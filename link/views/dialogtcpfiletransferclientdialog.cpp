@@ -1,14 +1,22 @@
 #include "link/views/dialogtcpfiletransferclientdialog.h"
 
+#include "MDF4Conversion/progressfigures.h"
+#include "app/ui/openfolder.h"
 #include "app/ui/userprompt.h"
+#include "config/shorttext.h"
 #include "ui_dialogtcpfiletransferclientdialog.h"
 
 #include <QDir>
+#include <QPointer>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int maxFailureLines = 600;
 const QLatin1String unknownTime("---");
+
+const QLatin1String title("Download"); // of boxes
 
 } // namespace
 
@@ -19,12 +27,14 @@ DialogTcpFileTransferClientDialog::DialogTcpFileTransferClientDialog(
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::DialogTcpFileTransferClientDialog>())
     , m_prompt(prompt)
+    , m_address(address)
     , m_eventFolder(std::move(eventFolder))
     , m_targetFolder(m_eventFolder + QStringLiteral("/raw_log_data"))
     , m_formats(formats)
     , m_list(address, port, names, sizes, m_targetFolder)
 {
     m_ui->setupUi(this);
+    m_placeMeaning = m_ui->label_file->toolTip();
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->plainTextEdit_failures->setMaximumBlockCount(maxFailureLines);
     m_ui->widget_failures->hide();
@@ -46,15 +56,15 @@ void DialogTcpFileTransferClientDialog::start()
     if (m_eventFolder.isEmpty() || !QDir().mkpath(m_targetFolder)) {
         m_prompt.warn(QStringLiteral("Error"),
                       QStringLiteral("Failed to create directory, %1 \r\n%1").arg(m_targetFolder));
-        reject();
+        cancel_transfer();
         return;
     }
     m_clock.start();
     setRunning(true);
     const QString shortage = m_list.start();
     if (!shortage.isEmpty()) {
-        m_prompt.warn(tr("Download"), shortage);
-        reject();
+        m_prompt.warn(title, shortage);
+        cancel_transfer();
         return;
     }
     show();
@@ -87,6 +97,7 @@ void DialogTcpFileTransferClientDialog::showFile(int index)
 
 void DialogTcpFileTransferClientDialog::showCount(int count)
 {
+    m_count = count;
     m_ui->label_count->setText(QStringLiteral("%1 of %2").arg(count).arg(m_list.files().size()));
 }
 
@@ -96,6 +107,9 @@ void DialogTcpFileTransferClientDialog::showPlace(const QString &text)
     m_place = text;
     QLabel *label = m_ui->label_file;
     label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, label->width()));
+    constexpr int most = 4'000; // characters; no screen holds more
+    label->setToolTip(QStringLiteral("<p>%1</p><p style='white-space:pre-wrap'>%2</p>")
+                          .arg(m_placeMeaning, shortText(text, most).toHtmlEscaped()));
 }
 
 void DialogTcpFileTransferClientDialog::resizeEvent(QResizeEvent *event)
@@ -114,10 +128,24 @@ void DialogTcpFileTransferClientDialog::showFailure(int index)
     m_ui->pushButton_retry->setEnabled(true);
 }
 
+void DialogTcpFileTransferClientDialog::showFailures()
+{
+    m_ui->plainTextEdit_failures->clear();
+    m_ui->widget_failures->hide();
+    m_ui->pushButton_retry->setEnabled(false);
+    for (int i = 0; i < m_list.files().size(); ++i) {
+        if (m_list.files().at(i).state == DownloadList::FileState::Failed)
+            showFailure(i);
+    }
+}
+
 void DialogTcpFileTransferClientDialog::showProgress(qint64 now_ms)
 {
     m_pace.add(now_ms, m_list.receivedBytes());
-    m_ui->progressBar->setValue(m_list.percent());
+    // What a failed file had received doesn't count any more, but a bar that goes back confuses.
+    m_ui->progressBar->setValue(std::max(m_ui->progressBar->value(), m_list.percent()));
+    m_ui->label_bytes->setText(amountText(m_list.receivedBytes(), m_list.totalBytes()));
+    m_ui->label_elapsed->setText(tr("%1 elapsed").arg(durationText(double(now_ms) / 1000.0)));
     m_ui->label_speed->setText(speedText(m_pace.bytesPerSecond()));
     const std::optional<qint64> seconds = m_pace.secondsFor(m_list.bytesLeft());
     m_ui->label_time_left->setText(seconds ? timeLeftText(*seconds) : QString(unknownTime));
@@ -127,6 +155,8 @@ void DialogTcpFileTransferClientDialog::showEnd()
 {
     slot_check_progress();
     setRunning(false);
+    if (m_isAsking)
+        m_prompt.withdrawQuestion();
     m_ui->label_speed->clear();
     m_ui->label_time_left->clear();
     m_ui->label_size->clear();
@@ -146,22 +176,84 @@ void DialogTcpFileTransferClientDialog::showEnd()
 void DialogTcpFileTransferClientDialog::on_pushButton_retry_clicked()
 {
     const bool wasRunning = !m_hasEnded;
-    m_ui->plainTextEdit_failures->clear();
-    m_ui->widget_failures->hide();
-    m_ui->pushButton_retry->setEnabled(false);
     const QString shortage = m_list.retry();
+    showFailures();
     if (!shortage.isEmpty()) {
-        for (int i = 0; i < m_list.files().size(); ++i) {
-            if (m_list.files().at(i).state == DownloadList::FileState::Failed)
-                showFailure(i);
-        }
-        m_prompt.warn(tr("Download"), shortage);
+        m_prompt.warn(title, shortage);
     } else if (!wasRunning) {
+        m_ui->progressBar->setValue(m_list.percent());
         setRunning(true);
     }
 }
 
+void DialogTcpFileTransferClientDialog::on_pushButton_open_folder_clicked()
+{
+    openFolder(m_targetFolder, m_prompt);
+}
+
+bool DialogTcpFileTransferClientDialog::fetches(const QHostAddress &address,
+                                                const QString &eventFolder,
+                                                ConversionGlobal::OutputFormatFlags formats) const
+{
+    return address == m_address && eventFolder == m_eventFolder && formats == m_formats;
+}
+
+void DialogTcpFileTransferClientDialog::add(const QStringList &names, const QList<qint64> &sizes)
+{
+    const QString shortage = m_list.add(names, sizes);
+    if (!shortage.isEmpty()) {
+        m_prompt.warn(title, shortage);
+        return;
+    }
+    showFailures();
+    showCount(m_count);
+    m_ui->progressBar->setValue(m_list.percent());
+    slot_check_progress();
+}
+
+QStringList DialogTcpFileTransferClientDialog::namesUnderWay(const QHostAddress &address) const
+{
+    QStringList names;
+    if (!m_list.isRunning() || address != m_address)
+        return names;
+    for (const DownloadList::File &file : m_list.files()) {
+        if (file.state == DownloadList::FileState::Waiting
+            || file.state == DownloadList::FileState::Running)
+            names += file.remoteName;
+    }
+    return names;
+}
+
+QString DialogTcpFileTransferClientDialog::runningWork() const
+{
+    if (!m_list.isRunning())
+        return {};
+    return tr("Files that haven't arrived: %1 of %2.")
+        .arg(m_list.files().size() - m_list.count(DownloadList::FileState::Arrived))
+        .arg(m_list.files().size());
+}
+
+// False when it has ended while the question was open, too.
+bool DialogTcpFileTransferClientDialog::isToEnd()
+{
+    const QPointer<DialogTcpFileTransferClientDialog> self(this); // may go while the box is open
+    m_isAsking = true;
+    const bool isYes = m_prompt.ask(tr("Cancel download"),
+                                    runningWork()
+                                        + tr("\n\nCancel and close this window? Files that have "
+                                             "arrived stay, the one under way is removed."));
+    if (self)
+        m_isAsking = false;
+    return self && isYes && !m_hasEnded;
+}
+
 void DialogTcpFileTransferClientDialog::reject()
+{
+    if (!m_isAsking && (!m_list.isRunning() || isToEnd()))
+        cancel_transfer();
+}
+
+void DialogTcpFileTransferClientDialog::cancel_transfer()
 {
     m_timer.stop();
     if (m_hasEnded) {
@@ -171,9 +263,12 @@ void DialogTcpFileTransferClientDialog::reject()
     }
     m_list.cancel();
     QDialog::reject();
+    const QStringList rawLogs = arrivedRawLogs();
+    if (!rawLogs.isEmpty() && m_formats)
+        emit signalOfferConversion(rawLogs, m_eventFolder, m_formats);
 }
 
-void DialogTcpFileTransferClientDialog::convertArrived()
+QStringList DialogTcpFileTransferClientDialog::arrivedRawLogs() const
 {
     QStringList rawLogs;
     const QStringList arrived = m_list.arrived();
@@ -181,6 +276,12 @@ void DialogTcpFileTransferClientDialog::convertArrived()
         if (path.toUpper().endsWith(QLatin1String(".RLD")))
             rawLogs += path;
     }
+    return rawLogs;
+}
+
+void DialogTcpFileTransferClientDialog::convertArrived()
+{
+    const QStringList rawLogs = arrivedRawLogs();
     if (m_isConverted || rawLogs.isEmpty() || !m_formats)
         return;
     m_isConverted = true;

@@ -6,6 +6,7 @@
 #include "link/logtrigger.h"
 #include "link/views/downloadoptions.h"
 
+#include <functional>
 #include <memory>
 
 class UserPrompt;
@@ -27,6 +28,13 @@ public:
                      Logger_Data_Handler_Class *handler, UserPrompt &prompt, UserSettings &settings,
                      QWidget *parent = nullptr);
     ~Logger_Main_View() override;
+
+    // What tells the names, as the logger gave them, of files that a download still has to fetch. They
+    // aren't deleted.
+    void setFilesUnderWay(std::function<QStringList()> names)
+    {
+        m_filesUnderWay = std::move(names);
+    }
 
 signals:
     // Names as the logger gave them, and their sizes in bytes. The folder is empty if there is none.
@@ -94,10 +102,13 @@ private:
     void showFile(int row, int fileIndex);
     [[nodiscard]] QList<int> selectedFiles() const;
     void selectFiles(const std::function<bool(const loggerstorage::File &)> &isSelected);
+    [[nodiscard]] QStringList shownNames(const QList<int> &files) const;
+    [[nodiscard]] QString whyKept(const QList<int> &files) const;
     [[nodiscard]] QString deleteFiles(const QList<int> &files);
     void showStorageStatus();
 
     UserPrompt &m_prompt;
+    std::function<QStringList()> m_filesUnderWay = [] { return QStringList(); };
     std::unique_ptr<Ui::Logger_Main_View> m_ui;
     std::unique_ptr<EventFolders> m_folders;
     std::unique_ptr<DownloadOptions> m_options;

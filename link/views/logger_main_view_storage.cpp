@@ -13,6 +13,7 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -26,6 +27,8 @@ enum Column { NameColumn, SizeColumn };
 
 constexpr int fileIndexRole = Qt::UserRole; // of a name: the file's place in the logger's list
 constexpr int bytesRole = Qt::UserRole;     // of a size: bytes, none if they can't be read
+
+constexpr int maxListed = 10; // names in a box
 
 const QLatin1String warning("Warning");
 
@@ -226,17 +229,19 @@ void Logger_Main_View::on_pushButton_select_all_files_less_than_mb_clicked()
 
 void Logger_Main_View::on_pushButton_delete_selected_logfile_clicked()
 {
-    constexpr int maxListed = 10;
     const QList<int> files = selectedFiles();
     if (files.isEmpty())
         return;
-    QStringList names;
-    for (const int file : files.mid(0, maxListed))
-        names += loggerstorage::shownName(m_files.at(file).name);
+    const QString kept = whyKept(files);
+    if (!kept.isEmpty()) {
+        m_prompt.warn(QStringLiteral("Delete File"), kept);
+        return;
+    }
     const QString question =
         files.size() > maxListed
             ? QStringLiteral("Delete selected files? (%1 files)").arg(files.size())
-            : QStringLiteral("Delete file/s?\r\n%1").arg(names.join(QStringLiteral("\r\n")));
+            : QStringLiteral("Delete file/s?\r\n%1")
+                  .arg(shownNames(files).join(QStringLiteral("\r\n")));
     if (!m_prompt.ask(QStringLiteral("Delete File"), question))
         return;
     const QString error = deleteFiles(files);
@@ -245,6 +250,31 @@ void Logger_Main_View::on_pushButton_delete_selected_logfile_clicked()
     if (!error.isEmpty())
         m_prompt.warn(warning, error);
     on_pushButton_refresh_storage_clicked();
+}
+
+QStringList Logger_Main_View::shownNames(const QList<int> &files) const
+{
+    QStringList names;
+    for (const int file : files.mid(0, maxListed))
+        names += loggerstorage::shownName(m_files.at(file).name);
+    return names;
+}
+
+// Names files that are still to be downloaded, for the user. Empty if there is none.
+QString Logger_Main_View::whyKept(const QList<int> &files) const
+{
+    const QStringList underWay = m_filesUnderWay();
+    const QSet<QString> needed(underWay.begin(), underWay.end());
+    QList<int> kept;
+    std::copy_if(files.begin(), files.end(), std::back_inserter(kept),
+                 [&](int file) { return needed.contains(m_files.at(file).name); });
+    if (kept.isEmpty())
+        return {};
+    QStringList lines = shownNames(kept);
+    if (kept.size() > lines.size())
+        lines += tr("and %1 more").arg(kept.size() - lines.size());
+    return tr("These files are being downloaded and can't be deleted until that has ended:\r\n%1")
+        .arg(lines.join(QStringLiteral("\r\n")));
 }
 
 // Ends with the first failure, or when the user cancels.

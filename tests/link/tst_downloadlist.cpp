@@ -19,8 +19,15 @@ private slots:
     void aFailureDoesNotKeepTheOthers();
     void aRetryFetchesOnlyWhatFailed();
     void aRetryWhileOthersRunIsFetchedBehindThem();
+    void addedFilesWaitBehindTheOthers();
+    void addedFilesThatTheListHasAreNotFetchedTwice();
+    void anAddedFileThatFailedIsFetchedAgain();
+    void addedFilesOfAnotherSizeAreOtherFiles();
+    void addingWithoutRoomChangesNothing();
+    void addingToAListThatHasEndedBeginsAgain();
     void impossibleSizesFailAloneAndAreNotCounted();
     void aVanishedFolderFailsEveryFile();
+    void aFolderThatVanishesMeanwhileFailsTheRest();
     void aShortageOfSpaceIsToldBeforeTheStart();
     void exactlyTheSpaceNeededIsEnough();
     void unknownSpaceDoesNotKeepFromStarting();
@@ -137,14 +144,97 @@ void tst_DownloadList::aRetryWhileOthersRunIsFetchedBehindThem()
     bench.removeFromLogger(0);
     QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
     QObject::connect(&bench.list(), &DownloadList::fileStarted, [&bench](int index) {
-        if (index == 2) {
+        if (index == 1) {
             bench.putOnLogger(0);
             QCOMPARE(bench.list().retry(), QString());
         }
     });
     QVERIFY(bench.run());
-    QCOMPARE(started.count(), 4);
-    QCOMPARE(started.at(3).at(0).toInt(), 0);
+    QList<int> order;
+    for (const QList<QVariant> &start : started)
+        order += start.at(0).toInt();
+    QCOMPARE(order, (QList<int>{0, 1, 2, 0}));
+    QCOMPARE(bench.list().arrived().size(), 3);
+}
+
+void tst_DownloadList::addedFilesWaitBehindTheOthers()
+{
+    Bench bench;
+    const QStringList last = bench.names.mid(2);
+    const QList<qint64> lastSize = bench.sizes.mid(2);
+    bench.names.removeLast();
+    bench.sizes.removeLast();
+    QSignalSpy started(&bench.list(), &DownloadList::fileStarted);
+    QVERIFY(bench.list().start().isEmpty());
+    QCOMPARE(bench.list().add(last, lastSize), QString());
+    QCOMPARE(bench.states(), (QVector<State>{State::Running, State::Waiting, State::Waiting}));
+    QVERIFY(bench.waitForEnd());
+    QCOMPARE(started.count(), 3);
+    QCOMPARE(started.at(2).at(0).toInt(), 2);
+    QCOMPARE(bench.list().arrived().size(), 3);
+    QCOMPARE(bench.list().totalBytes(), 300'000 + 300'001 + 300'002);
+}
+
+void tst_DownloadList::addedFilesThatTheListHasAreNotFetchedTwice()
+{
+    Bench bench;
+    QObject::connect(&bench.list(), &DownloadList::fileStarted, [&bench](int index) {
+        if (index == 1) // one has arrived, one runs, one waits
+            QCOMPARE(bench.list().add(bench.names, bench.sizes), QString());
+    });
+    QVERIFY(bench.run());
+    QCOMPARE(bench.list().files().size(), 3);
+    QCOMPARE(bench.entries(), bench.names);
+}
+
+void tst_DownloadList::anAddedFileThatFailedIsFetchedAgain()
+{
+    Bench bench;
+    bench.removeFromLogger(0);
+    QObject::connect(&bench.list(), &DownloadList::fileStarted, [&bench](int index) {
+        if (index != 1)
+            return;
+        bench.putOnLogger(0);
+        QCOMPARE(bench.list().add(bench.names.mid(0, 1), bench.sizes.mid(0, 1)), QString());
+    });
+    QVERIFY(bench.run());
+    QCOMPARE(bench.list().files().size(), 3);
+    QCOMPARE(bench.list().arrived().size(), 3);
+}
+
+void tst_DownloadList::addedFilesOfAnotherSizeAreOtherFiles()
+{
+    Bench bench;
+    QVERIFY(bench.list().start().isEmpty());
+    QCOMPARE(bench.list().add(bench.names.mid(0, 1), {5}), QString());
+    QCOMPARE(bench.list().files().size(), 4);
+    QCOMPARE(bench.list().files().at(3).size, 5);
+}
+
+void tst_DownloadList::addingWithoutRoomChangesNothing()
+{
+    Bench bench;
+    bench.logger.setFault(QStringLiteral("stalled-file=1000"));
+    QVERIFY(bench.list().start().isEmpty());
+    const quint64 needed = quint64(bench.list().bytesLeft()) + 5;
+    bench.list().setFreeSpaceSource([needed] { return needed - 1; });
+    QVERIFY(!bench.list().add({QStringLiteral("d.rld")}, {5}).isEmpty());
+    QCOMPARE(bench.list().files().size(), 3);
+    bench.list().setFreeSpaceSource([needed] { return needed; });
+    QCOMPARE(bench.list().add({QStringLiteral("d.rld")}, {5}), QString());
+    QCOMPARE(bench.list().files().size(), 4);
+}
+
+void tst_DownloadList::addingToAListThatHasEndedBeginsAgain()
+{
+    Bench bench;
+    const QStringList last = bench.names.mid(2);
+    const QList<qint64> lastSize = bench.sizes.mid(2);
+    bench.names.removeLast();
+    bench.sizes.removeLast();
+    QVERIFY(bench.run());
+    QCOMPARE(bench.list().add(last, lastSize), QString());
+    QVERIFY(bench.waitForEnd());
     QCOMPARE(bench.list().arrived().size(), 3);
 }
 
@@ -165,6 +255,21 @@ void tst_DownloadList::aVanishedFolderFailsEveryFile()
     QVERIFY(QDir(bench.target.path()).removeRecursively());
     QVERIFY(bench.run());
     QCOMPARE(bench.states(), (QVector<State>{State::Failed, State::Failed, State::Failed}));
+    QVERIFY(!QFile::exists(bench.target.path()));
+}
+
+void tst_DownloadList::aFolderThatVanishesMeanwhileFailsTheRest()
+{
+    Bench bench;
+    QObject::connect(&bench.list(), &DownloadList::fileArrived,
+                     [&bench] { QVERIFY(QDir(bench.target.path()).removeRecursively()); });
+    QVERIFY(bench.run());
+    QCOMPARE(bench.states(), (QVector<State>{State::Arrived, State::Failed, State::Failed}));
+    for (int i : {1, 2})
+        QCOMPARE(
+            bench.list().files().at(i).error,
+            QStringLiteral("The file can't be stored: its name holds nothing that a file can be "
+                           "called by, or the folder is gone."));
     QVERIFY(!QFile::exists(bench.target.path()));
 }
 

@@ -17,6 +17,7 @@ private slots:
     void aTakenNameWithoutDotIsNumberedInFront();
     void numbersGoOnUntilOneIsFree();
     void caseDoesNotMakeANameFree();
+    void aGrowingFileHasItsName();
     void foldersHiddenFilesAndDeadLinksTakeNames();
     void withoutTheFolderThereIsNoName();
     void theLocalNameIsTheLastComponent_data();
@@ -77,6 +78,13 @@ void tst_KorvisSystemToolsClass::numbersGoOnUntilOneIsFree()
 void tst_KorvisSystemToolsClass::caseDoesNotMakeANameFree()
 {
     QCOMPARE(Folder({"A.RLD", "a_NR_2.rld"}).unique("a.rld"), QStringLiteral("a_nr_3.rld"));
+}
+
+void tst_KorvisSystemToolsClass::aGrowingFileHasItsName()
+{
+    QCOMPARE(Folder({"a.rld.part"}).unique("a.rld"), QStringLiteral("a_nr_2.rld"));
+    QCOMPARE(Folder({"a.rld", "A_nr_2.rld.part"}).unique("a.rld"), QStringLiteral("a_nr_3.rld"));
+    QCOMPARE(Folder({"a.rld.part.lock"}).unique("a.rld"), QStringLiteral("a.rld"));
 }
 
 void tst_KorvisSystemToolsClass::foldersHiddenFilesAndDeadLinksTakeNames()

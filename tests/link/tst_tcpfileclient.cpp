@@ -26,6 +26,7 @@ private slots:
     void anEarlyEndIsTold();
     void anEndWithoutBytesIsTold();
     void aRefusedConnectionIsTold();
+    void thirtySecondsOfSilenceAreTooMuch();
     void silenceEndsTheTransfer();
     void silenceBeforeTheFirstByteEndsTheTransfer();
     void silenceBehindTheLastByteIsTheEnd();
@@ -35,6 +36,7 @@ private slots:
     void impossibleSizesAreRefused();
     void namesThatAreNoLineAreRefused_data();
     void namesThatAreNoLineAreRefused();
+    void withoutALocalNameNothingIsAskedFor();
     void anAbortWithoutTransferDoesNothing();
     void aClientFetchesSeveralFilesInTurn();
     void aFailureDoesNotDisturbTheNextTransfer();
@@ -166,6 +168,11 @@ void tst_TcpFileClient::aRefusedConnectionIsTold()
     QCOMPARE(transfer.finished.count(), 0);
 }
 
+void tst_TcpFileClient::thirtySecondsOfSilenceAreTooMuch()
+{
+    QCOMPARE(TcpFileClient().silenceLimit(), 30'000);
+}
+
 void tst_TcpFileClient::silenceEndsTheTransfer()
 {
     FilePeer peer([](QTcpSocket &socket, const QByteArray &) { socket.write("01234"); });
@@ -240,7 +247,8 @@ void tst_TcpFileClient::impossibleSizesAreRefused()
     FilePeer peer(FilePeer::sending("0"));
     Transfer transfer;
     QVERIFY(!transfer.fetch(peer, size));
-    QVERIFY(transfer.text.contains(QString::number(size)));
+    QCOMPARE(transfer.text,
+             QStringLiteral("The size that the logger tells can't be right: %1 bytes.").arg(size));
     QCOMPARE(peer.requests.size(), 0);
 }
 
@@ -261,7 +269,19 @@ void tst_TcpFileClient::namesThatAreNoLineAreRefused()
     Transfer transfer;
     transfer.begin(peer.address(), peer.port(), 1, name);
     QVERIFY(!transfer.finish());
-    QVERIFY(!transfer.text.isEmpty());
+    QCOMPARE(transfer.text, QStringLiteral("The logger can't be asked for a file of this name."));
+    QCOMPARE(peer.requests.size(), 0);
+}
+
+void tst_TcpFileClient::withoutALocalNameNothingIsAskedFor()
+{
+    FilePeer peer(FilePeer::sending("0"));
+    Transfer transfer;
+    transfer.client.start(peer.address(), peer.port(), QStringLiteral("a.rld"), 1, {});
+    QVERIFY(!transfer.finish());
+    QCOMPARE(transfer.text,
+             QStringLiteral("The file can't be stored: its name holds nothing that a "
+                            "file can be called by, or the folder is gone."));
     QCOMPARE(peer.requests.size(), 0);
 }
 
@@ -306,6 +326,8 @@ void tst_TcpFileClient::theSimulatedLoggersFilesArrive_data()
                           << QStringLiteral("Received more data than expected. (700001Bytes)");
     QTest::newRow("stalled") << QStringLiteral("stalled-file=1000")
                              << QStringLiteral("The logger sent nothing for 0.3 seconds.");
+    QTest::newRow("silent") << QStringLiteral("stalled-file=0")
+                            << QStringLiteral("The logger sent nothing for 0.3 seconds.");
     QTest::newRow("dropped") << QStringLiteral("refuse-file-connection")
                              << QStringLiteral("disconnected");
 }

@@ -16,6 +16,8 @@ private slots:
     void anEndlessTimeIsBounded();
     void speedTexts_data();
     void speedTexts();
+    void amountsAreInTheUnitOfTheTotal_data();
+    void amountsAreInTheUnitOfTheTotal();
     void timeLeftTexts_data();
     void timeLeftTexts();
 };
@@ -104,6 +106,32 @@ void tst_TransferPace::speedTexts()
     QFETCH(qint64, bytesPerSecond);
     QFETCH(QString, text);
     QCOMPARE(speedText(bytesPerSecond), text);
+}
+
+void tst_TransferPace::amountsAreInTheUnitOfTheTotal_data()
+{
+    QTest::addColumn<qint64>("received");
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<QString>("text");
+    const auto row = [](qint64 received, qint64 total, const char *text) {
+        QTest::newRow(text) << received << total << QString::fromLatin1(text);
+    };
+    row(0, 0, "0 of 0 bytes");
+    row(500, 1023, "500 of 1023 bytes");
+    row(0, 1024, "0.0 of 1.0 KiB");
+    row(1536, 3 * 1024, "1.5 of 3.0 KiB");
+    row(1 << 20, 10 << 20, "1.0 of 10.0 MiB");
+    row(3'435'973'837, 13'314'398'618, "3.2 of 12.4 GiB");
+    row(1 << 30, qint64(5) << 40, "0.0 of 5.0 TiB");
+    row(qint64(1) << 53, qint64(1) << 60, "8192.0 of 1048576.0 TiB");
+}
+
+void tst_TransferPace::amountsAreInTheUnitOfTheTotal()
+{
+    QFETCH(qint64, received);
+    QFETCH(qint64, total);
+    QFETCH(QString, text);
+    QCOMPARE(amountText(received, total), text);
 }
 
 void tst_TransferPace::timeLeftTexts_data()

@@ -68,6 +68,9 @@ private slots:
     void anAbandonedLogIsFinishedLater();
     void anAbandonedLogThatEndsInsideAnEntryIsReadable();
     void anAbandonedLogTakesNobodysPlace();
+    void aLogThatStillGrowsIsLeftAlone();
+    void aLogThatAnotherProgramRecordsIsNotTouched();
+    void aLockThatWasLeftAloneIsCleared();
     void withoutAWholeConfigurationNothingIsKept();
     void aMissingFolderIsNamed();
 };
@@ -153,6 +156,46 @@ void tst_RecordingFile::anAbandonedLogTakesNobodysPlace()
     simulator::recoverRecordings(folder.path());
     QCOMPARE(QFileInfo(folder.filePath(name)).size(), qint64(5));
     QCOMPARE(entriesOf(folder.filePath(QStringLiteral("drive_2.rld"))), 2);
+}
+
+void tst_RecordingFile::aLogThatStillGrowsIsLeftAlone()
+{
+    const QTemporaryDir folder;
+    RecordingFile file(folder.path(), name);
+    QVERIFY(file.begin(TerminalStruct()));
+    QVERIFY(file.add(rawlog::syncStampEntry(1, 0)));
+    const QStringList growing = leftIn(folder);
+    simulator::recoverRecordings(folder.path());
+    QCOMPARE(leftIn(folder), growing);
+    QVERIFY(file.add(rawlog::syncStampEntry(2, 0)));
+    QVERIFY2(file.finish(), qPrintable(file.failure()));
+    QCOMPARE(leftIn(folder), QStringList{name});
+    QCOMPARE(entriesOf(folder.filePath(name)), 2);
+}
+
+// Both have looked for a free name before either began.
+void tst_RecordingFile::aLogThatAnotherProgramRecordsIsNotTouched()
+{
+    const QTemporaryDir folder;
+    RecordingFile first(folder.path(), name);
+    RecordingFile second(folder.path(), name);
+    QVERIFY(first.begin(TerminalStruct()));
+    QVERIFY(!second.begin(TerminalStruct()));
+    QVERIFY2(second.failure().endsWith(QStringLiteral(": another program records it")),
+             qPrintable(second.failure()));
+    second.remove();
+    QVERIFY(first.add(rawlog::syncStampEntry(1, 0)));
+    QVERIFY2(first.finish(), qPrintable(first.failure()));
+    QCOMPARE(leftIn(folder), QStringList{name});
+    QCOMPARE(entriesOf(folder.filePath(name)), 1);
+}
+
+void tst_RecordingFile::aLockThatWasLeftAloneIsCleared()
+{
+    const QTemporaryDir folder;
+    write(folder.filePath(name + QStringLiteral(".recording.lock")), {});
+    simulator::recoverRecordings(folder.path());
+    QCOMPARE(leftIn(folder), QStringList());
 }
 
 void tst_RecordingFile::withoutAWholeConfigurationNothingIsKept()

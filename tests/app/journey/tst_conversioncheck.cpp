@@ -15,7 +15,8 @@ constexpr quint32 pagesId = 0x1ABCDEF0;
 class Log
 {
 public:
-    Log()
+    // Without the frames of the speed from `missing` on, so many as told.
+    explicit Log(int missing = 0, int count = 0)
     {
         add("Intel", speedId, 0, 12);
         add("Motorola", speedId, 23, 16).little_endian = 0;
@@ -27,7 +28,8 @@ public:
         onPage1.mux_kind = MultiplexedSignal;
         onPage1.mux_value = 1;
         for (int i = 0; i < 50; ++i) {
-            addFrame(i * 2, speedId, QByteArray::fromHex("a5c37e811ff00f55").mid(i % 4));
+            if (i < missing || i >= missing + count)
+                addFrame(i * 2, speedId, QByteArray::fromHex("a5c37e811ff00f55").mid(i % 4));
             addFrame(i * 2 + 1, pagesId, QByteArray(1, char(i % 3)) + QByteArray(7, char(3 * i)));
         }
     }
@@ -47,10 +49,13 @@ public:
         if (!log.open(QIODevice::WriteOnly) || log.write(harness.log()) < 0)
             qFatal("The log of the test can't be written.");
         log.close();
-        return checkConversion(harness.job.inputFile, result.summary.outputFile);
+        const ExpectedLog expected{chosen ? *chosen : harness.configuration,
+                                   {{3, false, speedId, 2000}, {3, true, pagesId, 2000}}};
+        return checkConversion(harness.job.inputFile, result.summary.outputFile, expected);
     }
 
     ConversionHarness harness;
+    const TerminalStruct *chosen = nullptr; // none: what the log's head holds
 
 private:
     Signal &add(const char *name, quint32 id, int start, int length)
@@ -84,6 +89,11 @@ private slots:
     void aFrameMoreThanSamplesIsFound();
     void aWrongValueIsFound();
     void aMissingSignalIsFound();
+    void aChosenSignalThatTheHeadLacksIsFound();
+    void aChosenSignalThatTheHeadHoldsOtherwiseIsFound();
+    void aFrameThatBothReadersLackIsFound_data();
+    void aFrameThatBothReadersLackIsFound();
+    void aFrameThatCameTwiceIsFound();
     void whatIsNoFileIsNamed();
 };
 
@@ -123,10 +133,67 @@ void tst_ConversionCheck::aMissingSignalIsFound()
     QVERIFY2(check.failure.contains(QLatin1String("Other")), qPrintable(check.failure));
 }
 
+void tst_ConversionCheck::aChosenSignalThatTheHeadLacksIsFound()
+{
+    Log log;
+    TerminalStruct chosen;
+    record::copy(log.harness.configuration, chosen);
+    record::copy(*chosen.can[3].dbc_signals.at(0), chosen.can[3].dbc_signals.add());
+    chosen.can[3].dbc_signals.at(chosen.can[3].dbc_signals.size() - 1)->name =
+        QStringLiteral("Further");
+    log.chosen = &chosen;
+    QCOMPARE(log.checkAfter([] {}).failure,
+             QStringLiteral("CAN-3 Further: the log doesn't hold it as it was chosen"));
+}
+
+void tst_ConversionCheck::aChosenSignalThatTheHeadHoldsOtherwiseIsFound()
+{
+    Log log;
+    TerminalStruct chosen;
+    record::copy(log.harness.configuration, chosen);
+    chosen.can[3].dbc_signals.at(1)->factor = 0.5;
+    log.chosen = &chosen;
+    QCOMPARE(log.checkAfter([] {}).failure,
+             QStringLiteral("CAN-3 Motorola: the log doesn't hold it as it was chosen"));
+}
+
+void tst_ConversionCheck::aFrameThatBothReadersLackIsFound_data()
+{
+    QTest::addColumn<int>("missing");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("failure");
+    const auto row = [](const char *tag, int missing, int count, const char *failure) {
+        QTest::newRow(tag) << missing << count
+                           << QStringLiteral("CAN-3 Intel: ") + QLatin1String(failure);
+    };
+    row("one in the middle", 20, 1, "sent every 2 ms, but not from 38 ms to 42 ms of the log");
+    row("the first ones", 0, 3, "sent every 2 ms, but not from 0 ms to 5 ms of the log");
+    row("the last ones", 48, 2, "sent every 2 ms, but not from 94 ms to 99 ms of the log");
+    row("all", 0, 50, "its message is not in the log");
+}
+
+void tst_ConversionCheck::aFrameThatBothReadersLackIsFound()
+{
+    QFETCH(int, missing);
+    QFETCH(int, count);
+    QFETCH(QString, failure);
+    Log log(missing, count);
+    QCOMPARE(log.checkAfter([] {}).failure, failure);
+}
+
+void tst_ConversionCheck::aFrameThatCameTwiceIsFound()
+{
+    Log log;
+    log.addFrame(98, speedId, QByteArray(8, '\0'));
+    QCOMPARE(log.checkAfter([] {}).failure,
+             QStringLiteral("CAN-3 Intel: sent every 2 ms, but twice at 98 ms of the log"));
+}
+
 void tst_ConversionCheck::whatIsNoFileIsNamed()
 {
     const QString missing = QStringLiteral("missing.rld");
-    QVERIFY(checkConversion(missing, missing).failure.contains(missing));
+    const TerminalStruct nothing;
+    QVERIFY(checkConversion(missing, missing, {nothing, {}}).failure.contains(missing));
 }
 
 QTEST_GUILESS_MAIN(tst_ConversionCheck)

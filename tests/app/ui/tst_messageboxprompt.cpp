@@ -24,6 +24,8 @@ private slots:
     void aQuestionIsAnsweredByItsButtons();
     void returnAndEscapeMeanNo_data();
     void returnAndEscapeMeanNo();
+    void returnTakesAnOfferAndEscapeRefusesIt_data() { returnAndEscapeMeanNo_data(); }
+    void returnTakesAnOfferAndEscapeRefusesIt();
     void aWithdrawnQuestionMeansNo();
     void withdrawingWithoutAQuestionDoesNothing();
     void aBoxStandsInFrontOfTheDialogThatIsOpen();
@@ -101,6 +103,15 @@ void tst_MessageBoxPrompt::returnAndEscapeMeanNo()
     whenOpen<QMessageBox>(
         [key](QMessageBox &box) { QTest::keyClick(&box, static_cast<Qt::Key>(key)); });
     QVERIFY(!m_prompt.ask(QStringLiteral("title"), QStringLiteral("text")));
+}
+
+void tst_MessageBoxPrompt::returnTakesAnOfferAndEscapeRefusesIt()
+{
+    QFETCH(int, key);
+    whenOpen<QMessageBox>(
+        [key](QMessageBox &box) { QTest::keyClick(&box, static_cast<Qt::Key>(key)); });
+    QCOMPARE(m_prompt.offer(QStringLiteral("title"), QStringLiteral("text")),
+             key == Qt::Key_Return);
 }
 
 void tst_MessageBoxPrompt::aWithdrawnQuestionMeansNo()

@@ -6,6 +6,7 @@
 #include "tests/support/simulatedlogger.h"
 
 #include <QAccessible>
+#include <QDesktopServices>
 #include <QDir>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -14,6 +15,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QUrl>
 
 using Dialog = DialogTcpFileTransferClientDialog;
 using State = DownloadList::FileState;
@@ -28,7 +31,12 @@ private slots:
     void filesArriveInTheFolderForRawLogs();
     void theFileUnderWayIsShown();
     void progressSpeedAndTimeLeftAreShown();
+    void progressIsShownEveryHalfSecondByItself();
+    void bytesOfAllFilesAndTheTimeAreShown();
+    void theBarDoesNotGoBackAfterAFailure();
     void theEndIsShown();
+    void theTargetFolderIsOpened();
+    void theWholeNameStandsInTheTooltip();
     void conversionsFollowTheLastFile();
     void onlyRawLogsAreConverted();
     void withoutAFormatNothingIsConverted();
@@ -36,17 +44,33 @@ private slots:
     void aRetryFetchesTheFileAndThenConverts();
     void givingUpAFailedFileConvertsTheOthers();
     void cancelRejectsAndLeavesNoHalfFile();
-    void cancelDoesNotConvert();
     void cancelWhileNothingAnswersClosesAtOnce();
     void cancelDuringARetryConvertsNothing();
     void anUnreachableLoggerIsToldForEachFile();
     void aFileInPlaceOfTheFolderForRawLogsIsTold();
+    void cancelOffersWhatHasArrivedForConversion();
+    void cancelBeforeAnythingHasArrivedOffersNothing();
+    void theCancelButtonAsksNothing();
+    void escapeAndClosingAskWhileSomethingRuns_data();
+    void escapeAndClosingAskWhileSomethingRuns();
+    void aQuestionThatIsAnsweredNoLeavesTheDownload();
+    void aQuestionGoesWhenTheDownloadEnds();
+    void afterTheEndNothingIsAsked();
+    void keysOfTheFirstMomentCancelNothing_data();
+    void keysOfTheFirstMomentCancelNothing();
+    void whatRunsIsToldToWhoAsks();
     void aFolderThatCanNotBeMadeIsTold();
     void aShortageOfSpaceIsTold();
     void aShortageInARetryKeepsTheFailures();
     void textOfTheLoggerIsNotTakenForMarkup();
     void aLongNameDoesNotWidenTheWindow();
     void everyControlSaysWhatItIs();
+
+public slots:
+    void noteUrl(const QUrl &url) { m_url = url; }
+
+private:
+    QUrl m_url; // opened by the desktop
 };
 
 namespace {
@@ -71,6 +95,7 @@ struct Bench
                                                 eventFolder, formats, prompt);
             m_dialog->list().client().setSilenceLimit(5000);
             converted = std::make_unique<QSignalSpy>(m_dialog.get(), &Dialog::signalConvert);
+            offered = std::make_unique<QSignalSpy>(m_dialog.get(), &Dialog::signalOfferConversion);
         }
         return *m_dialog;
     }
@@ -78,6 +103,16 @@ struct Bench
     {
         dialog().start();
         waitForEnd();
+    }
+    // The first file has arrived, the second stops behind ten bytes.
+    void fetchOneAndAHalf()
+    {
+        QObject::connect(&dialog().list(), &DownloadList::fileStarted, [this](int index) {
+            if (index == 1)
+                logger.setFault(QStringLiteral("stalled-file=10"));
+        });
+        dialog().start();
+        QTRY_COMPARE(dialog().list().receivedBytes(), 1010);
     }
     void waitForEnd() { QTRY_COMPARE(button("cancel")->text(), QStringLiteral("Close")); }
 
@@ -123,6 +158,7 @@ struct Bench
     QHostAddress address = logger.address();
     ScriptedPrompt prompt;
     std::unique_ptr<QSignalSpy> converted;
+    std::unique_ptr<QSignalSpy> offered;
 
 private:
     std::unique_ptr<Dialog> m_dialog;
@@ -176,6 +212,53 @@ void tst_DialogTcpFileTransferClientDialog::progressSpeedAndTimeLeftAreShown()
     QCOMPARE(bench.label("speed"), QStringLiteral("0.0 Kbit/s"));
 }
 
+void tst_DialogTcpFileTransferClientDialog::progressIsShownEveryHalfSecondByItself()
+{
+    Bench bench;
+    bench.logger.setFault(QStringLiteral("stalled-file=500"));
+    bench.dialog().start();
+    const auto *timer = bench.dialog().findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(timer->interval(), 500);
+    QVERIFY(!timer->isSingleShot());
+    QTRY_COMPARE(bench.percent(), 500 * 100 / 3003);
+}
+
+void tst_DialogTcpFileTransferClientDialog::bytesOfAllFilesAndTheTimeAreShown()
+{
+    Bench bench;
+    bench.fetchOneAndAHalf();
+    bench.dialog().showProgress(3'661'000);
+    QCOMPARE(bench.label("bytes"), QStringLiteral("1.0 of 2.9 KiB"));
+    QCOMPARE(bench.label("elapsed"), QStringLiteral("1:01:01 elapsed"));
+}
+
+void tst_DialogTcpFileTransferClientDialog::theBarDoesNotGoBackAfterAFailure()
+{
+    int before = 0;
+    bool wentBack = false;
+    Bench bench;
+    bench.logger.setFault(QStringLiteral("stalled-file=500"));
+    bench.dialog().list().client().setSilenceLimit(300);
+    QObject::connect(&bench.dialog().list(), &DownloadList::fileStarted, [&bench](int index) {
+        if (index > 0) // what fails next has received less
+            bench.logger.setFault(QStringLiteral("stalled-file=10"));
+    });
+    QObject::connect(bench.child<QProgressBar>(QStringLiteral("progressBar")),
+                     &QProgressBar::valueChanged, [&](int value) {
+                         wentBack = wentBack || value < before;
+                         before = value;
+                     });
+    bench.dialog().start();
+    QTRY_COMPARE(bench.dialog().list().receivedBytes(), 500);
+    bench.dialog().slot_check_progress();
+    bench.waitForEnd();
+    QCOMPARE(bench.percent(), 500 * 100 / 3003);
+    QVERIFY(!wentBack);
+    bench.logger.clearFaults();
+    bench.button("retry")->click();
+    QCOMPARE(bench.percent(), 0); // anew
+}
+
 void tst_DialogTcpFileTransferClientDialog::theEndIsShown()
 {
     Bench bench;
@@ -191,6 +274,29 @@ void tst_DialogTcpFileTransferClientDialog::theEndIsShown()
     bench.button("cancel")->click();
     QCOMPARE(accepted.count(), 1);
     QVERIFY(!bench.dialog().isVisible());
+}
+
+void tst_DialogTcpFileTransferClientDialog::theTargetFolderIsOpened()
+{
+    Bench bench;
+    bench.run();
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "noteUrl");
+    bench.button("open_folder")->click();
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(m_url.toLocalFile(), QFileInfo(bench.targetPath(0)).path());
+}
+
+void tst_DialogTcpFileTransferClientDialog::theWholeNameStandsInTheTooltip()
+{
+    Bench bench;
+    const QString name = QString(300, QLatin1Char('x')) + QStringLiteral("<b>&.rld");
+    bench.names = QStringList{name};
+    bench.sizes = {5};
+    bench.dialog().start();
+    QVERIFY(bench.label("file").size() < name.size());
+    const QString tip = bench.child<QLabel>(QStringLiteral("label_file"))->toolTip();
+    QVERIFY2(tip.contains(name.toHtmlEscaped()), qPrintable(tip));
+    QVERIFY(!tip.contains(name));
 }
 
 void tst_DialogTcpFileTransferClientDialog::conversionsFollowTheLastFile()
@@ -285,19 +391,132 @@ void tst_DialogTcpFileTransferClientDialog::cancelRejectsAndLeavesNoHalfFile()
     QVERIFY(QDir(QFileInfo(bench.targetPath(0)).path()).isEmpty());
 }
 
-void tst_DialogTcpFileTransferClientDialog::cancelDoesNotConvert()
+void tst_DialogTcpFileTransferClientDialog::cancelOffersWhatHasArrivedForConversion()
+{
+    bool wasRejected = false;
+    Bench bench;
+    bench.fetchOneAndAHalf();
+    QObject::connect(&bench.dialog(), &Dialog::signalOfferConversion,
+                     [&] { wasRejected = !bench.dialog().isVisible(); });
+    bench.button("cancel")->click();
+    QCOMPARE(bench.converted->count(), 0);
+    QCOMPARE(bench.offered->count(), 1);
+    QCOMPARE(bench.offered->at(0).at(0).toStringList(), QStringList{bench.targetPath(0)});
+    QCOMPARE(bench.offered->at(0).at(1).toString(), bench.eventFolder);
+    QCOMPARE(bench.offered->at(0).at(2).value<ConversionGlobal::OutputFormatFlags>(),
+             bench.formats);
+    QVERIFY(wasRejected);
+    QVERIFY(QFile::exists(bench.targetPath(0)));
+}
+
+void tst_DialogTcpFileTransferClientDialog::cancelBeforeAnythingHasArrivedOffersNothing()
 {
     Bench bench;
-    QObject::connect(&bench.dialog().list(), &DownloadList::fileStarted, [&bench](int index) {
-        if (index == 1)
-            bench.logger.setFault(QStringLiteral("stalled-file=10"));
-    });
+    bench.logger.setFault(QStringLiteral("stalled-file=10"));
     bench.dialog().start();
-    QTRY_COMPARE(bench.dialog().list().receivedBytes(), 1010);
+    bench.button("cancel")->click();
+    QCOMPARE(bench.offered->count(), 0);
+    QCOMPARE(bench.converted->count(), 0);
+}
+
+void tst_DialogTcpFileTransferClientDialog::theCancelButtonAsksNothing()
+{
+    Bench bench;
+    bench.fetchOneAndAHalf();
+    bench.button("cancel")->click();
+    QVERIFY(!bench.dialog().isVisible());
+    QCOMPARE(bench.prompt.shown, QStringList());
+}
+
+void tst_DialogTcpFileTransferClientDialog::escapeAndClosingAskWhileSomethingRuns_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("escape") << true;
+    QTest::newRow("frame") << false;
+}
+
+void tst_DialogTcpFileTransferClientDialog::escapeAndClosingAskWhileSomethingRuns()
+{
+    QFETCH(bool, byKey);
+    Bench bench;
+    bench.fetchOneAndAHalf();
+    bench.prompt.answer = true;
+    if (byKey)
+        QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
+    else
+        bench.dialog().close();
+    QCOMPARE(bench.prompt.shown,
+             QStringList{QStringLiteral("Cancel download|Files that haven't arrived: 2 of 3.\n\n"
+                                        "Cancel and close this window? Files that have arrived "
+                                        "stay, the one under way is removed.")});
+    QVERIFY(!bench.dialog().isVisible());
+    QVERIFY(QFile::exists(bench.targetPath(0)));
+    QVERIFY(!bench.dialog().list().isRunning());
+}
+
+void tst_DialogTcpFileTransferClientDialog::aQuestionThatIsAnsweredNoLeavesTheDownload()
+{
+    Bench bench;
+    bench.fetchOneAndAHalf();
+    QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
+    QVERIFY(!bench.dialog().close());
+    QCOMPARE(bench.prompt.shown.size(), 2);
+    QVERIFY(bench.dialog().isVisible());
+    QVERIFY(bench.dialog().list().isRunning());
+}
+
+void tst_DialogTcpFileTransferClientDialog::aQuestionGoesWhenTheDownloadEnds()
+{
+    Bench bench;
+    bench.prompt.answer = true;
+    bench.prompt.duringABox = [&bench] { bench.waitForEnd(); };
+    bench.dialog().start();
+    QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
+    QCOMPARE(bench.prompt.shown.size(), 1);
+    QVERIFY(bench.prompt.withdrawn);
+    QVERIFY(bench.dialog().isVisible());
+    QCOMPARE(bench.label("title"), QStringLiteral("Download finished."));
+}
+
+void tst_DialogTcpFileTransferClientDialog::afterTheEndNothingIsAsked()
+{
+    Bench bench;
+    bench.run();
     QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
     QVERIFY(!bench.dialog().isVisible());
-    QCOMPARE(bench.converted->count(), 0);
-    QVERIFY(QFile::exists(bench.targetPath(0)));
+    QCOMPARE(bench.prompt.shown, QStringList());
+}
+
+void tst_DialogTcpFileTransferClientDialog::keysOfTheFirstMomentCancelNothing_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("return") << int(Qt::Key_Return);
+    QTest::newRow("space") << int(Qt::Key_Space);
+}
+
+// They were meant for the window that had the focus before.
+void tst_DialogTcpFileTransferClientDialog::keysOfTheFirstMomentCancelNothing()
+{
+    QFETCH(int, key);
+    Bench bench;
+    bench.logger.setFault(QStringLiteral("stalled-file=10"));
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "noteUrl");
+    bench.dialog().start();
+    QWidget *focused = bench.dialog().focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : &bench.dialog(), Qt::Key(key));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QVERIFY(bench.dialog().isVisible());
+    QVERIFY(bench.dialog().list().isRunning());
+}
+
+void tst_DialogTcpFileTransferClientDialog::whatRunsIsToldToWhoAsks()
+{
+    Bench bench;
+    QCOMPARE(bench.dialog().runningWork(), QString());
+    bench.fetchOneAndAHalf();
+    QCOMPARE(bench.dialog().runningWork(), QStringLiteral("Files that haven't arrived: 2 of 3."));
+    bench.dialog().cancel_transfer();
+    QCOMPARE(bench.dialog().runningWork(), QString());
 }
 
 void tst_DialogTcpFileTransferClientDialog::cancelWhileNothingAnswersClosesAtOnce()
@@ -379,6 +598,8 @@ void tst_DialogTcpFileTransferClientDialog::aShortageOfSpaceIsTold()
     QSignalSpy rejected(&bench.dialog(), &QDialog::rejected);
     bench.dialog().start();
     QCOMPARE(bench.prompt.shown.size(), 1);
+    QVERIFY(bench.prompt.shown.at(0).startsWith(
+        QStringLiteral("Download|There is not enough free space in ")));
     QVERIFY(bench.prompt.shown.at(0).contains(QStringLiteral("(3003 bytes)")));
     QVERIFY(bench.prompt.shown.at(0).contains(QStringLiteral("(5 bytes)")));
     QCOMPARE(rejected.count(), 1);
@@ -426,7 +647,8 @@ void tst_DialogTcpFileTransferClientDialog::everyControlSaysWhatItIs()
 {
     Bench bench;
     bench.run();
-    const QList<QWidget *> controls{bench.button("retry"), bench.button("cancel"), bench.failures(),
+    const QList<QWidget *> controls{bench.button("open_folder"), bench.button("retry"),
+                                    bench.button("cancel"), bench.failures(),
                                     bench.child<QProgressBar>(QStringLiteral("progressBar"))};
     for (const QWidget *control : controls) {
         QVERIFY2(!control->toolTip().isEmpty(), qPrintable(control->objectName()));

@@ -43,6 +43,8 @@ private slots:
     void aFailedDeleteStopsAndIsTold();
     void anUnknownReplyToADeleteIsTold();
     void aLossWhileTheQuestionIsOpenGivesNoSecondBox();
+    void filesThatAreBeingDownloadedAreNotDeleted();
+    void manyFilesThatAreBeingDownloadedAreCounted();
     void theDeleteKeyDeletes();
 
     void aDownloadCarriesNamesSizesFolderAndFormats();
@@ -355,6 +357,42 @@ void tst_LoggerMainViewStorage::aLossWhileTheQuestionIsOpenGivesNoSecondBox()
     m_bench->prompt.duringABox = [this] { m_bench->handler.disconnectLogger(); };
     m_bench->button("pushButton_delete_selected_logfile")->click();
     QCOMPARE(m_bench->prompt.shown.size(), 1); // the question
+}
+
+void tst_LoggerMainViewStorage::filesThatAreBeingDownloadedAreNotDeleted()
+{
+    MainViewBench bench;
+    for (const char *name : {"a.rld", "b.rld", "c.rld"})
+        bench.store(name, 10);
+    bench.connectAndRead();
+    bench.page->setFilesUnderWay([] { return QStringList{QStringLiteral("b.rld")}; });
+    bench.prompt.answer = true;
+    bench.select({0, 1});
+    bench.button("pushButton_delete_selected_logfile")->click();
+    QCOMPARE(bench.prompt.shown,
+             QStringList{QStringLiteral("Delete File|These files are being downloaded and can't be "
+                                        "deleted until that has ended:\r\nb.rld")});
+    QVERIFY(bench.isStored("b.rld"));
+    QVERIFY(bench.isStored("c.rld"));
+    bench.select({2});
+    bench.button("pushButton_delete_selected_logfile")->click();
+    QVERIFY(!bench.isStored("a.rld"));
+}
+
+void tst_LoggerMainViewStorage::manyFilesThatAreBeingDownloadedAreCounted()
+{
+    MainViewBench bench;
+    QStringList names;
+    for (int i = 10; i < 22; ++i) {
+        names += QString::number(i);
+        bench.store(qPrintable(names.last()), 10);
+    }
+    bench.connectAndRead();
+    bench.page->setFilesUnderWay([names] { return names; });
+    bench.table()->selectAll();
+    bench.button("pushButton_delete_selected_logfile")->click();
+    QVERIFY2(bench.prompt.shown.value(0).endsWith(QStringLiteral("\r\n12\r\nand 2 more")),
+             qPrintable(bench.prompt.shown.value(0)));
 }
 
 void tst_LoggerMainViewStorage::theDeleteKeyDeletes()

@@ -7,10 +7,33 @@
 
 #include <memory>
 
+#ifndef Q_OS_WIN
+#include <cerrno>
+#include <unistd.h>
+#endif
+
 namespace {
 
 using Move = void (*)(const std::filesystem::path &, const std::filesystem::path &,
                       std::error_code &);
+
+#ifndef Q_OS_WIN
+void moveByRealLink(const std::filesystem::path &from, const std::filesystem::path &to,
+                    std::error_code &error)
+{
+    moveByLink(from, to, error, link);
+}
+
+// As on a file system where a file has one name only.
+void moveWithoutLinks(const std::filesystem::path &from, const std::filesystem::path &to,
+                      std::error_code &error)
+{
+    moveByLink(from, to, error, [](const char *, const char *) {
+        errno = EPERM;
+        return -1;
+    });
+}
+#endif
 
 } // namespace
 
@@ -29,6 +52,10 @@ private slots:
     void anExistingFileIsRefusedAndBothStay();
     void aMissingFileLeavesNothing_data() { addMoves(); }
     void aMissingFileLeavesNothing();
+#ifndef Q_OS_WIN
+    void untilTheLinkIsMadeTheNameIsFree();
+    void aNameThatIsTakenWhileTheLinkIsMadeIsNotReplaced();
+#endif
 
 private:
     static void addMoves()
@@ -36,7 +63,8 @@ private:
         QTest::addColumn<Move>("move");
         QTest::newRow("as the file system can") << Move(moveWithoutReplacing);
 #ifndef Q_OS_WIN
-        QTest::newRow("onto a reservation") << Move(moveOntoReservation);
+        QTest::newRow("by a link") << Move(moveByRealLink);
+        QTest::newRow("without links") << Move(moveWithoutLinks);
 #endif
     }
     [[nodiscard]] QString path(const char *name) const
@@ -93,6 +121,39 @@ void tst_ExclusiveMove::aMissingFileLeavesNothing()
     QVERIFY(error == std::errc::no_such_file_or_directory);
     QVERIFY(!QFile::exists(path("to")));
 }
+
+#ifndef Q_OS_WIN
+// Whoever ends the program there leaves nothing under the final name.
+void tst_ExclusiveMove::untilTheLinkIsMadeTheNameIsFree()
+{
+    static bool wasFree = false;
+    make("from", "new");
+    std::error_code error;
+    moveByLink(native("from"), native("to"), error, [](const char *from, const char *to) {
+        wasFree = access(to, F_OK) != 0;
+        return link(from, to);
+    });
+    QVERIFY(!error);
+    QVERIFY(wasFree);
+    QCOMPARE(contentOf("to"), QByteArray("new"));
+}
+
+void tst_ExclusiveMove::aNameThatIsTakenWhileTheLinkIsMadeIsNotReplaced()
+{
+    make("from", "new");
+    std::error_code error;
+    moveByLink(native("from"), native("to"), error, [](const char *from, const char *to) {
+        QFile other(QFile::decodeName(to));
+        if (!other.open(QIODevice::WriteOnly) || other.write("old") != 3)
+            qFatal("A file of the test can't be written.");
+        other.close();
+        return link(from, to);
+    });
+    QVERIFY(error == std::errc::file_exists);
+    QCOMPARE(contentOf("from"), QByteArray("new"));
+    QCOMPARE(contentOf("to"), QByteArray("old"));
+}
+#endif
 
 QTEST_GUILESS_MAIN(tst_ExclusiveMove)
 #include "tst_exclusivemove.moc"
