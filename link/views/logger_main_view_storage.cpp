@@ -98,23 +98,31 @@ void Logger_Main_View::setUpTable()
             &QPushButton::click);
 }
 
+// A logger that doesn't answer isn't asked for more: each command keeps the window waiting.
 void Logger_Main_View::on_pushButton_refresh_storage_clicked()
 {
-    request_logfile_infos();
-    gather_disc_space_info();
+    if (showLogFiles())
+        gather_disc_space_info();
 }
 
 void Logger_Main_View::request_logfile_infos()
 {
+    (void)showLogFiles();
+}
+
+// False when the list can't be read, which is told.
+bool Logger_Main_View::showLogFiles()
+{
     const QString error = readLogFiles();
-    if (!error.isEmpty())
+    if (!error.isEmpty() && handler()->areBothConnected()) // the loss is told by the window
         m_prompt.warn(warning, error);
+    return error.isEmpty();
 }
 
 // Nobody has asked for it, so a failure gives no box; but files of another logger don't stay.
 void Logger_Main_View::readStorageOfNewLogger()
 {
-    if (!handler()->isConnected())
+    if (!handler()->areBothConnected())
         return;
     const QString error = readLogFiles();
     if (!error.isEmpty()) {
@@ -240,7 +248,7 @@ void Logger_Main_View::on_pushButton_delete_selected_logfile_clicked()
     if (!m_prompt.ask(QStringLiteral("Delete File"), question))
         return;
     const QString error = deleteFiles(files);
-    if (!handler()->isConnected())
+    if (!handler()->areBothConnected())
         return; // the loss is told by the window
     if (!error.isEmpty())
         m_prompt.warn(warning, error);

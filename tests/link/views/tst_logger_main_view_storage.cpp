@@ -29,6 +29,8 @@ private slots:
     void aRefreshKeepsTheSelection();
     void aFailedListIsToldAndTheOldOneStays_data();
     void aFailedListIsToldAndTheOldOneStays();
+    void aLoggerThatGivesNoListIsAskedForNothingElse();
+    void aLossDuringARefreshGivesNoBoxOfThePage();
     void aNewLoggersFailedListGivesNoBoxAndLeavesNoOldFiles();
     void hostileNamesAreShownAsPlainShortText();
     void freeSpaceNeedsTwoValues();
@@ -188,6 +190,28 @@ void tst_LoggerMainViewStorage::aFailedListIsToldAndTheOldOneStays()
     m_bench->logger.setFault(fault);
     m_bench->page->request_logfile_infos();
     QCOMPARE(m_bench->prompt.shown, QStringList({text}));
+    QCOMPARE(m_bench->column(0), QStringList({QStringLiteral("a.rld")}));
+}
+
+void tst_LoggerMainViewStorage::aLoggerThatGivesNoListIsAskedForNothingElse()
+{
+    m_bench->connectAndRead();
+    m_bench->logger.setFault(QStringLiteral("lost-reply@sys_get_logfiles"));
+    const auto asked = m_bench->countCommands("sys_get_disc_space_info");
+    m_bench->button("pushButton_refresh_storage")->click();
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Warning|No CMD-Response. (sys_get_logfiles)")}));
+    QCOMPARE(asked->load(), 0);
+}
+
+void tst_LoggerMainViewStorage::aLossDuringARefreshGivesNoBoxOfThePage()
+{
+    m_bench->store("a.rld", 1);
+    m_bench->connectAndRead();
+    m_bench->logger.setFault(QStringLiteral("drop-in-reply@sys_get_logfiles"));
+    m_bench->button("pushButton_refresh_storage")->click();
+    QVERIFY(!m_bench->handler.areBothConnected());
+    QVERIFY(m_bench->prompt.shown.isEmpty());
     QCOMPARE(m_bench->column(0), QStringList({QStringLiteral("a.rld")}));
 }
 
