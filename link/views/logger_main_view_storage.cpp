@@ -67,6 +67,12 @@ qint64 sumOfSizes(const QVector<File> &files, const QList<int> &indices)
     return sum;
 }
 
+QString unsendableName(const QString &name)
+{
+    return QStringLiteral("The file %1 can't be deleted: its name can't be sent to the logger.")
+        .arg(loggerstorage::shownName(name));
+}
+
 QString deleteError(const QByteArray &reply)
 {
     const auto outcome = protocol::evaluateSetReply(
@@ -280,6 +286,8 @@ QString Logger_Main_View::deleteFiles(const QList<int> &files)
         progress.setValue(done);
         if (progress.wasCanceled())
             break;
+        if (!protocol::isArgument(names.at(done)))
+            return unsendableName(names.at(done));
         const QString error = deleteError(handler()->sendCommand(
             protocol::commandText(Command::DeleteLogFile, {names.at(done)}), timeout_ms));
         if (!error.isEmpty())
