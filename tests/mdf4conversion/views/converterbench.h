@@ -29,6 +29,8 @@ public:
     QString makeLog(const QString &name, int frames = 10, const QByteArray &rubbish = {}) const;
     [[nodiscard]] QString outputDir() const { return m_folder.filePath(QStringLiteral("out")); }
     [[nodiscard]] QString output(const char *name) const;
+    // A raw log of these bytes.
+    [[nodiscard]] QString writeLog(const QString &name, const QByteArray &bytes) const;
     // All that stands in the output folder.
     [[nodiscard]] QString left() const;
     [[nodiscard]] PlannedConversion plan(const QString &log,
