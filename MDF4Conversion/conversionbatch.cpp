@@ -94,7 +94,8 @@ QString conversionbatch::parallelLabel(int count)
     return QStringLiteral("...converting %1 files...").arg(count);
 }
 
-QString conversionbatch::finishedLabel(int count)
+QString conversionbatch::finishedLabel(int count, bool isCancelled)
 {
-    return QStringLiteral("...conversion of %1 file(s) finished...").arg(count);
+    const QString label = QStringLiteral("...conversion of %1 file(s) finished...").arg(count);
+    return isCancelled ? label + QStringLiteral(" (cancelled)") : label;
 }

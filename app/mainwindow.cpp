@@ -10,6 +10,7 @@
 #include "app/ui/dialogdelaydialog.h"
 #include "app/ui/onlycontrol.h"
 #include "app/ui/plainpage.h"
+#include "app/ui/runningwork.h"
 #include "link/views/dialogdownloadoptions.h"
 #include "link/views/logger_main_view.h"
 #include "ui_mainwindow.h"
@@ -534,11 +535,28 @@ void MainWindow::restorePlace()
     m_ui->splitter->restoreState(place.store.value(place.splitter).toByteArray());
 }
 
+// Asks when windows of this one would lose their work.
+bool MainWindow::mayClose()
+{
+    const QStringList running = runningWorkOf(*this);
+    if (running.isEmpty())
+        return true;
+    return m_parts.prompt->ask(
+        QStringLiteral("Close program"),
+        running.join(QLatin1Char('\n'))
+            + QStringLiteral("\n\nClose the program and end this work? Files "
+                             "that aren't whole are removed."));
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (m_opening) {
         m_closesWhenOpened = true;
         m_parts.link->cancelConnect();
+        event->ignore();
+        return;
+    }
+    if (!mayClose()) {
         event->ignore();
         return;
     }

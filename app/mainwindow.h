@@ -108,6 +108,7 @@ private:
     void waitForUpdate(int delay_s);
     [[nodiscard]] bool takesDrop(const QMimeData *dropped) const;
     void askToConvert(const QStringList &rawLogs);
+    [[nodiscard]] bool mayClose();
     [[nodiscard]] QString address() const;
 
     MainWindowParts m_parts;

@@ -53,6 +53,9 @@ public:
     // fail, too.
     void cancelConnect();
     [[nodiscard]] bool isConnected() const;
+    // False at once when either socket is lost. isConnected() follows when the news has come, which
+    // is what the user is told of then.
+    [[nodiscard]] bool areBothConnected() const;
 
     // The steps of connecting. On failure lastCommandError() tells why.
     [[nodiscard]] bool getSoftwareVersion(int &major, int &minor);
@@ -192,7 +195,6 @@ private:
     };
 
     void connectWorkers();
-    [[nodiscard]] bool areBothConnected() const;
     template <class Worker, class... Arguments>
     void connectNews(Worker *worker, void (Worker::*signal)(Arguments...),
                      void (Logger_Data_Handler_Class::*slot)(Arguments...));

@@ -72,11 +72,12 @@ LogTriggerCfg edited(const TerminalStruct &configuration, const Input &shown, co
         record.signal_value = now.value;
     if (now.stop_if_lower != shown.stop_if_lower)
         record.stop_if_lower = now.stop_if_lower ? 1 : 0;
-    if (now.can_nr != shown.can_nr)
-        record.signal_can = quint8(now.can_nr);
 
+    // The choice comes from the channel that is shown. The record may hold one that doesn't exist.
     const std::optional<Choice> valid =
-        choice ? found(choicesOf(configuration, record.signal_can), *choice) : std::nullopt;
+        choice ? found(choicesOf(configuration, now.can_nr), *choice) : std::nullopt;
+    if (valid || now.can_nr != shown.can_nr)
+        record.signal_can = quint8(now.can_nr);
     record.signal = valid ? valid->signal : Signal();
     record.multiplexor = valid ? valid->multiplexor : Signal();
     return record;

@@ -37,8 +37,8 @@ struct Input
 };
 
 // The held record with what the user has changed: where a widget holds what it has shown, the record
-// stays as it is, since a widget may not be able to hold all that a record can. A choice that is
-// none of the channel's doesn't count.
+// stays as it is, since a widget may not be able to hold all that a record can. A choice brings its
+// channel, which is the one shown; one that is none of that channel's doesn't count.
 [[nodiscard]] LogTriggerCfg edited(const TerminalStruct &configuration, const Input &shown,
                                    const Input &now, const std::optional<Choice> &choice);
 

@@ -116,7 +116,8 @@ private:
         m_context.messages->warning(
             QStringLiteral("CAN-DBC Signals that reach beyond their frame, what is missing reads "
                            "as 0: CAN-%1 msgID:%2: %3")
-                .arg(QString::number(m_number), QString::number(id), nameList(beyond)));
+                .arg(QString::number(m_number), QString::number(id),
+                     nameList(beyond).toHtmlEscaped()));
     }
 
     // Each value of the multiplexor has a group of its own, with the plain signals, too.

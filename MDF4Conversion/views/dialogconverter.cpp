@@ -98,6 +98,7 @@ void DialogConverter::addConversion(const PlannedConversion &conversion, const C
 void DialogConverter::start()
 {
     m_clock.start();
+    m_isRunning = true;
     if (m_sequential && !m_widgets.empty())
         startConversion(0);
     if (!m_sequential) {
@@ -190,10 +191,13 @@ bool DialogConverter::showErrors()
 
 void DialogConverter::finish()
 {
+    m_isRunning = false;
+    if (m_isAsking)
+        m_prompt.withdrawQuestion();
     m_ui->pushButtonOk->setEnabled(true);
     m_ui->pushButtonOk->setFocus();
     m_ui->pushButtonCancel->setEnabled(false);
-    m_ui->label_status->setText(conversionbatch::finishedLabel(count()));
+    m_ui->label_status->setText(conversionbatch::finishedLabel(count(), m_isCancelled));
     if (m_widgets.empty())
         return;
     const QString title = QStringLiteral("Conversion(s) finished!");
@@ -212,8 +216,47 @@ void DialogConverter::finish()
 void DialogConverter::cancelAll()
 {
     m_isCancelled = true;
-    for (int index = m_sequential ? m_current : 0; index < count(); ++index)
+    for (int index = m_sequential ? m_current : 0; index < count(); ++index) {
         m_widgets[std::size_t(index)]->cancel();
+        m_widgets[std::size_t(index)]->showCancelled();
+    }
+}
+
+QString DialogConverter::runningWork() const
+{
+    if (!m_isRunning)
+        return {};
+    // In a sequence only the current one may have ended behind those before it.
+    const int first = m_sequential ? m_current : 0;
+    const int behind = m_sequential ? qMin(m_current + 1, count()) : count();
+    int ended = first;
+    for (int index = first; index < behind; ++index)
+        ended += m_widgets[std::size_t(index)]->isFinished() ? 1 : 0;
+    return QStringLiteral("Conversions that haven't ended: %1 of %2.")
+        .arg(count() - ended)
+        .arg(count());
+}
+
+// False when they have ended while the question was open, too.
+bool DialogConverter::isToEnd()
+{
+    const QPointer<DialogConverter> self(this); // the window may go while the box is open
+    m_isAsking = true;
+    const bool isYes =
+        m_prompt.ask(QStringLiteral("Cancel conversion"),
+                     runningWork()
+                         + QStringLiteral("\n\nCancel and close this window? Files that aren't "
+                                          "whole are removed."));
+    if (self)
+        m_isAsking = false;
+    return self && isYes && m_isRunning;
+}
+
+void DialogConverter::reject()
+{
+    if (m_isAsking || (m_isRunning && !isToEnd()))
+        return;
+    QDialog::reject();
 }
 
 void DialogConverter::on_comboBoxFiles_currentIndexChanged(int index)
@@ -246,6 +289,7 @@ void DialogConverter::on_pushButtonCopyMessages_clicked()
 
 void DialogConverter::on_DialogConverter_UI_rejected()
 {
+    m_isRunning = false;
     m_pollTimer.stop();
     cancelAll();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MDF4Conversion/conversionglobal.h"
+#include "app/ui/runningwork.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
@@ -21,7 +22,7 @@ class DialogConverter_UI;
 
 // Converts one batch of raw logs, a conversion for each pair of file and format, one after the
 // other or all at once.
-class DialogConverter : public QDialog
+class DialogConverter : public QDialog, public RunningWork
 {
     Q_OBJECT
 
@@ -39,6 +40,12 @@ public:
 
     void start();
 
+    [[nodiscard]] QString runningWork() const override;
+
+public slots:
+    // Asks first as long as conversions run.
+    void reject() override;
+
 private slots:
     void onPollTimerTriggered();
     void on_comboBoxFiles_currentIndexChanged(int index);
@@ -53,6 +60,7 @@ private:
     void startConversion(int index);
     void refreshFigures(bool hasEnded);
     void cancelAll();
+    [[nodiscard]] bool isToEnd();
     [[nodiscard]] bool showErrors();
     void finish();
     [[nodiscard]] bool advance();
@@ -65,6 +73,8 @@ private:
     std::vector<WidgetConverterBase *> m_widgets; // children of the form
     QTimer m_pollTimer{this};
     QElapsedTimer m_clock;
-    int m_current = 0; // runs, when sequential
+    int m_current = 0;        // runs, when sequential
+    bool m_isRunning = false; // from the start until all have ended or the dialog is rejected
     bool m_isCancelled = false;
+    bool m_isAsking = false;
 };

@@ -91,6 +91,12 @@ QString WidgetConverterBase::messages() const
     return m_ui->plainTextEdit_messages->toPlainText();
 }
 
+void WidgetConverterBase::showCancelled()
+{
+    if (!m_clock.isValid())
+        m_ui->label_figures->setText(QStringLiteral("cancelled"));
+}
+
 void WidgetConverterBase::refreshFigures()
 {
     if (!m_clock.isValid())
@@ -190,6 +196,7 @@ void WidgetConverterBase::updateTree(std::map<QString, std::map<QString, QString
     tree->setUpdatesEnabled(false);
     const bool isAnew = !sameNames();
     if (isAnew) {
+        m_isExpanded = false;
         tree->clear();
         QList<QTreeWidgetItem *> groups;
         for (const auto &[name, rows] : treeData)
@@ -199,8 +206,10 @@ void WidgetConverterBase::updateTree(std::map<QString, std::map<QString, QString
     int index = 0;
     for (const auto &group : treeData)
         updateGroup(tree->topLevelItem(index++), group.second);
-    if (isAnew && expandAll)
+    if (expandAll && !m_isExpanded) {
         tree->expandAll();
+        m_isExpanded = true;
+    }
     tree->setUpdatesEnabled(true);
 }
 

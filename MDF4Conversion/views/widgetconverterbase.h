@@ -59,6 +59,8 @@ public:
     [[nodiscard]] QString messages() const;
     // Shows what has changed with time.
     void refreshFigures();
+    // The batch has been cancelled: what hasn't started never will.
+    void showCancelled();
 
 public slots:
     void appendColoredLineBold(QString boldTxt, QString txtToAppend, QString colorHtml);
@@ -99,5 +101,6 @@ private:
     const double m_inputSize;
     MessageLimits m_limits;
     QElapsedTimer m_clock;
-    double m_elapsed_s = 0; // stands still once the conversion has finished
+    double m_elapsed_s = 0;    // stands still once the conversion has finished
+    bool m_isExpanded = false; // the tree, once; then the user closes what he likes
 };

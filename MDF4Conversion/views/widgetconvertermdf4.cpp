@@ -7,8 +7,6 @@
 #include <QDir>
 #include <QThread>
 
-#include <limits>
-
 namespace {
 
 constexpr unsigned long endWait_ms = 3000;
@@ -148,14 +146,17 @@ void WidgetConverterMdf4::relayOnWorkerThread(void (WorkerConvertMDF4::*signal)(
 
 void WidgetConverterMdf4::poll()
 {
-    showMessages(messagesPerPoll);
+    const bool areAllShown = showMessages();
+    if (m_hasWorkerEnded && areAllShown && !m_isOver)
+        conclude();
 }
 
-void WidgetConverterMdf4::showMessages(std::size_t atMost)
+// True when no further ones wait.
+bool WidgetConverterMdf4::showMessages()
 {
-    const auto messages = m_relay->take(atMost);
+    const auto messages = m_relay->take(messagesPerPoll);
     if (messages.empty())
-        return;
+        return true;
     appendTogether([this, &messages] {
         for (const MessageRelay::Message &message : messages) {
             if (message.kind == MessageLimits::Kind::Error)
@@ -166,11 +167,12 @@ void WidgetConverterMdf4::showMessages(std::size_t atMost)
                 appendNfoLine(message.text);
         }
     });
+    return messages.size() < messagesPerPoll;
 }
 
 void WidgetConverterMdf4::cancel()
 {
-    if (isFinished())
+    if (isFinished() || m_hasWorkerEnded)
         return;
     if (m_thread)
         m_thread->worker().requestCancelProcess();
@@ -179,8 +181,8 @@ void WidgetConverterMdf4::cancel()
 
 bool WidgetConverterMdf4::isFinished() const
 {
-    if (m_thread && !m_thread->isFinished())
-        return false;
+    if (m_thread)
+        return m_isOver && m_thread->isFinished();
     return m_state != conversionstate::notStarted && m_state != conversionstate::running;
 }
 
@@ -188,19 +190,32 @@ void WidgetConverterMdf4::disconnectWarnings()
 {
     qDebug("Warn Disconnected");
     if (m_thread)
-        disconnect(&m_thread->worker(), &WorkerConvertMDF4::sig_warning, this, nullptr);
+        disconnect(worker(), &WorkerConvertMDF4::sig_warning, this, nullptr);
 }
 
 void WidgetConverterMdf4::disconnectStatus()
 {
     qDebug("Nfo Disconnected");
     if (m_thread)
-        disconnect(&m_thread->worker(), &WorkerConvertMDF4::sig_status, this, nullptr);
+        disconnect(worker(), &WorkerConvertMDF4::sig_status, this, nullptr);
 }
 
+const WorkerConvertMDF4 *WidgetConverterMdf4::worker() const
+{
+    return m_thread ? &m_thread->worker() : nullptr;
+}
+
+// A worker may leave more messages than can be shown at once.
 void WidgetConverterMdf4::setFinalState()
 {
-    showMessages(std::numeric_limits<std::size_t>::max()); // all: errors among them count below
+    m_hasWorkerEnded = true;
+    poll();
+}
+
+// When all messages are shown: errors among them count.
+void WidgetConverterMdf4::conclude()
+{
+    m_isOver = true;
     const QString &written = m_thread->worker().summary().outputFile;
     if (!written.isEmpty())
         showOutputFile(written); // a free name, if the planned one got taken meanwhile

@@ -22,25 +22,28 @@ public:
     void start() override;
     void cancel() override;
     [[nodiscard]] bool isFinished() const override;
-    // Shows the next messages.
+    // Shows the next messages. Behind the worker's end the last ones bring the final state.
     void poll() override;
     void disconnectWarnings() override;
     void disconnectStatus() override;
     [[nodiscard]] quint8 state() const override { return m_state; }
 
 public slots:
-    // When the worker has ended.
+    // When the worker has ended. The state follows once its messages are shown.
     void setFinalState();
 
 protected:
     [[nodiscard]] QString rowStatus(const QString &count) const override;
+    // Lives on a thread of its own; null before the start.
+    [[nodiscard]] const WorkerConvertMDF4 *worker() const;
 
 private:
     class Thread;
 
     void connectWorker();
     void relayOnWorkerThread(void (WorkerConvertMDF4::*signal)(QString), MessageLimits::Kind kind);
-    void showMessages(std::size_t atMost);
+    [[nodiscard]] bool showMessages();
+    void conclude();
     void cleanUpTemporaryDir();
 
     UserPrompt &m_prompt;
@@ -49,4 +52,6 @@ private:
     const std::shared_ptr<MessageRelay> m_relay = std::make_shared<MessageRelay>();
     Thread *m_thread = nullptr; // deletes itself; null before the start
     quint8 m_state = conversionstate::notStarted;
+    bool m_hasWorkerEnded = false;
+    bool m_isOver = false; // and all its messages are shown
 };

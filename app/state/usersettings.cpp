@@ -85,9 +85,11 @@ bool UserSettings::setLastEventFolder(int number)
 QMap<int, QString> UserSettings::eventFolders() const
 {
     QMap<int, QString> folders;
-    for (int i = 0; i < maxEventFolders; ++i)
-        if (const auto folder = m_file.value(download, keyEventFolder(i)); folder.has_value())
-            folders.insert(i, *folder);
+    for (int i = 0; i < maxEventFolders; ++i) {
+        const QString folder = m_file.value(download, keyEventFolder(i)).value_or(QString());
+        if (!folder.isEmpty())
+            folders.insert(i, folder);
+    }
     return folders;
 }
 

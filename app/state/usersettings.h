@@ -28,7 +28,7 @@ public:
     // Number of the event folder that was chosen last; 0 if none was.
     [[nodiscard]] int lastEventFolder() const;
     bool setLastEventFolder(int number);
-    // The event folders by number, 0 to maxEventFolders - 1.
+    // The event folders by number, 0 to maxEventFolders - 1. An empty path is none.
     [[nodiscard]] QMap<int, QString> eventFolders() const;
     bool setEventFolder(int number, const QString &path);
     bool removeEventFolder(int number);

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+
+class QWidget;
 
 // A window whose closing would end work that takes its time. The main window asks those of its
 // dialogs that are one before the program ends. Used on the GUI thread.
@@ -12,7 +15,10 @@ public:
     RunningWork(const RunningWork &) = delete;
     RunningWork &operator=(const RunningWork &) = delete;
 
-    // What runs, as a sentence of plain text for the user with how much of it is left: "2 of 5
-    // conversions haven't ended." Empty: nothing runs, and closing costs nothing.
+    // What runs, as a sentence of plain text for the user with how much of it is left:
+    // "Conversions that haven't ended: 2 of 5." Empty: nothing runs, and closing costs nothing.
     [[nodiscard]] virtual QString runningWork() const = 0;
 };
+
+// What runs in the dialogs of a window.
+[[nodiscard]] QStringList runningWorkOf(const QWidget &window);

@@ -132,6 +132,12 @@ const CommandRow &commandRow(Command command)
     return rows.at(int(command));
 }
 
+bool isArgument(const QString &text)
+{
+    return !text.isEmpty() && !text.contains(QLatin1Char('\r')) && !text.contains(QLatin1Char('\n'))
+           && QString::fromLatin1(text.toLatin1()) == text;
+}
+
 QByteArray commandText(Command command, const QStringList &arguments)
 {
     const CommandRow &row = commandRow(command);

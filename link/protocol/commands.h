@@ -70,6 +70,10 @@ struct CommandRow
 [[nodiscard]] const QVector<CommandRow> &commandTable();
 [[nodiscard]] const CommandRow &commandRow(Command command);
 
+// Whether a line of the logger's protocols can carry the text: it isn't empty, all of it is Latin-1,
+// and it holds no line end, with which it would be two lines.
+[[nodiscard]] bool isArgument(const QString &text);
+
 // The bytes to send, in Latin-1. The arguments are inserted as they are, whatever they hold.
 // Precondition: as many arguments as the row has placeholders.
 [[nodiscard]] QByteArray commandText(Command command, const QStringList &arguments = {});

@@ -56,7 +56,7 @@ public slots:
     void on_lineEdit_event_meassurement_name_returnPressed();
     void show_system_infos();
 
-    // Each shows its failure.
+    // Each shows its failure, but for a lost connection, which the window tells.
     void request_logfile_infos();
     void gather_disc_space_info();
     void on_pushButton_refresh_storage_clicked();
@@ -97,6 +97,7 @@ private:
 
     void setUpTable();
     void readStorageOfNewLogger();
+    [[nodiscard]] bool showLogFiles();
     [[nodiscard]] QString readLogFiles();
     void showFiles(const loggerstorage::Listing &listing);
     void showFile(int row, int fileIndex);

@@ -70,6 +70,12 @@ qint64 sumOfSizes(const QVector<File> &files, const QList<int> &indices)
     return sum;
 }
 
+QString unsendableName(const QString &name)
+{
+    return QStringLiteral("The file %1 can't be deleted: its name can't be sent to the logger.")
+        .arg(loggerstorage::shownName(name));
+}
+
 QString deleteError(const QByteArray &reply)
 {
     const auto outcome = protocol::evaluateSetReply(
@@ -101,23 +107,31 @@ void Logger_Main_View::setUpTable()
             &QPushButton::click);
 }
 
+// A logger that doesn't answer isn't asked for more: each command keeps the window waiting.
 void Logger_Main_View::on_pushButton_refresh_storage_clicked()
 {
-    request_logfile_infos();
-    gather_disc_space_info();
+    if (showLogFiles())
+        gather_disc_space_info();
 }
 
 void Logger_Main_View::request_logfile_infos()
 {
+    (void)showLogFiles();
+}
+
+// False when the list can't be read, which is told.
+bool Logger_Main_View::showLogFiles()
+{
     const QString error = readLogFiles();
-    if (!error.isEmpty())
+    if (!error.isEmpty() && handler()->areBothConnected()) // the loss is told by the window
         m_prompt.warn(warning, error);
+    return error.isEmpty();
 }
 
 // Nobody has asked for it, so a failure gives no box; but files of another logger don't stay.
 void Logger_Main_View::readStorageOfNewLogger()
 {
-    if (!handler()->isConnected())
+    if (!handler()->areBothConnected())
         return;
     const QString error = readLogFiles();
     if (!error.isEmpty()) {
@@ -245,7 +259,7 @@ void Logger_Main_View::on_pushButton_delete_selected_logfile_clicked()
     if (!m_prompt.ask(QStringLiteral("Delete File"), question))
         return;
     const QString error = deleteFiles(files);
-    if (!handler()->isConnected())
+    if (!handler()->areBothConnected())
         return; // the loss is told by the window
     if (!error.isEmpty())
         m_prompt.warn(warning, error);
@@ -302,6 +316,8 @@ QString Logger_Main_View::deleteFiles(const QList<int> &files)
         progress.setValue(done);
         if (progress.wasCanceled())
             break;
+        if (!protocol::isArgument(names.at(done)))
+            return unsendableName(names.at(done));
         const QString error = deleteError(handler()->sendCommand(
             protocol::commandText(Command::DeleteLogFile, {names.at(done)}), timeout_ms));
         if (!error.isEmpty())

@@ -27,6 +27,7 @@ private slots:
     void aValueThatStaysTheSameIsNotWritten();
     void aRemovedEventFolderIsGone();
     void eventFoldersBeyondTheLimitAreIgnored();
+    void anEmptyPathIsNoEventFolder();
     void theFileLiesNextToTheExecutable();
     void theFileLiesInTheUsersFolderWhereTheProgramsCannotBeWritten();
     void theUsersFolderIsMadeWhenItIsNeeded();
@@ -152,6 +153,13 @@ void tst_UserSettings::eventFoldersBeyondTheLimitAreIgnored()
 {
     write("[download]\nevent_folder_20 = /a\nevent_folder_-1 = /b\nevent_folder_x = /c\n");
     QVERIFY(UserSettings(m_path).eventFolders().isEmpty());
+}
+
+void tst_UserSettings::anEmptyPathIsNoEventFolder()
+{
+    write("[download]\nevent_folder_0 =\nevent_folder_1 = /b\nevent_folder_2 = \"\"\n");
+    const QMap<int, QString> folders{{1, QStringLiteral("/b")}};
+    QCOMPARE(UserSettings(m_path).eventFolders(), folders);
 }
 
 void tst_UserSettings::theFileLiesNextToTheExecutable()

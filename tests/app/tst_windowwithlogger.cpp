@@ -6,17 +6,21 @@
 #include "app/ui/slideswitch.h"
 #include "config/configfile.h"
 #include "link/protocol/messagetypes.h"
+#include "link/views/logger_main_view.h"
 #include "tests/app/messagesink.h"
 #include "tests/app/scriptedprompt.h"
 #include "tests/support/silentport.h"
 #include "tests/support/simulatedlogger.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -49,8 +53,29 @@ private slots:
     void aLoggerThatIsNotThereIsTold();
     void connectingToASilentLoggerIsCancelledByTheSameButton();
     void theDebugWindowTalksToTheLogger();
+    void aLossDuringARefreshOfTheFilesLeadsToOneMessage();
+    void theFilesPickedOnThePageAreDownloaded();
 
 private:
+    // Connects to a logger with one file, and lets the page read its list.
+    void connectToAFile()
+    {
+        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("storage")));
+        const QString storage = m_folder->filePath(QStringLiteral("storage"));
+        QFile file(storage + QStringLiteral("/a.rld"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("1234567") == 7);
+        file.close();
+        m_logger->inspect(
+            [storage](simulator::LoggerSimulator &logger) { logger.state().logFolder = storage; });
+        connectByButton();
+        QTRY_COMPARE(find<QTableWidget>("tableWidget_logfiles")->rowCount(), 1);
+        m_prompt->shown.clear();
+    }
+    template <class Widget>
+    Widget *find(const char *name) const
+    {
+        return m_window->findChild<Widget *>(QString::fromLatin1(name));
+    }
     void connectByButton() { button()->click(); }
     // Makes a file whose GPS is enabled, unlike the logger's, which the user picks next.
     TerminalStruct configurationToOpen()
@@ -82,6 +107,7 @@ private:
     std::unique_ptr<ScriptedPrompt> m_prompt;
     std::unique_ptr<MainWindow> m_window;
     Logger_Data_Handler_Class *m_handler = nullptr; // the window's
+    QStringList m_downloads;
 };
 
 void tst_WindowWithLogger::init()
@@ -103,6 +129,16 @@ void tst_WindowWithLogger::init()
     parts.settings = m_settings.get();
     parts.update_image = [] { return QByteArray(1000, 'u'); };
     parts.debug_window = makeDebugWindow;
+    m_downloads.clear();
+    parts.download = [this](const QHostAddress &logger, const QStringList &names,
+                            const QList<qint64> &sizes, const QString &folder,
+                            ConversionGlobal::OutputFormatFlags formats, QWidget *) {
+        m_downloads += QStringLiteral("%1 %2 %3 %4 %5")
+                           .arg(logger.toString(), names.join(QLatin1Char(',')))
+                           .arg(sizes.value(0))
+                           .arg(folder)
+                           .arg(int(formats));
+    };
     m_window = std::make_unique<MainWindow>(m_controller.get(), QStringLiteral("MainWindow"),
                                             std::move(parts));
     m_window->registerToController();
@@ -336,6 +372,29 @@ void tst_WindowWithLogger::theDebugWindowTalksToTheLogger()
     QVERIFY(dialog->findChild<QPushButton *>(QStringLiteral("pushButton_send"))->isEnabled());
     button()->click();
     QVERIFY(!dialog->findChild<QPushButton *>(QStringLiteral("pushButton_send"))->isEnabled());
+}
+
+void tst_WindowWithLogger::aLossDuringARefreshOfTheFilesLeadsToOneMessage()
+{
+    connectToAFile();
+    m_logger->setFault(QStringLiteral("drop-in-reply@sys_get_logfiles"));
+    find<QPushButton>("pushButton_refresh_storage")->click();
+    QTRY_COMPARE(m_controller->appState(), APP_STA_DISCONN);
+    QTRY_COMPARE(m_prompt->shown.size(), 1);
+    QVERIFY(m_prompt->shown.first().startsWith(QStringLiteral("Connection-Error|Socket: ")));
+}
+
+void tst_WindowWithLogger::theFilesPickedOnThePageAreDownloaded()
+{
+    QVERIFY(m_settings->setEventFolder(0, m_folder->path()));
+    connectToAFile();
+    find<Logger_Main_View>("Logger_Main_View")->fill_combobox_with_event_folders();
+    find<QCheckBox>("checkBox_generate_blf")->click();
+    find<QTableWidget>("tableWidget_logfiles")->selectAll();
+    find<QPushButton>("pushButton_download_selected_logfile")->click();
+    QCOMPARE(m_downloads,
+             QStringList({QStringLiteral("%1 a.rld 7 %2 2")
+                              .arg(m_logger->address().toString(), m_folder->path())}));
 }
 
 QTEST_MAIN(tst_WindowWithLogger)

@@ -20,6 +20,7 @@ private slots:
     void theChoiceIsRemembered();
     void withoutTheChosenOneTheFirstIsIt();
     void anEmptyListHasNoChosenOne();
+    void theNumberOfAnEmptyPathIsFree();
 
 private:
     [[nodiscard]] QString path() const { return m_folder->filePath(QStringLiteral("usr.ini")); }
@@ -95,6 +96,17 @@ void tst_EventFolders::withoutTheChosenOneTheFirstIsIt()
 void tst_EventFolders::anEmptyListHasNoChosenOne()
 {
     QVERIFY(!m_folders->chosen());
+}
+
+void tst_EventFolders::theNumberOfAnEmptyPathIsFree()
+{
+    m_settings->setEventFolder(0, QString());
+    m_settings->setEventFolder(1, QStringLiteral("/b"));
+    m_settings->setLastEventFolder(0);
+    QCOMPARE(m_folders->chosen(), std::optional<int>(1));
+    QCOMPARE(m_folders->freeNumber(), std::optional<int>(0));
+    QVERIFY(m_folders->add(QStringLiteral("/c")));
+    QCOMPARE(m_folders->all().value(0), QStringLiteral("/c"));
 }
 
 QTEST_GUILESS_MAIN(tst_EventFolders)

@@ -57,6 +57,7 @@ private slots:
     void aPlainSignalClearsTheMultiplexor();
     void aSignalOfTheChannelBeforeIsDropped();
     void aStaleSignalGoesWithTheNextChange();
+    void aChoiceBringsItsChannelInPlaceOfOneThatIsNotThere();
 
 private:
     TerminalStruct m_configuration;
@@ -215,6 +216,19 @@ void tst_LogTrigger::aStaleSignalGoesWithTheNextChange()
         edited(configuration, {}, now, validChoice(configuration, configuration.trigger));
     QVERIFY(record.signal == Signal());
     QCOMPARE(record.delay, 10);
+}
+
+void tst_LogTrigger::aChoiceBringsItsChannelInPlaceOfOneThatIsNotThere()
+{
+    TerminalStruct configuration;
+    put(configuration, 11, signalCalled("speed"));
+    configuration.trigger.signal_can = 200;
+    Input shown;
+    shown.can_nr = 11; // the nearest one that the widget can show
+    const LogTriggerCfg record =
+        edited(configuration, shown, shown, choicesOf(configuration, 11).first());
+    QCOMPARE(int(record.signal_can), 11);
+    QCOMPARE(record.signal.name, QStringLiteral("speed"));
 }
 
 QTEST_GUILESS_MAIN(tst_LogTrigger)

@@ -18,6 +18,8 @@ private slots:
     void everyReplyIsEvaluated_data();
     void everyReplyIsEvaluated();
     void argumentsMayLookLikePlaceholders();
+    void whatALineCanNotCarryIsNoArgument_data();
+    void whatALineCanNotCarryIsNoArgument();
     void theLastArgumentTakesCommas();
     void blanksAroundArgumentsDoNotCount();
     void otherLinesAreNoCommands_data();
@@ -149,6 +151,24 @@ void tst_Commands::argumentsMayLookLikePlaceholders()
 {
     QCOMPARE(commandText(Command::SetLanIpv4, {QStringLiteral("%2"), QStringLiteral("x")}),
              QByteArray("sys_set_lan_ipv4(%2,x)\r\n"));
+}
+
+void tst_Commands::whatALineCanNotCarryIsNoArgument_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<bool>("canBeSent");
+    QTest::newRow("plain") << QStringLiteral("a b,c).rld") << true;
+    QTest::newRow("Latin-1") << QStringLiteral("\u00FC.rld") << true;
+    QTest::newRow("empty") << QString() << false;
+    QTest::newRow("line feed") << QStringLiteral("a\nb") << false;
+    QTest::newRow("carriage return") << QStringLiteral("a\rb") << false;
+    QTest::newRow("beyond Latin-1") << QStringLiteral("\u20AC.rld") << false;
+}
+
+void tst_Commands::whatALineCanNotCarryIsNoArgument()
+{
+    QFETCH(QString, argument);
+    QTEST(isArgument(argument), "canBeSent");
 }
 
 void tst_Commands::theLastArgumentTakesCommas()

@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <memory>
 
 // The logger's page with a real handler, a scripted user and a simulated logger that has a storage.
@@ -59,6 +60,19 @@ public:
         QFile file(storage.filePath(QString::fromLatin1(name)));
         if (!file.open(QIODevice::WriteOnly) || !file.resize(bytes))
             qFatal("%s can't be made", name);
+    }
+    // How many commands of this word come to the logger from now on.
+    std::shared_ptr<std::atomic<int>> countCommands(const char *word)
+    {
+        const auto count = std::make_shared<std::atomic<int>>(0);
+        logger.inspect([count, start = QByteArray(word)](simulator::LoggerSimulator &simulator) {
+            QObject::connect(&simulator.commandPort(), &simulator::CommandPort::received,
+                             &simulator, [count, start](const protocol::Message &message) {
+                                 if (message.payload.startsWith(start))
+                                     ++*count;
+                             });
+        });
+        return count;
     }
     bool isStored(const char *name) const
     {

@@ -29,6 +29,8 @@ private slots:
     void aRefreshKeepsTheSelection();
     void aFailedListIsToldAndTheOldOneStays_data();
     void aFailedListIsToldAndTheOldOneStays();
+    void aLoggerThatGivesNoListIsAskedForNothingElse();
+    void aLossDuringARefreshGivesNoBoxOfThePage();
     void aNewLoggersFailedListGivesNoBoxAndLeavesNoOldFiles();
     void hostileNamesAreShownAsPlainShortText();
     void freeSpaceNeedsTwoValues();
@@ -37,18 +39,9 @@ private slots:
     void aSizeThatIsNoNumberIsNotSelected();
     void theSelectionIsSummedUp();
 
-    void deletingAsksFirst();
-    void fewFilesAreNamedManyAreCounted();
-    void deletedFilesAreGoneFromTheLoggerAndTheList();
-    void aFailedDeleteStopsAndIsTold();
-    void anUnknownReplyToADeleteIsTold();
-    void aLossWhileTheQuestionIsOpenGivesNoSecondBox();
-    void filesThatAreBeingDownloadedAreNotDeleted();
-    void manyFilesThatAreBeingDownloadedAreCounted();
-    void theDeleteKeyDeletes();
-
     void aDownloadCarriesNamesSizesFolderAndFormats();
     void aDownloadFollowsTheOrderOfTheTable();
+    void anInvalidSizeIsTold();
     void aSizeThatCanNotBeReadStopsTheDownload_data();
     void aSizeThatCanNotBeReadStopsTheDownload();
     void aDownloadIntoAFolderThatIsGoneIsRefused();
@@ -65,6 +58,7 @@ private slots:
     void anUnconfirmedFolderStays();
     void aFolderThatIsGoneIsTold();
     void aFolderIsShownByTheDesktop();
+    void aDesktopThatShowsNoFolderIsTold();
     void theChosenFolderIsRemembered();
     void theFormatsAreRemembered();
     void foreignBitsOfTheFormatsAreNoFormats();
@@ -193,6 +187,28 @@ void tst_LoggerMainViewStorage::aFailedListIsToldAndTheOldOneStays()
     QCOMPARE(m_bench->column(0), QStringList({QStringLiteral("a.rld")}));
 }
 
+void tst_LoggerMainViewStorage::aLoggerThatGivesNoListIsAskedForNothingElse()
+{
+    m_bench->connectAndRead();
+    m_bench->logger.setFault(QStringLiteral("lost-reply@sys_get_logfiles"));
+    const auto asked = m_bench->countCommands("sys_get_disc_space_info");
+    m_bench->button("pushButton_refresh_storage")->click();
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Warning|No CMD-Response. (sys_get_logfiles)")}));
+    QCOMPARE(asked->load(), 0);
+}
+
+void tst_LoggerMainViewStorage::aLossDuringARefreshGivesNoBoxOfThePage()
+{
+    m_bench->store("a.rld", 1);
+    m_bench->connectAndRead();
+    m_bench->logger.setFault(QStringLiteral("drop-in-reply@sys_get_logfiles"));
+    m_bench->button("pushButton_refresh_storage")->click();
+    QVERIFY(!m_bench->handler.areBothConnected());
+    QVERIFY(m_bench->prompt.shown.isEmpty());
+    QCOMPARE(m_bench->column(0), QStringList({QStringLiteral("a.rld")}));
+}
+
 void tst_LoggerMainViewStorage::aNewLoggersFailedListGivesNoBoxAndLeavesNoOldFiles()
 {
     m_bench->store("a.rld", 1);
@@ -280,133 +296,6 @@ void tst_LoggerMainViewStorage::theSelectionIsSummedUp()
              QStringLiteral("2 files, 2 selected: 8589934591 [GiB]"));
 }
 
-void tst_LoggerMainViewStorage::deletingAsksFirst()
-{
-    m_bench->store("a.rld", 1);
-    m_bench->connectAndRead();
-    m_bench->select({0});
-    m_bench->prompt.answer = false;
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->prompt.shown,
-             QStringList({QStringLiteral("Delete File|Delete file/s?\r\na.rld")}));
-    QVERIFY(m_bench->isStored("a.rld"));
-}
-
-void tst_LoggerMainViewStorage::fewFilesAreNamedManyAreCounted()
-{
-    for (int i = 10; i < 21; ++i)
-        m_bench->store(QByteArray::number(i).constData(), 1);
-    m_bench->connectAndRead();
-    m_bench->table()->selectAll();
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->prompt.shown.takeLast(),
-             QStringLiteral("Delete File|Delete selected files? (11 files)"));
-    m_bench->select({0, 1});
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->prompt.shown.takeLast(),
-             QStringLiteral("Delete File|Delete file/s?\r\n20\r\n19"));
-}
-
-void tst_LoggerMainViewStorage::deletedFilesAreGoneFromTheLoggerAndTheList()
-{
-    for (const char *name : {"a.rld", "b.rld", "c.rld"})
-        m_bench->store(name, 1);
-    m_bench->connectAndRead();
-    m_bench->select({0, 2});
-    m_bench->prompt.answer = true;
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->column(0), QStringList({QStringLiteral("b.rld")}));
-    QVERIFY(!m_bench->isStored("a.rld") && !m_bench->isStored("c.rld"));
-    QCOMPARE(m_bench->prompt.shown.size(), 1); // the question
-}
-
-void tst_LoggerMainViewStorage::aFailedDeleteStopsAndIsTold()
-{
-    m_bench->store("a.rld", 1);
-    m_bench->store("b.rld", 1);
-    m_bench->connectAndRead();
-    QVERIFY(QFile::remove(m_bench->storage.filePath(QStringLiteral("b.rld"))));
-    m_bench->table()->selectAll();
-    m_bench->prompt.answer = true;
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->prompt.shown.last(),
-             QStringLiteral("Warning|CMD-Response error.\r\n Response: "
-                            "ERROR_CODE_FILE_NOT_FOUND."));
-    QVERIFY(m_bench->isStored("a.rld"));
-    QCOMPARE(m_bench->column(0), QStringList({QStringLiteral("a.rld")})); // read anew
-}
-
-void tst_LoggerMainViewStorage::anUnknownReplyToADeleteIsTold()
-{
-    m_bench->store("a.rld", 1);
-    m_bench->connectAndRead();
-    m_bench->logger.setFault(QStringLiteral("malformed-reply@sys_delete_logfile=foo"));
-    m_bench->select({0});
-    m_bench->prompt.answer = true;
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->prompt.shown.last(),
-             QStringLiteral("Warning|CMD-Response error.\r\n Response: foo."));
-}
-
-void tst_LoggerMainViewStorage::aLossWhileTheQuestionIsOpenGivesNoSecondBox()
-{
-    m_bench->store("a.rld", 1);
-    m_bench->connectAndRead();
-    m_bench->select({0});
-    m_bench->prompt.answer = true;
-    m_bench->prompt.duringABox = [this] { m_bench->handler.disconnectLogger(); };
-    m_bench->button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(m_bench->prompt.shown.size(), 1); // the question
-}
-
-void tst_LoggerMainViewStorage::filesThatAreBeingDownloadedAreNotDeleted()
-{
-    MainViewBench bench;
-    for (const char *name : {"a.rld", "b.rld", "c.rld"})
-        bench.store(name, 10);
-    bench.connectAndRead();
-    bench.page->setFilesUnderWay([] { return QStringList{QStringLiteral("b.rld")}; });
-    bench.prompt.answer = true;
-    bench.select({0, 1});
-    bench.button("pushButton_delete_selected_logfile")->click();
-    QCOMPARE(bench.prompt.shown,
-             QStringList{QStringLiteral("Delete File|These files are being downloaded and can't be "
-                                        "deleted until that has ended:\r\nb.rld")});
-    QVERIFY(bench.isStored("b.rld"));
-    QVERIFY(bench.isStored("c.rld"));
-    bench.select({2});
-    bench.button("pushButton_delete_selected_logfile")->click();
-    QVERIFY(!bench.isStored("a.rld"));
-}
-
-void tst_LoggerMainViewStorage::manyFilesThatAreBeingDownloadedAreCounted()
-{
-    MainViewBench bench;
-    QStringList names;
-    for (int i = 10; i < 22; ++i) {
-        names += QString::number(i);
-        bench.store(qPrintable(names.last()), 10);
-    }
-    bench.connectAndRead();
-    bench.page->setFilesUnderWay([names] { return names; });
-    bench.table()->selectAll();
-    bench.button("pushButton_delete_selected_logfile")->click();
-    QVERIFY2(bench.prompt.shown.value(0).endsWith(QStringLiteral("\r\n12\r\nand 2 more")),
-             qPrintable(bench.prompt.shown.value(0)));
-}
-
-void tst_LoggerMainViewStorage::theDeleteKeyDeletes()
-{
-    m_bench->store("a.rld", 1);
-    m_bench->connectAndRead();
-    m_bench->page->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_bench->page.get()));
-    m_bench->select({0});
-    m_bench->table()->setFocus();
-    QTest::keyClick(m_bench->table(), Qt::Key_Delete);
-    QCOMPARE(m_bench->prompt.shown.size(), 1);
-}
-
 void tst_LoggerMainViewStorage::aDownloadCarriesNamesSizesFolderAndFormats()
 {
     m_bench->store("a.rld", 7);
@@ -443,6 +332,17 @@ void tst_LoggerMainViewStorage::aDownloadFollowsTheOrderOfTheTable()
     m_bench->button("pushButton_download_selected_logfile")->click();
     QCOMPARE(downloads.value(0).value(0).toStringList(),
              QStringList({QStringLiteral("a.rld"), QStringLiteral("b.rld")}));
+}
+
+void tst_LoggerMainViewStorage::anInvalidSizeIsTold()
+{
+    m_bench->logger.setFault(
+        QStringLiteral("malformed-reply@sys_get_logfiles=logfiles=a.rld,12k;"));
+    m_bench->connectAndRead();
+    m_bench->select({0});
+    m_bench->button("pushButton_download_selected_logfile")->click();
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Warning|Invalid filesize: a.rld / 12k bytes")}));
 }
 
 void tst_LoggerMainViewStorage::aSizeThatCanNotBeReadStopsTheDownload_data()
@@ -616,6 +516,18 @@ void tst_LoggerMainViewStorage::aFolderIsShownByTheDesktop()
     m_bench->button("pushButton_show_folder")->click();
     QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
     QCOMPARE(m_opened, QStringList({folder}));
+}
+
+void tst_LoggerMainViewStorage::aDesktopThatShowsNoFolderIsTold()
+{
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "thereIsNoSuchSlot");
+    const QString folder = madeFolder("event");
+    addFolder(folder);
+    m_bench->button("pushButton_show_folder")->click();
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList({QStringLiteral("Warning|There is no program that shows the folder '%1'.")
+                              .arg(QDir::toNativeSeparators(folder))}));
 }
 
 void tst_LoggerMainViewStorage::theChosenFolderIsRemembered()

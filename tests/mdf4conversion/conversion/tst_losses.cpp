@@ -28,6 +28,7 @@ private slots:
     void dbcSignalsBeyondTheirFrameAreNamed_data();
     void dbcSignalsBeyondTheirFrameAreNamed();
     void signalsBeyondTheFrameOfAMessageShareAWarning();
+    void namesOfSignalsBeyondTheirFrameAreNoMarkup();
     void aMultiplexorBeyondItsFrameIsNamed();
     void multiplexorsOfUnrecordedMessagesAreNotToldOf();
     void aMeasurementThatLacksPartsIsNamedOnce();
@@ -103,6 +104,16 @@ void tst_Losses::signalsBeyondTheFrameOfAMessageShareAWarning()
     const QStringList warnings = log.convert().warnings;
     QCOMPARE(warnings.size(), 1);
     QVERIFY(warnings.first().endsWith(text(": A, B")));
+}
+
+void tst_Losses::namesOfSignalsBeyondTheirFrameAreNoMarkup()
+{
+    DbcLog log;
+    log.addSignal("</font><b>x", 60, 8);
+    const QStringList warnings = log.convert().warnings;
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY2(warnings.first().endsWith(text(": &lt;/font&gt;&lt;b&gt;x")),
+             qPrintable(warnings.first()));
 }
 
 void tst_Losses::aMultiplexorBeyondItsFrameIsNamed()

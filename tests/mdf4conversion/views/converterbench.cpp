@@ -40,6 +40,11 @@ QString ConverterBench::makeLog(const QString &name, int frames, const QByteArra
         if (frame == frames / 2)
             bytes += rubbish;
     }
+    return writeLog(name, bytes);
+}
+
+QString ConverterBench::writeLog(const QString &name, const QByteArray &bytes) const
+{
     QFile file(m_folder.filePath(name));
     if (!QDir().mkpath(QFileInfo(file).path()) || !file.open(QIODevice::WriteOnly)
         || file.write(bytes) != bytes.size())

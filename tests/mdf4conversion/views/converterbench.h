@@ -31,6 +31,8 @@ public:
     [[nodiscard]] QString output(const char *name) const;
     // Where rld2xxx makes an output.
     [[nodiscard]] QString growing(const char *name) const;
+    // A raw log of these bytes.
+    [[nodiscard]] QString writeLog(const QString &name, const QByteArray &bytes) const;
     // All that stands in the output folder.
     [[nodiscard]] QString left() const;
     [[nodiscard]] PlannedConversion plan(const QString &log,

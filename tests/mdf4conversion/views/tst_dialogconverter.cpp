@@ -12,7 +12,10 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QTabWidget>
 #include <QTest>
+#include <QTreeWidget>
 #include <QUrl>
 
 #include <memory>
@@ -52,6 +55,8 @@ private slots:
     void unknownFormatsAreWarnedOf();
     void eachPairOfFileAndFormatHasAnEntry();
     void onlyTheChosenConversionIsShown();
+    void eachKindOfConversionHasItsTree_data();
+    void eachKindOfConversionHasItsTree();
     void thePollTimerIsASingleShotOf100ms();
 
     void allConversionsRunAtOnce();
@@ -65,11 +70,18 @@ private slots:
 
     void cancellingEndsAllConversions();
     void cancellingASequenceStartsNoFurther();
+    void whatNeverStartedIsShownAsCancelled();
+    void rejectingAsksFirst();
     void rejectingCancels();
+    void theEndOfTheBatchWithdrawsTheQuestion();
+    void whatHasEndedIsClosedWithoutAQuestion();
+    void theQuestionCountsWhatHasNotEnded();
     void closingWhileRunningLeavesNothing();
     void anOpenedDialogDeletesItself();
 
     void theOutputFolderIsOpened();
+    void aFolderThatCanNotBeOpenedIsTold();
+    void timesAndRateOfTheBatchAreShown();
     void theMessagesShownAreCopied();
     void everyControlIsExplained();
 
@@ -152,6 +164,31 @@ void tst_DialogConverter::onlyTheChosenConversionIsShown()
     files()->setCurrentIndex(1);
     QVERIFY(widgets()[0]->isHidden());
     QVERIFY(!widgets()[1]->isHidden());
+}
+
+void tst_DialogConverter::eachKindOfConversionHasItsTree_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("columns");
+    QTest::newRow("MDF4") << int(ConversionGlobal::MDF4) << text("Signals")
+                          << text("Signal Count Status");
+    QTest::newRow("BLF") << int(ConversionGlobal::BLF) << text("File Statistics")
+                         << text("Field Count Status");
+}
+
+void tst_DialogConverter::eachKindOfConversionHasItsTree()
+{
+    QFETCH(int, format);
+    QFETCH(QString, title);
+    QFETCH(QString, columns);
+    make({m_bench->makeLog(text("a.rld"))}, Formats(QFlag(format)), true);
+    QCOMPARE(find<QTabWidget>("tabWidget")->tabText(1), title);
+    const QTreeWidgetItem *head = find<QTreeWidget>("treeWidget")->headerItem();
+    QStringList shown;
+    for (int column = 0; column < head->columnCount(); ++column)
+        shown += head->text(column);
+    QCOMPARE(shown.join(QLatin1Char(' ')), columns);
 }
 
 void tst_DialogConverter::thePollTimerIsASingleShotOf100ms()
@@ -289,7 +326,40 @@ void tst_DialogConverter::cancellingASequenceStartsNoFurther()
     QCOMPARE(widgets()[1]->messages(), QString());
     QVERIFY(find<QProgressBar>("progressBar_batch")->value() < 100);
     QVERIFY(find<QLabel>("label_batch")->text().startsWith(text("cancelled after ")));
+    QCOMPARE(label(), text("...conversion of 2 file(s) finished... (cancelled)"));
     QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_DialogConverter::whatNeverStartedIsShownAsCancelled()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000), m_bench->makeLog(text("b.rld"))},
+         ConversionGlobal::MDF4 | ConversionGlobal::BLF, true);
+    m_dialog->start();
+    button("pushButtonCancel")->click();
+    QVERIFY(ends());
+    QCOMPARE(m_bench->prompt.shown.size(), 1); // no question
+    QStringList figures;
+    for (const WidgetConverterBase *widget : widgets())
+        figures += widget->findChild<QLabel *>(text("label_figures"))->text();
+    QVERIFY2(figures.first().startsWith(text("cancelled after ")), qPrintable(figures.first()));
+    QCOMPARE(figures.mid(1),
+             QStringList({text("cancelled"), text("cancelled"), text("cancelled")}));
+}
+
+void tst_DialogConverter::rejectingAsksFirst()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000), m_bench->makeLog(text("b.rld"))},
+         ConversionGlobal::MDF4, true);
+    m_dialog->show();
+    m_dialog->start();
+    QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+    m_dialog->close();
+    const QString question = text("Cancel conversion|Conversions that haven't ended: 2 of 2.\n\n"
+                                  "Cancel and close this window? Files that aren't whole are "
+                                  "removed.");
+    QCOMPARE(m_bench->prompt.shown, QStringList({question, question}));
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(states(), text("20"));
 }
 
 void tst_DialogConverter::rejectingCancels()
@@ -297,9 +367,55 @@ void tst_DialogConverter::rejectingCancels()
     make({m_bench->makeLog(text("a.rld"), 150000), m_bench->makeLog(text("b.rld"))},
          ConversionGlobal::MDF4, true);
     m_dialog->start();
+    m_bench->prompt.answer = true;
     m_dialog->reject();
     QCOMPARE(states(), text("55"));
-    QCOMPARE(m_bench->prompt.shown, QStringList());
+    QCOMPARE(m_bench->prompt.shown.size(), 1);
+    QCOMPARE(m_dialog->runningWork(), QString());
+}
+
+void tst_DialogConverter::theEndOfTheBatchWithdrawsTheQuestion()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, true);
+    m_dialog->show();
+    m_dialog->start();
+    m_bench->prompt.answer = true;
+    m_bench->prompt.duringABox = [this] {
+        if (m_bench->prompt.shown.size() > 1)
+            return; // the box that tells of the end
+        QVERIFY(QTest::qWaitFor([this] { return m_bench->prompt.shown.size() == 2; },
+                                ConverterBench::timeout_ms));
+    };
+    m_dialog->reject();
+    QVERIFY(m_bench->prompt.withdrawn);
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(states(), text("3"));
+    QCOMPARE(m_bench->prompt.shown.value(1), text(finishedWell));
+}
+
+void tst_DialogConverter::whatHasEndedIsClosedWithoutAQuestion()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, true);
+    QCOMPARE(m_dialog->runningWork(), QString()); // not begun
+    m_dialog->show();
+    m_dialog->start();
+    QVERIFY(ends());
+    QCOMPARE(m_dialog->runningWork(), QString());
+    m_dialog->close();
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_bench->prompt.shown, QStringList(text(finishedWell)));
+}
+
+void tst_DialogConverter::theQuestionCountsWhatHasNotEnded()
+{
+    ConverterBench::setStandIn("endless");
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))},
+         ConversionGlobal::MDF4 | ConversionGlobal::BLF, true);
+    m_dialog->start();
+    QCOMPARE(m_dialog->runningWork(), text("Conversions that haven't ended: 4 of 4."));
+    QVERIFY(QTest::qWaitFor([this] { return label() == text("...converting file 2 of 4..."); },
+                            ConverterBench::timeout_ms));
+    QCOMPARE(m_dialog->runningWork(), text("Conversions that haven't ended: 3 of 4."));
 }
 
 void tst_DialogConverter::closingWhileRunningLeavesNothing()
@@ -332,6 +448,33 @@ void tst_DialogConverter::theOutputFolderIsOpened()
     button("pushButtonOpenFolder")->click();
     QDesktopServices::unsetUrlHandler(text("file"));
     QCOMPARE(m_url.toLocalFile(), m_bench->outputDir());
+}
+
+void tst_DialogConverter::aFolderThatCanNotBeOpenedIsTold()
+{
+    make({m_bench->makeLog(text("a.rld"))}, ConversionGlobal::MDF4, true);
+    QDesktopServices::setUrlHandler(text("file"), this, "thereIsNoSuchSlot");
+    button("pushButtonOpenFolder")->click();
+    QDesktopServices::unsetUrlHandler(text("file"));
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(text("Open Folder|The folder %1 can't be opened.")
+                             .arg(QDir::toNativeSeparators(m_bench->outputDir()))));
+}
+
+void tst_DialogConverter::timesAndRateOfTheBatchAreShown()
+{
+    ConverterBench::setStandIn("endless");
+    make({m_bench->makeLog(text("a.rld")), m_bench->makeLog(text("b.rld"))}, ConversionGlobal::BLF,
+         false);
+    m_dialog->start();
+    for (WidgetConverterBase *widget : widgets())
+        widget->updateProgress(50);
+    static const QRegularExpression pattern(text("^0:0\\d elapsed, 0:0\\d left, \\d+\\.\\d MB/s$"));
+    const auto *figures = find<QLabel>("label_batch");
+    const bool areShown =
+        QTest::qWaitFor([figures] { return pattern.match(figures->text()).hasMatch(); },
+                        ConverterBench::timeout_ms);
+    QVERIFY2(areShown, qPrintable(figures->text()));
 }
 
 void tst_DialogConverter::theMessagesShownAreCopied()

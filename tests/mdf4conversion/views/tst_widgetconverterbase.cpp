@@ -3,7 +3,9 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QRegularExpression>
 #include <QTabWidget>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QTextBlock>
 #include <QTreeWidget>
@@ -21,8 +23,8 @@ QString text(const char *latin1)
 class IdleConverter : public WidgetConverterBase
 {
 public:
-    IdleConverter()
-        : WidgetConverterBase(PlannedConversion{ConversionGlobal::MDF4, text("in.rld"),
+    explicit IdleConverter(const QString &inputFile = text("in.rld"))
+        : WidgetConverterBase(PlannedConversion{ConversionGlobal::MDF4, inputFile,
                                                 text("/out/in.mf4"), text("/out/tmp_1")},
                               {text("Signals"), text("Signal"), text("what is counted")})
     {}
@@ -33,13 +35,14 @@ public:
     void poll() override {}
     void disconnectWarnings() override { ++warningsDisconnected; }
     void disconnectStatus() override { ++statusDisconnected; }
-    quint8 state() const override { return conversionstate::finished; }
+    quint8 state() const override { return endState; }
     QString rowStatus(const QString &count) const override
     {
         return count == QLatin1String("0") ? text("nothing") : QString();
     }
 
     bool finished = false;
+    quint8 endState = conversionstate::finished;
     int warningsDisconnected = 0;
     int statusDisconnected = 0;
 };
@@ -62,6 +65,7 @@ private slots:
     void percentSignsAreKept();
     void eachKindIsKeptUpToItsLimit_data();
     void eachKindIsKeptUpToItsLimit();
+    void theNoticeOfALimitIsAWarningInBlue();
     void bothPlainSlotsShareACounter();
     void theStatusLimitDisconnectsOnce();
     void theWarningLimitDisconnectsOnce();
@@ -70,9 +74,15 @@ private slots:
     void theTreeShowsGroupsRowsAndCounts();
     void aTreeOfTheSameNamesKeepsItsRows();
     void aTreeOfOtherNamesIsBuiltAnew();
+    void aTreeIsExpandedOnceAskedFor();
+    void aClosedGroupStaysClosed();
 
     void progressIsShownUpTo100();
+    void timesAndRateAreShownWhileItRuns();
     void figuresStandStillAtTheEnd();
+    void figuresTellHowItEnded_data();
+    void figuresTellHowItEnded();
+    void whatHasNotStartedIsCancelledWithTheBatch();
 
 private:
     template <class Widget>
@@ -178,6 +188,19 @@ void tst_WidgetConverterBase::eachKindIsKeptUpToItsLimit()
     QCOMPARE(shown[limit], text("Warning: ") + notice);
 }
 
+void tst_WidgetConverterBase::theNoticeOfALimitIsAWarningInBlue()
+{
+    for (int line = 0; line < 100; ++line)
+        m_widget->appendErrLine(text("x"));
+    QTextCursor cursor(view()->document()->lastBlock());
+    cursor.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+    QCOMPARE(cursor.selectedText(), text("Warning"));
+    QCOMPARE(int(cursor.charFormat().fontWeight()), int(QFont::Bold));
+    cursor.movePosition(QTextCursor::End);
+    QCOMPARE(cursor.charFormat().foreground().color(), QColor(Qt::blue));
+    QVERIFY(cursor.charFormat().fontWeight() != QFont::Bold);
+}
+
 void tst_WidgetConverterBase::bothPlainSlotsShareACounter()
 {
     for (int line = 0; line < 9999; ++line)
@@ -253,12 +276,49 @@ void tst_WidgetConverterBase::aTreeOfOtherNamesIsBuiltAnew()
     QCOMPARE(tree()->topLevelItem(1)->child(0)->text(1), text("2"));
 }
 
+void tst_WidgetConverterBase::aTreeIsExpandedOnceAskedFor()
+{
+    const Tree counts{{text("A"), {{text("a1"), text("1")}}}};
+    m_widget->updateTree(counts, false);
+    QVERIFY(!tree()->topLevelItem(0)->isExpanded());
+    m_widget->updateTree(counts, true); // of the same names
+    QVERIFY(tree()->topLevelItem(0)->isExpanded());
+    m_widget->updateTree(Tree{{text("B"), {{text("b1"), text("1")}}}}, true);
+    QVERIFY(tree()->topLevelItem(0)->isExpanded());
+}
+
+void tst_WidgetConverterBase::aClosedGroupStaysClosed()
+{
+    const Tree counts{{text("A"), {{text("a1"), text("1")}}}, {text("B"), {}}};
+    m_widget->updateTree(counts, true);
+    tree()->topLevelItem(0)->setExpanded(false);
+    m_widget->updateTree(counts, true);
+    QVERIFY(!tree()->topLevelItem(0)->isExpanded());
+}
+
 void tst_WidgetConverterBase::progressIsShownUpTo100()
 {
     m_widget->updateProgress(42);
     QCOMPARE(find<QProgressBar>("progressBar")->value(), 42);
     m_widget->updateProgress(4000000000U);
     QCOMPARE(find<QProgressBar>("progressBar")->value(), 100);
+}
+
+void tst_WidgetConverterBase::timesAndRateAreShownWhileItRuns()
+{
+    QTemporaryFile log;
+    QVERIFY(log.open() && log.resize(100'000'000));
+    m_widget = std::make_unique<IdleConverter>(log.fileName());
+    m_widget->start();
+    m_widget->updateProgress(50);
+    const auto *label = find<QLabel>("label_figures");
+    static const QRegularExpression pattern(
+        text("^0:0\\d elapsed, 0:0\\d left, [1-9]\\d*\\.\\d MB/s$"));
+    const bool isShown = QTest::qWaitFor([this, label] {
+        m_widget->refreshFigures();
+        return pattern.match(label->text()).hasMatch();
+    });
+    QVERIFY2(isShown, qPrintable(label->text()));
 }
 
 void tst_WidgetConverterBase::figuresStandStillAtTheEnd()
@@ -272,6 +332,39 @@ void tst_WidgetConverterBase::figuresStandStillAtTheEnd()
     m_widget->refreshFigures();
     QVERIFY2(label->text().startsWith(text("finished in ")), qPrintable(label->text()));
     QCOMPARE(m_widget->shareDone(), 1.0);
+}
+
+void tst_WidgetConverterBase::figuresTellHowItEnded_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("start");
+    QTest::newRow("well") << 3 << text("finished in 0:0");
+    QTest::newRow("with errors") << 4 << text("ended with errors after 0:0");
+    QTest::newRow("cancelled") << 5 << text("cancelled after 0:0");
+}
+
+void tst_WidgetConverterBase::figuresTellHowItEnded()
+{
+    QFETCH(int, state);
+    QFETCH(QString, start);
+    m_widget->start();
+    m_widget->endState = quint8(state);
+    m_widget->finished = true;
+    m_widget->refreshFigures();
+    const QString shown = find<QLabel>("label_figures")->text();
+    QVERIFY2(shown.startsWith(start), qPrintable(shown));
+}
+
+void tst_WidgetConverterBase::whatHasNotStartedIsCancelledWithTheBatch()
+{
+    m_widget->showCancelled();
+    m_widget->refreshFigures();
+    QCOMPARE(find<QLabel>("label_figures")->text(), text("cancelled"));
+    m_widget = std::make_unique<IdleConverter>();
+    m_widget->start();
+    m_widget->refreshFigures();
+    m_widget->showCancelled();
+    QVERIFY(find<QLabel>("label_figures")->text().contains(text("elapsed")));
 }
 
 QTEST_MAIN(tst_WidgetConverterBase)

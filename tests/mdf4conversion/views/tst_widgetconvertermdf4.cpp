@@ -1,7 +1,10 @@
 #include "MDF4Conversion/outputnames.h"
 #include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "MDF4Conversion/views/widgetconvertermdf4.h"
+#include "MDF4Conversion/workerconvertmdf4.h"
 #include "tests/mdf4conversion/views/converterbench.h"
+#include "tests/support/conversionharness.h"
+#include "tests/support/logconfigurations.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,6 +24,12 @@ QString text(const char *latin1)
 }
 
 constexpr int manyFrames = 150000;
+
+// Each gives a status.
+QByteArray twoStamps()
+{
+    return rawlog::syncStampEntry(1000, 0) + rawlog::syncStampEntry(2000, 0);
+}
 
 // Holds every worker at its first word, until it is released.
 QSemaphore &gate()
@@ -42,6 +51,58 @@ void holdAtSyncStamp(QtMsgType, const QMessageLogContext &, const QString &messa
     if (message.startsWith(QLatin1String("Cyclic Timestamp event - ")))
         (void)gate().tryAcquire(1, hold_ms);
 }
+
+// Holds a worker behind the last entry of its log.
+QSemaphore &held()
+{
+    static QSemaphore semaphore;
+    return semaphore;
+}
+
+void holdBehindTheLog(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    if (!message.startsWith(QLatin1String("MDF4 Converter Deleting LOG")))
+        return;
+    held().release();
+    gate().acquire();
+}
+
+// As long as it lives, a worker is held there.
+class HoldBehindTheLog
+{
+public:
+    HoldBehindTheLog()
+        : m_before(qInstallMessageHandler(holdBehindTheLog))
+    {}
+    ~HoldBehindTheLog()
+    {
+        gate().release();
+        qInstallMessageHandler(m_before);
+    }
+    HoldBehindTheLog(const HoldBehindTheLog &) = delete;
+    HoldBehindTheLog &operator=(const HoldBehindTheLog &) = delete;
+
+private:
+    const QtMessageHandler m_before;
+};
+
+// Shows the worker.
+class OpenConverter : public WidgetConverterMdf4
+{
+public:
+    using WidgetConverterMdf4::WidgetConverterMdf4;
+    using WidgetConverterMdf4::worker;
+};
+
+// Counts the receivers of a signal of any object.
+class Receivers : public QObject
+{
+public:
+    static int of(const QObject &object, const char *signal)
+    {
+        return (object.*&Receivers::receivers)(signal);
+    }
+};
 
 } // namespace
 
@@ -74,7 +135,9 @@ private slots:
     void aFullTemporaryFolderStaysAndIsTold();
     void aWorkerThatDoesNotEndIsTold();
     void aFloodOfStatusesEndsAtTheLimit();
+    void reachedLimitsDisconnectTheRunningWorker();
     void messagesComeInPortions();
+    void theStateFollowsTheLastMessage();
 
 private:
     void make(const QString &log, bool withNames = true)
@@ -84,7 +147,7 @@ private:
         job.outputFolder = m_bench->outputDir();
         if (withNames)
             job.names = m_names;
-        m_widget = std::make_unique<WidgetConverterMdf4>(plan, job, m_bench->prompt);
+        m_widget = std::make_unique<OpenConverter>(plan, job, m_bench->prompt);
     }
     void convert(const QString &log)
     {
@@ -95,7 +158,7 @@ private:
 
     std::unique_ptr<ConverterBench> m_bench;
     std::shared_ptr<OutputNames> m_names;
-    std::unique_ptr<WidgetConverterMdf4> m_widget;
+    std::unique_ptr<OpenConverter> m_widget;
 };
 
 void tst_WidgetConverterMdf4::aLogIsConverted()
@@ -253,26 +316,58 @@ void tst_WidgetConverterMdf4::aFloodOfStatusesEndsAtTheLimit()
     QCOMPARE(m_widget->findChild<QPlainTextEdit *>()->document()->blockCount(), 26002);
 }
 
+void tst_WidgetConverterMdf4::reachedLimitsDisconnectTheRunningWorker()
+{
+    ConversionHarness log;
+    for (quint32 id = 0; id < 1001; ++id) // a warning for each message
+        testlog::addSignal(log.configuration.can[0], text("Beyond"), id, 60, 8);
+    make(m_bench->writeLog(text("a.rld"), log.log() + twoStamps().repeated(12501)));
+    const HoldBehindTheLog hold;
+    m_widget->start();
+    QVERIFY(held().tryAcquire(1, ConverterBench::timeout_ms));
+    const QObject &worker = *m_widget->worker();
+    QCOMPARE(Receivers::of(worker, SIGNAL(sig_status(QString))), 1);
+    QCOMPARE(Receivers::of(worker, SIGNAL(sig_warning(QString))), 1);
+    for (int poll = 0; poll < 30; ++poll)
+        m_widget->poll();
+    QCOMPARE(Receivers::of(worker, SIGNAL(sig_status(QString))), 0);
+    QCOMPARE(Receivers::of(worker, SIGNAL(sig_warning(QString))), 0);
+    QCOMPARE(Receivers::of(worker, SIGNAL(sig_error(QString))), 1);
+    QCOMPARE(int(m_widget->state()), 2);
+}
+
 void tst_WidgetConverterMdf4::messagesComeInPortions()
 {
-    const QByteArray stamps = rawlog::syncStampEntry(1000, 0) + rawlog::syncStampEntry(2000, 0);
-    make(m_bench->makeLog(text("a.rld"), 1, stamps.repeated(5000)));
-    m_widget->start();
+    make(m_bench->makeLog(text("a.rld"), 1, twoStamps().repeated(5000)));
     int most = 0;
-    int shown = 1; // a text without lines has one block
-    const auto *document = m_widget->findChild<QPlainTextEdit *>()->document();
-    QVERIFY(QTest::qWaitFor(
-        [&] {
-            if (m_widget->state() != conversionstate::running)
-                return true;
-            m_widget->poll();
-            most = qMax(most, document->blockCount() - shown);
-            shown = document->blockCount();
-            return false;
-        },
-        ConverterBench::timeout_ms));
-    QVERIFY2(most > 0 && most <= 1000, qPrintable(QString::number(most)));
+    int shown = 1;       // a text without lines has one block
+    const QObject scope; // of what the connection writes to
+    connect(m_widget->findChild<QPlainTextEdit *>()->document(), &QTextDocument::blockCountChanged,
+            &scope, [&](int count) {
+                most = qMax(most, count - shown);
+                shown = count;
+            });
+    m_widget->start();
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QVERIFY2(most > 1 && most <= 1000, qPrintable(QString::number(most)));
     QVERIFY(m_widget->messages().contains(text("Logfile-conversion completed.")));
+}
+
+void tst_WidgetConverterMdf4::theStateFollowsTheLastMessage()
+{
+    make(m_bench->makeLog(text("a.rld"), 1, twoStamps().repeated(1500)));
+    m_widget->start();
+    const auto *document = m_widget->findChild<QPlainTextEdit *>()->document();
+    QTRY_VERIFY_WITH_TIMEOUT(document->blockCount() > 1, ConverterBench::timeout_ms);
+    QCOMPARE(m_bench->left(), text("a.mf4")); // the worker has ended
+    QCOMPARE(document->blockCount(), 1000);
+    QCOMPARE(int(m_widget->state()), 2);
+    QVERIFY(!m_widget->isFinished());
+    m_widget->cancel(); // too late
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QCOMPARE(int(m_widget->state()), 3);
+    QVERIFY(document->blockCount() > 3000);
+    QVERIFY(m_widget->messages().endsWith(text("Status: Logfile-conversion completed.")));
 }
 
 QTEST_MAIN(tst_WidgetConverterMdf4)
