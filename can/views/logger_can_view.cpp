@@ -3,6 +3,7 @@
 #include "can/views/logger_can_view.h"
 
 #include "app/ui/headermemory.h"
+#include "app/ui/plaintooltip.h"
 #include "app/ui/userprompt.h"
 #include "can/canfilters.h"
 #include "can/ccpxcpstatus.h"
@@ -27,6 +28,20 @@ QString indicatorStyle(bool isEnabled)
                                       "border-style: solid;  background-color: rgb(0, 255, 0);} ")
                      : QStringLiteral("QWidget::enabled{border-color: grey;  border-width: 1px;  "
                                       "border-style: solid;  background-color: rgb(255, 0, 0);} ");
+}
+
+QString clearedFlagsText(const QStringList &names, int longestName)
+{
+    constexpr int mostNames = 20;
+    QStringList shown;
+    for (const QString &name : names.mid(0, mostNames))
+        shown += shortText(name, longestName).simplified();
+    QString list = shown.join(QStringLiteral(", "));
+    if (names.size() > mostNames)
+        list += Logger_CAN_View::tr(" and %1 more").arg(names.size() - mostNames);
+    return Logger_CAN_View::tr("The channel has %1 message filters. \"Record\" and \"Live\" were "
+                               "cleared, since more would be needed, of: %2")
+        .arg(QString::number(can::maxFilters), list);
 }
 
 // The key does in the widget what the button does.
@@ -229,23 +244,20 @@ void Logger_CAN_View::forgetLiveData()
     showBusFigures();
 }
 
-void Logger_CAN_View::showNotice(const QString &text)
+void Logger_CAN_View::showNotice(const QString &text, const QString &wholeText)
 {
     m_ui->label_notice->setText(text);
+    m_ui->label_notice->setToolTip(plainToolTip(wholeText));
     m_ui->frame_notice->show();
 }
 
 // All names stand in the diagnostic log.
 void Logger_CAN_View::showClearedFlags(const QStringList &names)
 {
-    constexpr int mostNames = 20;
+    constexpr int longestName = 60;
+    constexpr int longestNameInToolTip = 1'000;
     qInfo() << "The filter limit cleared the flags of CAN" << number() << names;
-    QString shown = names.mid(0, mostNames).join(QStringLiteral(", "));
-    if (names.size() > mostNames)
-        shown += tr(" and %1 more").arg(names.size() - mostNames);
-    showNotice(tr("The channel has %1 message filters. \"Record\" and \"Live\" were cleared, since "
-                  "more would be needed, of: %2")
-                   .arg(QString::number(can::maxFilters), shown));
+    showNotice(clearedFlagsText(names, longestName), clearedFlagsText(names, longestNameInToolTip));
 }
 
 void Logger_CAN_View::enableCan(bool on)

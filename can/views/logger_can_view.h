@@ -104,7 +104,8 @@ private:
     void takeOverChannel();
     void enableCan(bool on);
     void openConfiguration();
-    void showNotice(const QString &text);
+    // The whole text is for the tool tip.
+    void showNotice(const QString &text, const QString &wholeText);
     void showClearedFlags(const QStringList &names);
     void forgetLiveData();
 
