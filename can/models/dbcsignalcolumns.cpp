@@ -193,7 +193,7 @@ QString layoutInMessage(const Signal &s)
         .arg(s.start_bit)
         .arg(s.bit_length)
         .arg(s.little_endian ? QStringLiteral("Intel") : QStringLiteral("Motorola"),
-             s.is_signed ? QStringLiteral("signed") : QStringLiteral("unsigned"));
+             can::valueKindText(s));
 }
 
 } // namespace
