@@ -100,6 +100,7 @@ void Logger_CAN_View::setUpTables()
     m_ui->tableView_dbc->setModel(&m_dbcRows);
     m_rxRows.setSourceModel(&m_rxModel);
     m_rxRows.setSortRole(Qt::EditRole);
+    m_rxRows.setDynamicSortFilter(false); // sortRxRows() does it, not each delivery
     m_ui->tableView_rx->setModel(&m_rxRows);
     for (QTableView *table : {m_ui->tableView_dbc, m_ui->tableView_rx}) {
         table->horizontalHeader()->setHighlightSections(false);
@@ -123,7 +124,14 @@ void Logger_CAN_View::setUpTables()
             &Logger_CAN_View::slotDbcModelChanged);
     connect(m_ui->tableView_dbc->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &Logger_CAN_View::updateDbcButtons);
+    connect(&m_rxModel, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex &first, const QModelIndex &last) {
+                noteRxChange(first.column(), last.column());
+            });
+    connect(&m_rxModel, &QAbstractItemModel::rowsInserted, this,
+            [this] { noteRxChange(0, m_rxModel.columnCount() - 1); });
     connect(&m_figuresTimer, &QTimer::timeout, this, &Logger_CAN_View::showBusFigures);
+    connect(&m_figuresTimer, &QTimer::timeout, this, &Logger_CAN_View::sortRxRows);
 }
 
 void Logger_CAN_View::connectHandler()

@@ -25,10 +25,15 @@ private slots:
     void anotherChannelsSessionIsNotShown();
 
     void receivedFramesAreListed();
+    void aHiddenPageHearsOfFramesWhenItIsShown();
+    void aHiddenPageHearsOfValuesWhenItIsShown();
+    void rowsMoveLaterThanADeliveryComes();
+    void aListThatStandsStillIsInOrder();
     void anotherChannelsFramesLeaveTheListAlone();
     void uncheckedTheListStandsStillWhileLiveValuesGoOn();
     void pausedTheListStandsStill();
     void aPauseGivesNoPeriod();
+    void uncheckedTheListTakesNoNewIdentifier();
     void theListCanBeCleared();
     void commentsNameTheChannelsSignals();
     void theListIsSavedInTheOrderShown();
@@ -166,12 +171,12 @@ void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
 
 void tst_Logger_CAN_View::receivedFramesAreListed()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x7E0, "0102", 1000);
     m_bench->receive(0x7E0, "0aff", 21'000);
     m_bench->receive(0x123, "", 22'000);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
     QCOMPARE(m_bench->cell("tableView_rx", 1, 0), QStringLiteral("7E0"));
     QCOMPARE(m_bench->cell("tableView_rx", 1, 1), QStringLiteral("2"));
     QCOMPARE(m_bench->cell("tableView_rx", 1, 2), QStringLiteral("0A FF "));
@@ -179,9 +184,55 @@ void tst_Logger_CAN_View::receivedFramesAreListed()
     QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("2"));
 }
 
-void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
+void tst_Logger_CAN_View::aHiddenPageHearsOfFramesWhenItIsShown()
 {
     m_bench->page();
+    m_bench->receive(0x7E0, "01");
+    m_bench->receive(0x123, "02");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
+    m_bench->page().show();
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
+}
+
+void tst_Logger_CAN_View::aHiddenPageHearsOfValuesWhenItIsShown()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    const QSignalSpy told(m_bench->rows("tableView_dbc"), &QAbstractItemModel::dataChanged);
+    m_bench->receive(0x100, "0100000000000000");
+    QVERIFY(told.isEmpty());
+    m_bench->page().show();
+    QCOMPARE(told.size(), 1);
+    m_bench->receive(0x100, "0200000000000000");
+    QCOMPARE(told.size(), 2);
+}
+
+void tst_Logger_CAN_View::rowsMoveLaterThanADeliveryComes()
+{
+    m_bench->page().show();
+    m_bench->find<QTableView>("tableView_rx")->sortByColumn(4, Qt::DescendingOrder);
+    for (const quint32 id : {1U, 1U, 2U})
+        m_bench->receive(id, "");
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
+    m_bench->receive(2, "");
+    m_bench->receive(2, "");
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+}
+
+void tst_Logger_CAN_View::aListThatStandsStillIsInOrder()
+{
+    m_bench->page().show();
+    m_bench->receive(2, "");
+    m_bench->receive(1, "");
+    m_bench->button("pushButton_rx_pause")->click();
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
+}
+
+void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
+{
+    m_bench->page().show();
     m_bench->receive(0x7E0, "0102", 1000, CanPageBench::number + 1);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
 }
@@ -189,7 +240,7 @@ void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
 void tst_Logger_CAN_View::uncheckedTheListStandsStillWhileLiveValuesGoOn()
 {
     m_bench->writeSignals({QStringLiteral("A")});
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "0100000000000000");
     m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
     m_bench->receive(0x100, "0700000000000000");
@@ -201,9 +252,22 @@ void tst_Logger_CAN_View::uncheckedTheListStandsStillWhileLiveValuesGoOn()
     QCOMPARE(m_bench->cell("tableView_rx", 0, 4), QStringLiteral("2"));
 }
 
+void tst_Logger_CAN_View::uncheckedTheListTakesNoNewIdentifier()
+{
+    m_bench->page().show();
+    m_bench->receive(0x100, "01");
+    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
+    m_bench->receive(0x101, "02");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
+    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(true);
+    m_bench->receive(0x101, "03");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("1"));
+}
+
 void tst_Logger_CAN_View::pausedTheListStandsStill()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01");
     m_bench->button("pushButton_rx_pause")->click();
     m_bench->receive(0x100, "02");
@@ -217,7 +281,7 @@ void tst_Logger_CAN_View::pausedTheListStandsStill()
 
 void tst_Logger_CAN_View::aPauseGivesNoPeriod()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01", 1000);
     m_bench->button("pushButton_rx_pause")->click();
     m_bench->button("pushButton_rx_pause")->click();
@@ -229,15 +293,16 @@ void tst_Logger_CAN_View::aPauseGivesNoPeriod()
 
 void tst_Logger_CAN_View::theListCanBeCleared()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
     m_bench->button("pushButton_clear_rx_list")->click();
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
 }
 
 void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01");
     m_bench->writeSignals({QStringLiteral("Speed"), QStringLiteral("Torque")});
     QCOMPARE(m_bench->cell("tableView_rx", 0, 5), QStringLiteral("Speed, Torque"));
@@ -245,10 +310,9 @@ void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
 
 void tst_Logger_CAN_View::theListIsSavedInTheOrderShown()
 {
-    m_bench->page();
-    m_bench->receive(0x100, "01");
-    m_bench->receive(0x200, "02");
     m_bench->find<QTableView>("tableView_rx")->sortByColumn(0, Qt::DescendingOrder);
+    m_bench->receive(0x100, "01");
+    m_bench->receive(0x200, "02"); // neither is shown yet
     const QString path = m_bench->folder.filePath(QStringLiteral("list.txt"));
     m_bench->prompt.picks = QStringList(path);
     m_bench->button("pushButton_save_rx_list")->click();
@@ -297,7 +361,7 @@ void tst_Logger_CAN_View::framesPerSecondAndLoadAreShown()
 void tst_Logger_CAN_View::aNewConnectionStartsAnew()
 {
     m_bench->writeSignals({QStringLiteral("A")});
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "0100000000000000");
     m_bench->setState(APP_STA_CONN_INIT);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
@@ -317,7 +381,7 @@ void tst_Logger_CAN_View::columnsAreRemembered()
     m_bench->receive(1, "");
     m_bench->receive(2, "");
     m_bench->receive(2, "");
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
 }
 
 void tst_Logger_CAN_View::everyControlSaysWhatItIsFor()
