@@ -260,9 +260,10 @@ void Logger_CAN_View::sendEditedSignals()
 {
     TerminalCanCfg edited;
     record::copy(channel(), edited);
-    std::size_t place = 0;
-    for (StreamingClass_DBC_Signal *signal : channel().dbc_signals)
-        editableFields(*signal) = m_held.at(place++);
+    const auto &records = channel().dbc_signals;
+    const bool isHeld = m_held.size() == std::size_t(records.size());
+    for (int i = 0; isHeld && i < records.size(); ++i)
+        editableFields(*records.at(i)) = m_held[std::size_t(i)];
     (void)handler()->writeCan(number(), edited); // a failure is told by the handler
     m_dbcModel.setSignals(channel().dbc_signals.items());
 }

@@ -32,6 +32,7 @@ private slots:
     void aNoticeOfManyNamesIsCut();
     void longNamesAreCutInANotice();
     void theNameOfALongFileIsCut();
+    void anEditSurvivesAListThatHasGrown();
 
     void insertedSignalsReplaceTheSameOnes();
     void selectedSignalsCanBeRemoved();
@@ -307,6 +308,18 @@ void tst_Logger_CAN_View_Dbc::theNameOfALongFileIsCut()
         QVERIFY2(m_bench->label(label).size() < 100, label);
     for (const char *widget : {"label_loading", "label_dbc_summary", "pushButton_reload_dbc_file"})
         QVERIFY2(m_bench->find<QWidget>(widget)->toolTip().contains(path.toHtmlEscaped()), widget);
+}
+
+// No change of the configuration passes the page by; should one, its records are left as they are.
+void tst_Logger_CAN_View_Dbc::anEditSurvivesAListThatHasGrown()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    const_cast<TerminalCanCfg &>(m_bench->channel()).dbc_signals.add();
+    tick(0, Record, Qt::Unchecked);
+    QCOMPARE(m_bench->channel().dbc_signals.size(), 2);
+    QCOMPARE(int(m_bench->channel().dbc_signals.at(0)->selection_flags),
+             int(StreamingClass_DBC_Signal::liveFlag));
 }
 
 void tst_Logger_CAN_View_Dbc::insertedSignalsReplaceTheSameOnes()
