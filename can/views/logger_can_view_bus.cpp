@@ -87,9 +87,7 @@ void Logger_CAN_View::sortRxRows()
 void Logger_CAN_View::showRxNote()
 {
     const quint64 frames = m_rxModel.framesNotListed();
-    m_ui->label_rx_note->setText(
-        frames == 0 ? QString()
-                    : tr("%1 frames of further identifiers are not listed.").arg(frames));
+    m_ui->label_rx_note->setText(frames == 0 ? QString() : tr("%1 frames not listed").arg(frames));
 }
 
 void Logger_CAN_View::showBusFigures()
@@ -119,10 +117,11 @@ void Logger_CAN_View::hideEvent(QHideEvent *event)
     LoggerPage::hideEvent(event);
 }
 
-// What is listed can still be sorted and saved when the box isn't checked.
+// What is listed can still be sorted and saved when the box isn't checked, and the figures go on.
 void Logger_CAN_View::on_groupBox_receive_toggled(bool)
 {
     m_ui->tableView_rx->setEnabled(true);
+    m_ui->label_bus_figures->setEnabled(true);
     m_ui->pushButton_clear_rx_list->setEnabled(true);
     m_ui->pushButton_save_rx_list->setEnabled(true);
     m_rxModel.noteGap();

@@ -20,7 +20,7 @@
 namespace {
 
 // Characters of a file's name.
-constexpr int longestName = 60;
+constexpr int longestName = 40;
 constexpr int longestNameOnButton = 24;
 
 QString lastFileKey(int can_nr)

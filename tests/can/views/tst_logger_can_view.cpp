@@ -1,9 +1,11 @@
 #include "tests/can/views/canpagebench.h"
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTableView>
 
 // What the page shows and lists; no logger is connected.
@@ -42,6 +44,8 @@ private slots:
     void framesPerSecondAndLoadAreShown();
     void aNewConnectionStartsAnew();
 
+    void thePageLeavesRoomForTheTreeBesideIt();
+    void theTabKeyGoesThroughTheBytesToSend();
     void columnsAreRemembered();
     void everyControlSaysWhatItIsFor();
 
@@ -366,6 +370,45 @@ void tst_Logger_CAN_View::aNewConnectionStartsAnew()
     m_bench->setState(APP_STA_CONN_INIT);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
     QCOMPARE(m_bench->cell("tableView_dbc", 0, 3), QString());
+}
+
+// In a window of 1250 pixels and a usual font, beside 240 pixels of tree: with all that widens it.
+void tst_Logger_CAN_View::thePageLeavesRoomForTheTreeBesideIt()
+{
+    Logger_CAN_View &page = m_bench->page();
+    page.show();
+    m_bench->find<QCheckBox>("checkBox_29_bit")->click();
+    m_bench->find<QCheckBox>("checkBox_fd_format")->click();
+    for (quint32 id = 0; id < 700; ++id)
+        m_bench->receive(id, "0102030405060708");
+    emit m_bench->handler.signalFilterLimitCleared(CanPageBench::number,
+                                                   {QString(300, QLatin1Char('x'))});
+    m_bench->find<QWidget>("frame_loading")->show();
+    m_bench->page().loadDbcFile(QString(300, QLatin1Char('x')) + QStringLiteral(".dbc"));
+    m_bench->find<QLabel>("label_bus_figures")
+        ->setText(QStringLiteral("10000 frames/s, bus load 100.0 to 125.0 %"));
+    m_bench->find<QLabel>("label_loading_left")->setText(QStringLiteral("about 12 minutes left"));
+    m_bench->find<QLabel>("label_send_result")->setText(QStringLiteral("Sent."));
+    QCoreApplication::processEvents();
+    const int widest = 125 * page.fontMetrics().averageCharWidth();
+    const int least = page.minimumSizeHint().width();
+    QVERIFY2(least <= widest, qPrintable(QStringLiteral("%1 > %2").arg(least).arg(widest)));
+}
+
+void tst_Logger_CAN_View::theTabKeyGoesThroughTheBytesToSend()
+{
+    m_bench->showActive();
+    m_bench->setState(APP_STA_CONN_LOG_OFF);
+    auto *length = m_bench->find<QSpinBox>("spinBox_dlc");
+    length->setValue(2);
+    length->setFocus();
+    QStringList way;
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        way += QApplication::focusWidget()->objectName();
+    }
+    QCOMPARE(way.join(QLatin1Char(' ')),
+             QStringLiteral("lineEdit_byte_0 lineEdit_byte_1 pushButton_send_msg"));
 }
 
 void tst_Logger_CAN_View::columnsAreRemembered()
