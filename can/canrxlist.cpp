@@ -59,10 +59,11 @@ QString dataText(const QByteArray &data)
 
 QString commentText(const RxListItem &item)
 {
+    const QString comment = item.comment.simplified();
     if (!item.remote)
-        return item.comment;
+        return comment;
     const auto remote = QStringLiteral("Remote frame");
-    return item.comment.isEmpty() ? remote : remote + QStringLiteral(": ") + item.comment;
+    return comment.isEmpty() ? remote : remote + QStringLiteral(": ") + comment;
 }
 
 QHash<quint64, QString> signalComments(const QList<StreamingClass_DBC_Signal *> &signalList)

@@ -28,7 +28,7 @@ struct RxListItem
 [[nodiscard]] QString identifierText(quint32 id, bool extended);
 // Two digits and a blank for each byte.
 [[nodiscard]] QString dataText(const QByteArray &data);
-// A remote frame says that it is one.
+// In one line. A remote frame says that it is one.
 [[nodiscard]] QString commentText(const RxListItem &item);
 
 // By identifierKey(): the names of the signals that the frames carry; of many the first ones. The

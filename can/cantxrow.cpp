@@ -1,5 +1,7 @@
 #include "can/cantxrow.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <optional>
 
@@ -48,6 +50,23 @@ int dlcOfLength(int bytes, FrameFormat format)
     const std::vector<int> &lengths = dataLengths(format);
     const auto found = std::lower_bound(lengths.begin(), lengths.end(), bytes);
     return int(std::min(found, lengths.end() - 1) - lengths.begin());
+}
+
+QStringList bytesInText(const QString &text, int most)
+{
+    constexpr int digits = 2;      // of a byte
+    constexpr int longest = 4'096; // characters that are looked at
+    static const QRegularExpression numbers(QStringLiteral("(?:0[xX])?([0-9A-Fa-f]+)"));
+    QStringList bytes;
+    auto matches = numbers.globalMatch(text.left(longest));
+    while (matches.hasNext() && bytes.size() < most) {
+        QString number = matches.next().captured(1);
+        if (number.size() % digits != 0)
+            number.prepend(QLatin1Char('0'));
+        for (int at = 0; at < number.size() && bytes.size() < most; at += digits)
+            bytes += number.mid(at, digits);
+    }
+    return bytes;
 }
 
 std::variant<TxFrame, TxInputError> parseTxRow(const TxRowInput &input)

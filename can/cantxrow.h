@@ -52,6 +52,11 @@ struct TxInputError
     int byte = 0; // where a byte is wrong
 };
 
+// The bytes that a text names, as two hexadecimal digits each, at most `most`. Whatever is no digit
+// separates numbers, "0x" ahead of one doesn't count. A number of more digits is several bytes, the
+// first one its highest; an odd one gets a 0 in front.
+[[nodiscard]] QStringList bytesInText(const QString &text, int most);
+
 // There are no remote frames of the FD format: the flag doesn't count there.
 [[nodiscard]] std::variant<TxFrame, TxInputError> parseTxRow(const TxRowInput &input);
 

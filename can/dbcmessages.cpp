@@ -66,6 +66,21 @@ BitField valueField(const Signal &signal)
     return fieldOf(signal, valueKind(signal));
 }
 
+QString valueKindText(const Signal &signal)
+{
+    switch (valueKind(signal)) {
+    case ExtractedValue::Unsigned:
+        return QStringLiteral("unsigned");
+    case ExtractedValue::Signed:
+        return QStringLiteral("signed");
+    case ExtractedValue::Float:
+        return QStringLiteral("float");
+    case ExtractedValue::Double:
+        return QStringLiteral("double");
+    }
+    return {};
+}
+
 BitField multiplexorField(const Signal &multiplexor)
 {
     return fieldOf(multiplexor, ExtractedValue::Unsigned);

@@ -34,6 +34,9 @@ using DbcMessages = std::map<DbcMessageKey, DbcMessage>;
 // The bits of the value; more than 64 count as 64.
 [[nodiscard]] BitField valueField(const StreamingClass_DBC_Signal &signal);
 
+// How the bits of the value read: "unsigned", "signed", "float" or "double".
+[[nodiscard]] QString valueKindText(const StreamingClass_DBC_Signal &signal);
+
 // The bits that select; they read as an unsigned number.
 [[nodiscard]] BitField multiplexorField(const StreamingClass_DBC_Signal &multiplexor);
 

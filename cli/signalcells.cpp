@@ -1,5 +1,6 @@
 #include "cli/signalcells.h"
 
+#include "can/dbcmessages.h"
 #include "cli/textsections.h"
 #include "config/streamingclass_dbc_signal.h"
 
@@ -31,7 +32,7 @@ QStringList signalCells(const StreamingClass_DBC_Signal &signal)
             QString::number(signal.start_bit),
             QString::number(signal.bit_length),
             orderText(signal.little_endian == 0),
-            signText(signal.is_signed != 0),
+            can::valueKindText(signal),
             realText(signal.factor),
             realText(signal.offset),
             realText(signal.minimum),

@@ -98,7 +98,7 @@ QByteArray DataPort::nextBatch()
             m_replay->restart(now_us);
         m_isOutdated = false;
     }
-    m_stream.setLoad(m_load + m_faults.number(Fault::DataFlood).value_or(0));
+    m_stream.setLoad(m_load + m_faults.number(Fault::DataFlood).value_or(0), m_loadMessages);
     return m_replay ? m_replay->entriesUntil(now_us) : m_stream.entriesUntil(now_us);
 }
 

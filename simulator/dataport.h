@@ -42,8 +42,12 @@ public:
     // The stream follows the configuration anew.
     void configurationChanged() { m_isOutdated = true; }
 
-    // CAN frames a second on top of the configured sources.
-    void setLoad(quint32 framesPerSecond) { m_load = framesPerSecond; }
+    // CAN frames a second on top of the configured sources, and their messages: see LiveStream.
+    void setLoad(quint32 framesPerSecond, int messages = LiveStream::usualLoadMessages)
+    {
+        m_load = framesPerSecond;
+        m_loadMessages = messages;
+    }
 
     // Streams this log instead of the configured sources; null ends that.
     void setReplay(std::unique_ptr<LogReplay> replay);
@@ -78,6 +82,7 @@ private:
     std::unique_ptr<LogReplay> m_replay;
     bool m_isOutdated = true;
     quint32 m_load = 0;
+    int m_loadMessages = LiveStream::usualLoadMessages;
     quint64 m_noise = 0; // how many random words have been used
     qint64 m_droppedBytes = 0;
 };

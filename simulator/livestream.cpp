@@ -11,9 +11,9 @@ constexpr quint32 maxLoad = 5'000'000; // frames/s
 
 } // namespace
 
-void LiveStream::setLoad(quint32 framesPerSecond)
+void LiveStream::setLoad(quint32 framesPerSecond, int messages)
 {
-    m_load = qMin(framesPerSecond, maxLoad);
+    m_load = {qMin(framesPerSecond, maxLoad), messages};
 }
 
 void LiveStream::restart(qint64 now_us)
@@ -37,19 +37,19 @@ QByteArray LiveStream::entriesUntil(qint64 now_us)
 
 QByteArray LiveStream::loadUntil(qint64 now_us)
 {
-    if (m_load == 0)
+    if (m_load.frames == 0)
         return {};
-    if (!m_loadEntries || m_load != m_runningLoad) {
-        constexpr int messages = 240;
-        const auto interval_us = quint32(second_us / qMin(qint64(m_load), second_us));
+    if (!m_loadEntries || m_load.frames != m_runningLoad.frames
+        || m_load.messages != m_runningLoad.messages) {
+        const auto interval_us = quint32(second_us / qMin(qint64(m_load.frames), second_us));
         m_runningLoad = m_load;
         m_loadStart_us = m_end_us;
         m_loadFrames = 0;
         m_loadEntries = std::make_unique<benchlog::EntryStream>(
-            benchlog::Plan{0, messages, benchlog::Widths::Bytes, interval_us},
+            benchlog::Plan{0, m_load.messages, benchlog::Widths::Bytes, interval_us},
             quint32(drive::clockAtStart_us + m_loadStart_us));
     }
-    const qint64 due = (now_us - m_loadStart_us) * m_load / second_us;
+    const qint64 due = (now_us - m_loadStart_us) * m_load.frames / second_us;
     const auto count = int(due - m_loadFrames);
     m_loadFrames = due;
     return m_loadEntries->next(count);

@@ -25,8 +25,11 @@ public:
     // The sources follow the configuration anew from `now_us` on.
     void restart(qint64 now_us);
 
-    // CAN frames a second, by turns on twelve channels, on top of the configured sources. 0: none.
-    void setLoad(quint32 framesPerSecond);
+    static constexpr int usualLoadMessages = 240;
+
+    // CAN frames a second on top of the configured sources, 0: none. So many messages (1 to 24,576)
+    // by turns, the first on channel 0, the next one on channel 1, and on and on over all twelve.
+    void setLoad(quint32 framesPerSecond, int messages = usualLoadMessages);
 
     // What came up since the last call, or since the restart. After a gap of more than a second
     // only the last second.
@@ -39,9 +42,14 @@ private:
     drive::Vehicle m_vehicle;
     std::unique_ptr<drive::Schedule> m_schedule;
     qint64 m_end_us = 0; // of the last entries
-    quint32 m_load = 0;
-    quint32 m_runningLoad = 0; // of m_loadEntries
-    qint64 m_loadFrames = 0;   // made since m_loadStart_us
+    struct Load
+    {
+        quint32 frames = 0; // a second
+        int messages = usualLoadMessages;
+    };
+    Load m_load;
+    Load m_runningLoad;      // of m_loadEntries
+    qint64 m_loadFrames = 0; // made since m_loadStart_us
     qint64 m_loadStart_us = 0;
     std::unique_ptr<benchlog::EntryStream> m_loadEntries;
 };

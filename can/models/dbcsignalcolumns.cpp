@@ -1,5 +1,7 @@
 #include "can/models/dbcsignalcolumns.h"
 
+#include "app/ui/plaintooltip.h"
+#include "can/dbcmessages.h"
 #include "config/shorttext.h"
 
 #include <QStringList>
@@ -191,7 +193,7 @@ QString layoutInMessage(const Signal &s)
         .arg(s.start_bit)
         .arg(s.bit_length)
         .arg(s.little_endian ? QStringLiteral("Intel") : QStringLiteral("Motorola"),
-             s.is_signed ? QStringLiteral("signed") : QStringLiteral("unsigned"));
+             can::valueKindText(s));
 }
 
 } // namespace
@@ -258,7 +260,5 @@ QString dbcsignalcolumns::toolTip(const Signal &signal, const QString &lastLine)
         lines += shortText(signal.description, maxToolTipText);
     if (!lastLine.isEmpty())
         lines += lastLine;
-    // Said to be rich text, so that markup in a name or a description isn't taken for it.
-    return QStringLiteral("<p style='white-space:pre-wrap'>")
-           + lines.join(QLatin1Char('\n')).toHtmlEscaped() + QStringLiteral("</p>");
+    return plainToolTip(lines.join(QLatin1Char('\n')));
 }

@@ -1,5 +1,7 @@
 #include "can/views/canbytefields.h"
 
+#include "can/cantxrow.h"
+
 #include <QClipboard>
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -73,6 +75,14 @@ void CanByteFields::makeField(int position)
     m_fields.push_back(field);
 }
 
+void CanByteFields::followInTabOrder(QWidget *widget)
+{
+    for (QWidget *field : m_fields) {
+        setTabOrder(widget, field);
+        widget = field;
+    }
+}
+
 void CanByteFields::showFields(int count)
 {
     for (int i = 0; i < maxBytes; ++i)
@@ -125,18 +135,12 @@ bool CanByteFields::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-// What separates bytes doesn't count; an odd digit at the end stays alone.
 void CanByteFields::paste(int position, const QString &text)
 {
-    static const QRegularExpression prefix(QStringLiteral("\\b0x"),
-                                           QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression other(QStringLiteral("[^0-9A-Fa-f]"));
-    const QString bytes =
-        text.left(10 * maxBytes).remove(prefix).remove(other).left(digits * maxBytes);
-    for (int from = 0; from < bytes.size() && position < maxBytes; from += digits, ++position) {
+    for (const QString &byte : can::bytesInText(text, maxBytes - position)) {
         if (!m_fields[std::size_t(position)]->isEnabled())
             return;
-        m_fields[std::size_t(position)]->setText(bytes.mid(from, digits));
-        focusField(position);
+        m_fields[std::size_t(position)]->setText(byte);
+        focusField(position++);
     }
 }

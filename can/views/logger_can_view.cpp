@@ -3,6 +3,7 @@
 #include "can/views/logger_can_view.h"
 
 #include "app/ui/headermemory.h"
+#include "app/ui/plaintooltip.h"
 #include "app/ui/userprompt.h"
 #include "can/canfilters.h"
 #include "can/ccpxcpstatus.h"
@@ -27,6 +28,20 @@ QString indicatorStyle(bool isEnabled)
                                       "border-style: solid;  background-color: rgb(0, 255, 0);} ")
                      : QStringLiteral("QWidget::enabled{border-color: grey;  border-width: 1px;  "
                                       "border-style: solid;  background-color: rgb(255, 0, 0);} ");
+}
+
+QString clearedFlagsText(const QStringList &names, int longestName)
+{
+    constexpr int mostNames = 20;
+    QStringList shown;
+    for (const QString &name : names.mid(0, mostNames))
+        shown += shortText(name, longestName).simplified();
+    QString list = shown.join(QStringLiteral(", "));
+    if (names.size() > mostNames)
+        list += Logger_CAN_View::tr(" and %1 more").arg(names.size() - mostNames);
+    return Logger_CAN_View::tr("The channel has %1 message filters. \"Record\" and \"Live\" were "
+                               "cleared, since more would be needed, of: %2")
+        .arg(QString::number(can::maxFilters), list);
 }
 
 // The key does in the widget what the button does.
@@ -68,6 +83,10 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     m_loadingShows.setSingleShot(true);
     m_loadingShows.setInterval(loadingShowsAfter_ms);
     m_figuresTimer.setInterval(figuresEvery_ms);
+    m_ui->widget_bytes->followInTabOrder(m_ui->spinBox_dlc);
+    constexpr int edges = 20; // of a line edit, in pixels
+    m_ui->lineEdit_id->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000000"))
+                                       + edges);
     connectHandler();
     connectOwnSignals();
     connectLoading();
@@ -85,6 +104,7 @@ void Logger_CAN_View::setUpTables()
     m_ui->tableView_dbc->setModel(&m_dbcRows);
     m_rxRows.setSourceModel(&m_rxModel);
     m_rxRows.setSortRole(Qt::EditRole);
+    m_rxRows.setDynamicSortFilter(false); // sortRxRows() does it, not each delivery
     m_ui->tableView_rx->setModel(&m_rxRows);
     for (QTableView *table : {m_ui->tableView_dbc, m_ui->tableView_rx}) {
         table->horizontalHeader()->setHighlightSections(false);
@@ -108,7 +128,14 @@ void Logger_CAN_View::setUpTables()
             &Logger_CAN_View::slotDbcModelChanged);
     connect(m_ui->tableView_dbc->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &Logger_CAN_View::updateDbcButtons);
+    connect(&m_rxModel, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex &first, const QModelIndex &last) {
+                noteRxChange(first.column(), last.column());
+            });
+    connect(&m_rxModel, &QAbstractItemModel::rowsInserted, this,
+            [this] { noteRxChange(0, m_rxModel.columnCount() - 1); });
     connect(&m_figuresTimer, &QTimer::timeout, this, &Logger_CAN_View::showBusFigures);
+    connect(&m_figuresTimer, &QTimer::timeout, this, &Logger_CAN_View::sortRxRows);
 }
 
 void Logger_CAN_View::connectHandler()
@@ -229,23 +256,20 @@ void Logger_CAN_View::forgetLiveData()
     showBusFigures();
 }
 
-void Logger_CAN_View::showNotice(const QString &text)
+void Logger_CAN_View::showNotice(const QString &text, const QString &wholeText)
 {
     m_ui->label_notice->setText(text);
+    m_ui->label_notice->setToolTip(plainToolTip(wholeText));
     m_ui->frame_notice->show();
 }
 
 // All names stand in the diagnostic log.
 void Logger_CAN_View::showClearedFlags(const QStringList &names)
 {
-    constexpr int mostNames = 20;
+    constexpr int longestName = 60;
+    constexpr int longestNameInToolTip = 1'000;
     qInfo() << "The filter limit cleared the flags of CAN" << number() << names;
-    QString shown = names.mid(0, mostNames).join(QStringLiteral(", "));
-    if (names.size() > mostNames)
-        shown += tr(" and %1 more").arg(names.size() - mostNames);
-    showNotice(tr("The channel has %1 message filters. \"Record\" and \"Live\" were cleared, since "
-                  "more would be needed, of: %2")
-                   .arg(QString::number(can::maxFilters), shown));
+    showNotice(clearedFlagsText(names, longestName), clearedFlagsText(names, longestNameInToolTip));
 }
 
 void Logger_CAN_View::enableCan(bool on)

@@ -104,7 +104,8 @@ private:
     void takeOverChannel();
     void enableCan(bool on);
     void openConfiguration();
-    void showNotice(const QString &text);
+    // The whole text is for the tool tip.
+    void showNotice(const QString &text, const QString &wholeText);
     void showClearedFlags(const QStringList &names);
     void forgetLiveData();
 
@@ -122,8 +123,11 @@ private:
     void sendEditedSignals();
 
     [[nodiscard]] bool isListing() const;
+    void showLiveData();
     void showBusFigures();
     void showRxNote();
+    void noteRxChange(int firstColumn, int lastColumn);
+    void sortRxRows();
 
     [[nodiscard]] can::FrameFormat txFormat() const;
     void showTxLimits();
@@ -141,6 +145,7 @@ private:
     using EditableFields = std::tuple<QString, QString, double, double, quint8>;
     std::vector<EditableFields> m_held;
     can::DbcLiveDecoder m_decoder;
+    bool m_areValuesToShow = false; // the table of signals hasn't heard of them yet
     std::unique_ptr<DbcLoadTask> m_loading;
     QTimer m_loadingShows{this}; // until the progress of a load is shown
     QString m_summary;           // of the last file; empty: none was read
@@ -149,6 +154,7 @@ private:
 
     Model_CAN_Rx_List_Items m_rxModel;
     QSortFilterProxyModel m_rxRows;
+    bool m_isRxToSort = false; // what it is sorted by has changed
     can::BusLoad m_busLoad;
     QTimer m_figuresTimer;
     QElapsedTimer m_lastFrames; // since frames came in

@@ -9,6 +9,8 @@
 
 #include <QMetaMethod>
 
+#include <utility>
+
 namespace {
 
 constexpr int noFramesAfter_ms = 1000;
@@ -43,21 +45,16 @@ void Logger_CAN_View::slot_receive_can_msg_list(int can_nr, QList<CAN_Msg_Class 
     if (!isOwnNumber(can_nr))
         return;
     const bool lists = isListing();
-    bool isAnyValueSet = false;
     for (const CAN_Msg_Class *message : qAsConst(can_msg_list)) {
         const can::ReceivedFrame frame = receivedFrame(*message);
         m_busLoad.add(frame);
-        isAnyValueSet = m_decoder.take(frame) || isAnyValueSet;
+        m_areValuesToShow = m_decoder.take(frame) || m_areValuesToShow;
         if (lists)
             m_rxModel.addFrame(frame);
     }
     m_lastFrames.start();
-    if (isAnyValueSet)
-        m_dbcModel.valuesChanged();
-    if (lists) {
-        m_rxModel.publish();
-        showRxNote();
-    }
+    if (isVisible())
+        showLiveData();
     if (isSignalConnected(QMetaMethod::fromSignal(&Logger_CAN_View::signalCanMsgForwarder))) {
         QList<RawMessageBaseClass *> messages;
         for (CAN_Msg_Class *message : qAsConst(can_msg_list))
@@ -66,12 +63,31 @@ void Logger_CAN_View::slot_receive_can_msg_list(int can_nr, QList<CAN_Msg_Class 
     }
 }
 
+// A page that is hidden decodes and counts only; showEvent() makes up for the rest.
+void Logger_CAN_View::showLiveData()
+{
+    if (std::exchange(m_areValuesToShow, false))
+        m_dbcModel.valuesChanged();
+    m_rxModel.publish();
+    showRxNote();
+}
+
+void Logger_CAN_View::noteRxChange(int firstColumn, int lastColumn)
+{
+    const int sorted = m_rxRows.sortColumn();
+    m_isRxToSort = m_isRxToSort || (firstColumn <= sorted && sorted <= lastColumn);
+}
+
+void Logger_CAN_View::sortRxRows()
+{
+    if (std::exchange(m_isRxToSort, false))
+        m_rxRows.sort(m_rxRows.sortColumn(), m_rxRows.sortOrder());
+}
+
 void Logger_CAN_View::showRxNote()
 {
     const quint64 frames = m_rxModel.framesNotListed();
-    m_ui->label_rx_note->setText(
-        frames == 0 ? QString()
-                    : tr("%1 frames of further identifiers are not listed.").arg(frames));
+    m_ui->label_rx_note->setText(frames == 0 ? QString() : tr("%1 frames not listed").arg(frames));
 }
 
 void Logger_CAN_View::showBusFigures()
@@ -90,6 +106,8 @@ void Logger_CAN_View::showEvent(QShowEvent *event)
     LoggerPage::showEvent(event);
     m_figuresTimer.start();
     showBusFigures();
+    showLiveData();
+    sortRxRows();
     noteLastFile();
 }
 
@@ -99,18 +117,21 @@ void Logger_CAN_View::hideEvent(QHideEvent *event)
     LoggerPage::hideEvent(event);
 }
 
-// What is listed can still be sorted and saved when the box isn't checked.
+// What is listed can still be sorted and saved when the box isn't checked, and the figures go on.
 void Logger_CAN_View::on_groupBox_receive_toggled(bool)
 {
     m_ui->tableView_rx->setEnabled(true);
+    m_ui->label_bus_figures->setEnabled(true);
     m_ui->pushButton_clear_rx_list->setEnabled(true);
     m_ui->pushButton_save_rx_list->setEnabled(true);
     m_rxModel.noteGap();
+    sortRxRows(); // now rather than in a list that stands still
 }
 
 void Logger_CAN_View::on_pushButton_rx_pause_toggled(bool)
 {
     m_rxModel.noteGap();
+    sortRxRows();
 }
 
 void Logger_CAN_View::on_pushButton_clear_rx_list_clicked()
@@ -121,6 +142,8 @@ void Logger_CAN_View::on_pushButton_clear_rx_list_clicked()
 
 void Logger_CAN_View::on_pushButton_save_rx_list_clicked()
 {
+    showLiveData();
+    sortRxRows();
     std::vector<can::RxListItem> items; // the user may take his time while frames come in
     for (int row = 0; row < m_rxRows.rowCount(); ++row)
         items.push_back(m_rxModel.itemAt(m_rxRows.mapToSource(m_rxRows.index(row, 0)).row()));

@@ -1,6 +1,7 @@
 // The part of the page that loads, shows and removes the signals of DBC files.
 
 #include "app/ui/filedialogs.h"
+#include "app/ui/plaintooltip.h"
 #include "app/ui/settingsstore.h"
 #include "app/ui/userprompt.h"
 #include "can/dbcloadtask.h"
@@ -18,14 +19,36 @@
 
 namespace {
 
+// Characters of a file's name.
+constexpr int longestName = 40;
+constexpr int longestNameOnButton = 24;
+
 QString lastFileKey(int can_nr)
 {
     return QStringLiteral("DbcLastFile/CAN-%1").arg(can_nr);
 }
 
+QString notLoadedText(const QString &file)
+{
+    return Logger_CAN_View::tr("%1 was not loaded: the configuration can't be changed now.")
+        .arg(file);
+}
+
 auto editableFields(StreamingClass_DBC_Signal &signal)
 {
     return std::tie(signal.name, signal.unit, signal.factor, signal.offset, signal.selection_flags);
+}
+
+// The name of the file for a line of the page, where the tool tip has the path.
+QString fileNameIn(const QString &path, int longest)
+{
+    return shortText(QFileInfo(path).fileName().simplified(), longest);
+}
+
+// What the widget shows, and the whole path of the file.
+void setPathToolTip(QWidget *widget, const QString &path)
+{
+    widget->setToolTip(plainToolTip(widget->accessibleName() + QStringLiteral(":\n") + path));
 }
 
 // The one DBC file that is dragged; empty for anything else.
@@ -69,9 +92,12 @@ void Logger_CAN_View::noteLastFile()
     m_lastFile = SettingsStore().value(lastFileKey(number())).toString();
     const QFileInfo file(m_lastFile);
     m_isLastFileThere = file.isFile();
-    const QString name = file.fileName().replace(QLatin1Char('&'), QStringLiteral("&&"));
-    m_ui->pushButton_reload_dbc_file->setText(
-        m_lastFile.isEmpty() ? tr("Load a&gain") : tr("Load a&gain: %1").arg(name));
+    if (!m_lastFile.isEmpty()) {
+        const QString name = fileNameIn(m_lastFile, longestNameOnButton)
+                                 .replace(QLatin1Char('&'), QStringLiteral("&&"));
+        m_ui->pushButton_reload_dbc_file->setText(tr("Load a&gain: %1").arg(name));
+        setPathToolTip(m_ui->pushButton_reload_dbc_file, m_lastFile);
+    }
     updateDbcButtons();
 }
 
@@ -115,7 +141,8 @@ void Logger_CAN_View::loadDbcFile(const QString &path)
 {
     if (!canLoad())
         return;
-    m_ui->label_loading->setText(tr("Reading %1").arg(QFileInfo(path).fileName()));
+    m_ui->label_loading->setText(tr("Reading %1").arg(fileNameIn(path, longestName)));
+    setPathToolTip(m_ui->label_loading, path);
     m_ui->label_loading_left->clear();
     m_ui->progressBar_loading->setValue(0);
     m_loadingShows.start();
@@ -147,12 +174,13 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
         return;
     }
     m_summary =
-        QFileInfo(path).fileName() + QStringLiteral(": ") + dbc::summaryText(parser.summary());
+        fileNameIn(path, longestName) + QStringLiteral(": ") + dbc::summaryText(parser.summary());
+    setPathToolTip(m_ui->label_dbc_summary, path);
     showSummary();
     if (m_isEditable)
         chooseSignals();
     else
-        showNotice(tr("%1 was not loaded: the configuration can't be changed now.").arg(path));
+        showNotice(notLoadedText(fileNameIn(path, longestName)), notLoadedText(path));
 }
 
 void Logger_CAN_View::chooseSignals()
@@ -232,9 +260,10 @@ void Logger_CAN_View::sendEditedSignals()
 {
     TerminalCanCfg edited;
     record::copy(channel(), edited);
-    std::size_t place = 0;
-    for (StreamingClass_DBC_Signal *signal : channel().dbc_signals)
-        editableFields(*signal) = m_held.at(place++);
+    const auto &records = channel().dbc_signals;
+    const bool isHeld = m_held.size() == std::size_t(records.size());
+    for (int i = 0; isHeld && i < records.size(); ++i)
+        editableFields(*records.at(i)) = m_held[std::size_t(i)];
     (void)handler()->writeCan(number(), edited); // a failure is told by the handler
     m_dbcModel.setSignals(channel().dbc_signals.items());
 }

@@ -19,6 +19,7 @@ private slots:
     void theTextHasAHeadAndALineForEachItem();
     void theColumnsMeet();
     void aTextThatLooksLikeAPlaceholderStaysAsItIs();
+    void aCommentOfSeveralLinesIsWrittenInOne();
     void aRemoteFrameSaysSo();
     void aCommentNamesTheSignalsOfItsIdentifier();
     void aCommentOfManySignalsIsCut();
@@ -78,6 +79,13 @@ void tst_CanRxList::theColumnsMeet()
 void tst_CanRxList::aTextThatLooksLikeAPlaceholderStaysAsItIs()
 {
     QVERIFY(can::rxListText({item(1, "00", 1, "%1 %2")}).endsWith(QStringLiteral("%1 %2 \r\n")));
+}
+
+void tst_CanRxList::aCommentOfSeveralLinesIsWrittenInOne()
+{
+    const QString text = can::rxListText({item(1, "00", 1, "Speed\r\nof the\n\tcar")});
+    QCOMPARE(text.count(QLatin1Char('\n')), 2);
+    QVERIFY(text.endsWith(QStringLiteral("Speed of the car \r\n")));
 }
 
 void tst_CanRxList::aRemoteFrameSaysSo()

@@ -24,6 +24,10 @@ private slots:
     void aByteThatDoesNotParseIsNamed();
     void aRemoteFrameCarriesZeros();
     void thereAreNoRemoteFramesOfTheFdFormat();
+    void aTextNamesBytes_data();
+    void aTextNamesBytes();
+    void noMoreBytesAreTakenThanAskedFor();
+    void aTextOfMegabytesIsNotReadToItsEnd();
 
 private:
     static TxRowInput row(const char *id, const char *bytes)
@@ -180,6 +184,51 @@ void tst_CanTxRow::thereAreNoRemoteFramesOfTheFdFormat()
     const auto result = can::parseTxRow(input);
     QVERIFY(!std::get<TxFrame>(result).remote);
     QCOMPARE(std::get<TxFrame>(result).data.toHex(), QByteArray("12"));
+}
+
+void tst_CanTxRow::aTextNamesBytes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("bytes");
+    const auto row = [](const char *name, const char *text, const char *bytes) {
+        QTest::newRow(name) << QString::fromLatin1(text) << QString::fromLatin1(bytes);
+    };
+    row("nothing between", "01a2FF", "01 a2 FF");
+    row("blanks", "01 a2\tFF", "01 a2 FF");
+    row("single digits", "1 2 3", "01 02 03");
+    row("prefixes", "0x2,0x3E", "02 3E");
+    row("prefixes and blanks", "0X02, 0X3e", "02 3e");
+    row("semicolons", "1;2;a", "01 02 0a");
+    row("colons", "01:2:3f", "01 02 3f");
+    row("dashes", "01-02-3-f", "01 02 03 0f");
+    row("line breaks", "1\r\n2\n3\r", "01 02 03");
+    row("brackets", "{0x1, 0x2}", "01 02");
+    row("an odd number of digits", "0x123 4", "01 23 04");
+    row("an even one", "0x0A0B", "0A 0B");
+    row("zeros", "00 0", "00 00");
+    row("one digit", "7", "07");
+    row("no digit", "no, y", "");
+    row("nothing", "", "");
+}
+
+void tst_CanTxRow::aTextNamesBytes()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, bytes);
+    QCOMPARE(can::bytesInText(text, 64).join(QLatin1Char(' ')), bytes);
+}
+
+void tst_CanTxRow::noMoreBytesAreTakenThanAskedFor()
+{
+    QCOMPARE(can::bytesInText(QStringLiteral("1 2 3 4"), 2).size(), 2);
+    QCOMPARE(can::bytesInText(QStringLiteral("01020304"), 3).size(), 3);
+    QCOMPARE(can::bytesInText(QStringLiteral("1"), 0).size(), 0);
+}
+
+void tst_CanTxRow::aTextOfMegabytesIsNotReadToItsEnd()
+{
+    QVERIFY(
+        can::bytesInText(QString(3'000'000, QLatin1Char(' ')) + QLatin1Char('1'), 64).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_CanTxRow)

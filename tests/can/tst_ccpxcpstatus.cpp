@@ -29,14 +29,27 @@ void tst_CcpXcpStatus::aStatusHasItsText_data()
     row(0, "Inactive");
     row(1, "CAN is disabled");
     row(3, "Connected...");
+    row(4, "Checking CCP version...");
+    row(5, "Initializing DAQ-Session step 1...");
+    row(6, "Initializing DAQ-Session step 2...");
     row(7, "Error, no DAQ-List set.");
+    row(8, "Error, DAQ-List wrong FirstID.");
+    row(9, "Error, Invalid ODT count.");
     row(10, "Error, no DAQ memory.");
     row(11, "Initializing DAQ-Session step 3...");
+    row(12, "Initializing DAQ-Session step 4...");
+    row(13, "Initializing DAQ-Session step 5...");
     row(14, "Initializing DAQ-Session step 6...");
+    row(15, "Preparing synchronized start...");
+    row(16, "Starting DAQ-Data...");
+    row(17, "Synchronized start DAQ-Data...");
     row(18, "XCP Session Active/Running");
     row(19, "Unknown status 19");
     row(21, "The Session restarts soon...");
     row(66, "Freeing DAQ..");
+    row(67, "Allocating DAQ..");
+    row(68, "Allocating ODTs..");
+    row(69, "Allocating ODT Entries..");
     row(70, "Getting DAQ Clock..");
 }
 
@@ -76,9 +89,20 @@ void tst_CcpXcpStatus::aResponseHasItsText_data()
     row(0, "Unknown error 0");
     row(1, "LastErr:DAQ overload");
     row(16, "LastErr:CMD processor busy");
+    row(17, "LastErr:DAQ processor busy");
+    row(18, "LastErr:Internal timeout");
     row(24, "LastErr:Key request");
+    row(25, "LastErr:Session status request");
+    row(32, "LastErr:Cold start request");
+    row(33, "LastErr:CAL data init request");
+    row(34, "LastErr:DAQ data init request");
     row(35, "LastErr:Code update request");
     row(48, "LastErr:Unknown command");
+    row(49, "LastErr:CMD syntax fault");
+    row(50, "LastErr:Parameter out of range");
+    row(51, "LastErr:Access denied");
+    row(52, "LastErr:Overload");
+    row(53, "LastErr:Access locked");
     row(54, "LastErr:Function not available");
     row(255, "Unknown error 255");
 }

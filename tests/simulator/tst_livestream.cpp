@@ -103,6 +103,7 @@ private slots:
     void wildConfigurationsDoNoHarm();
     void damagedRecordsDoNoHarm();
     void theLoadIsSpreadOverTwelveChannels();
+    void theLoadHasAsManyMessagesAsAskedFor();
     void theClockGoesOnWhenTheConfigurationChanges();
     void aLongPauseIsLeftOut();
 };
@@ -462,6 +463,26 @@ void tst_LiveStream::theLoadIsSpreadOverTwelveChannels()
     }
     for (const int inChannel : frames)
         QVERIFY(inChannel == 8333 || inChannel == 8334);
+}
+
+void tst_LiveStream::theLoadHasAsManyMessagesAsAskedFor()
+{
+    LoggerState state;
+    switchEverythingOff(state);
+    LiveStream stream(state);
+    stream.restart(0);
+    const auto identifiersIn = [&stream](qint64 from_us) {
+        QSet<quint32> identifiers;
+        for (const StdLogEntry &entry : entriesOf(stream.entriesUntil(from_us + second_us / 2))) {
+            if (entry.type == rawlog::RLD_CAN && entry.number == 11)
+                identifiers.insert(entry.id);
+        }
+        return identifiers.size();
+    };
+    stream.setLoad(100'000);
+    QCOMPARE(identifiersIn(0), 20);
+    stream.setLoad(100'000, 7200);
+    QCOMPARE(identifiersIn(second_us / 2), 600);
 }
 
 void tst_LiveStream::theClockGoesOnWhenTheConfigurationChanges()

@@ -49,6 +49,8 @@ private slots:
     void aRenamedSignalKeepsItsRow();
     void newValuesChangeTheirColumnOnly();
     void toolTipsShowMarkupOfTheFileAsText();
+    void toolTipsSayHowTheBitsRead_data();
+    void toolTipsSayHowTheBitsRead();
     void toolTipsCutTextOfMegabytes();
     void theColourIsToldInWordsToo();
     void sortingComparesNumbersAsNumbers();
@@ -500,6 +502,25 @@ void tst_Model_DBC_Signals::toolTipsShowMarkupOfTheFileAsText()
     QVERIFY(tip.contains(QStringLiteral("&lt;img")));
     QVERIFY(!tip.contains(QStringLiteral("<img")));
     QVERIFY(tip.contains(QStringLiteral("Start bit 0, 16 bits, Intel, unsigned")));
+}
+
+void tst_Model_DBC_Signals::toolTipsSayHowTheBitsRead_data()
+{
+    QTest::addColumn<int>("is_signed");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("unsigned") << 0 << QStringLiteral("16 bits, Intel, unsigned");
+    QTest::newRow("signed") << 1 << QStringLiteral("16 bits, Intel, signed");
+    QTest::newRow("float") << 2 << QStringLiteral("16 bits, Intel, float");
+    QTest::newRow("double") << 3 << QStringLiteral("16 bits, Intel, double");
+}
+
+void tst_Model_DBC_Signals::toolTipsSayHowTheBitsRead()
+{
+    QFETCH(int, is_signed);
+    QFETCH(QString, words);
+    Table table;
+    addSignal(table.list, "a").is_signed = quint8(is_signed);
+    QVERIFY(table.cell(0, Field::Name).data(Qt::ToolTipRole).toString().contains(words));
 }
 
 void tst_Model_DBC_Signals::toolTipsCutTextOfMegabytes()

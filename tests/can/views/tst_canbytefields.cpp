@@ -78,6 +78,7 @@ void tst_CanByteFields::pastedBytesSpreadOverTheFields_data()
     QTest::newRow("blanks") << QStringLiteral("01 a2 FF");
     QTest::newRow("nothing between") << QStringLiteral("01a2FF");
     QTest::newRow("prefixes") << QStringLiteral("0x01, 0xa2, 0xFF");
+    QTest::newRow("a single digit") << QStringLiteral("1 a2 FF");
 }
 
 void tst_CanByteFields::pastedBytesSpreadOverTheFields()

@@ -1,9 +1,11 @@
 #include "tests/can/views/canpagebench.h"
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTableView>
 
 // What the page shows and lists; no logger is connected.
@@ -25,10 +27,15 @@ private slots:
     void anotherChannelsSessionIsNotShown();
 
     void receivedFramesAreListed();
+    void aHiddenPageHearsOfFramesWhenItIsShown();
+    void aHiddenPageHearsOfValuesWhenItIsShown();
+    void rowsMoveLaterThanADeliveryComes();
+    void aListThatStandsStillIsInOrder();
     void anotherChannelsFramesLeaveTheListAlone();
     void uncheckedTheListStandsStillWhileLiveValuesGoOn();
     void pausedTheListStandsStill();
     void aPauseGivesNoPeriod();
+    void uncheckedTheListTakesNoNewIdentifier();
     void theListCanBeCleared();
     void commentsNameTheChannelsSignals();
     void theListIsSavedInTheOrderShown();
@@ -37,6 +44,8 @@ private slots:
     void framesPerSecondAndLoadAreShown();
     void aNewConnectionStartsAnew();
 
+    void thePageLeavesRoomForTheTreeBesideIt();
+    void theTabKeyGoesThroughTheBytesToSend();
     void columnsAreRemembered();
     void everyControlSaysWhatItIsFor();
 
@@ -166,12 +175,12 @@ void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
 
 void tst_Logger_CAN_View::receivedFramesAreListed()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x7E0, "0102", 1000);
     m_bench->receive(0x7E0, "0aff", 21'000);
     m_bench->receive(0x123, "", 22'000);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
     QCOMPARE(m_bench->cell("tableView_rx", 1, 0), QStringLiteral("7E0"));
     QCOMPARE(m_bench->cell("tableView_rx", 1, 1), QStringLiteral("2"));
     QCOMPARE(m_bench->cell("tableView_rx", 1, 2), QStringLiteral("0A FF "));
@@ -179,9 +188,55 @@ void tst_Logger_CAN_View::receivedFramesAreListed()
     QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("2"));
 }
 
-void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
+void tst_Logger_CAN_View::aHiddenPageHearsOfFramesWhenItIsShown()
 {
     m_bench->page();
+    m_bench->receive(0x7E0, "01");
+    m_bench->receive(0x123, "02");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
+    m_bench->page().show();
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
+}
+
+void tst_Logger_CAN_View::aHiddenPageHearsOfValuesWhenItIsShown()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    const QSignalSpy told(m_bench->rows("tableView_dbc"), &QAbstractItemModel::dataChanged);
+    m_bench->receive(0x100, "0100000000000000");
+    QVERIFY(told.isEmpty());
+    m_bench->page().show();
+    QCOMPARE(told.size(), 1);
+    m_bench->receive(0x100, "0200000000000000");
+    QCOMPARE(told.size(), 2);
+}
+
+void tst_Logger_CAN_View::rowsMoveLaterThanADeliveryComes()
+{
+    m_bench->page().show();
+    m_bench->find<QTableView>("tableView_rx")->sortByColumn(4, Qt::DescendingOrder);
+    for (const quint32 id : {1U, 1U, 2U})
+        m_bench->receive(id, "");
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
+    m_bench->receive(2, "");
+    m_bench->receive(2, "");
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+}
+
+void tst_Logger_CAN_View::aListThatStandsStillIsInOrder()
+{
+    m_bench->page().show();
+    m_bench->receive(2, "");
+    m_bench->receive(1, "");
+    m_bench->button("pushButton_rx_pause")->click();
+    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
+}
+
+void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
+{
+    m_bench->page().show();
     m_bench->receive(0x7E0, "0102", 1000, CanPageBench::number + 1);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
 }
@@ -189,7 +244,7 @@ void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
 void tst_Logger_CAN_View::uncheckedTheListStandsStillWhileLiveValuesGoOn()
 {
     m_bench->writeSignals({QStringLiteral("A")});
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "0100000000000000");
     m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
     m_bench->receive(0x100, "0700000000000000");
@@ -201,9 +256,22 @@ void tst_Logger_CAN_View::uncheckedTheListStandsStillWhileLiveValuesGoOn()
     QCOMPARE(m_bench->cell("tableView_rx", 0, 4), QStringLiteral("2"));
 }
 
+void tst_Logger_CAN_View::uncheckedTheListTakesNoNewIdentifier()
+{
+    m_bench->page().show();
+    m_bench->receive(0x100, "01");
+    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
+    m_bench->receive(0x101, "02");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
+    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(true);
+    m_bench->receive(0x101, "03");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
+    QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("1"));
+}
+
 void tst_Logger_CAN_View::pausedTheListStandsStill()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01");
     m_bench->button("pushButton_rx_pause")->click();
     m_bench->receive(0x100, "02");
@@ -217,7 +285,7 @@ void tst_Logger_CAN_View::pausedTheListStandsStill()
 
 void tst_Logger_CAN_View::aPauseGivesNoPeriod()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01", 1000);
     m_bench->button("pushButton_rx_pause")->click();
     m_bench->button("pushButton_rx_pause")->click();
@@ -229,15 +297,16 @@ void tst_Logger_CAN_View::aPauseGivesNoPeriod()
 
 void tst_Logger_CAN_View::theListCanBeCleared()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01");
+    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
     m_bench->button("pushButton_clear_rx_list")->click();
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
 }
 
 void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
 {
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "01");
     m_bench->writeSignals({QStringLiteral("Speed"), QStringLiteral("Torque")});
     QCOMPARE(m_bench->cell("tableView_rx", 0, 5), QStringLiteral("Speed, Torque"));
@@ -245,10 +314,9 @@ void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
 
 void tst_Logger_CAN_View::theListIsSavedInTheOrderShown()
 {
-    m_bench->page();
-    m_bench->receive(0x100, "01");
-    m_bench->receive(0x200, "02");
     m_bench->find<QTableView>("tableView_rx")->sortByColumn(0, Qt::DescendingOrder);
+    m_bench->receive(0x100, "01");
+    m_bench->receive(0x200, "02"); // neither is shown yet
     const QString path = m_bench->folder.filePath(QStringLiteral("list.txt"));
     m_bench->prompt.picks = QStringList(path);
     m_bench->button("pushButton_save_rx_list")->click();
@@ -297,11 +365,50 @@ void tst_Logger_CAN_View::framesPerSecondAndLoadAreShown()
 void tst_Logger_CAN_View::aNewConnectionStartsAnew()
 {
     m_bench->writeSignals({QStringLiteral("A")});
-    m_bench->page();
+    m_bench->page().show();
     m_bench->receive(0x100, "0100000000000000");
     m_bench->setState(APP_STA_CONN_INIT);
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
     QCOMPARE(m_bench->cell("tableView_dbc", 0, 3), QString());
+}
+
+// In a window of 1250 pixels and a usual font, beside 240 pixels of tree: with all that widens it.
+void tst_Logger_CAN_View::thePageLeavesRoomForTheTreeBesideIt()
+{
+    Logger_CAN_View &page = m_bench->page();
+    page.show();
+    m_bench->find<QCheckBox>("checkBox_29_bit")->click();
+    m_bench->find<QCheckBox>("checkBox_fd_format")->click();
+    for (quint32 id = 0; id < 700; ++id)
+        m_bench->receive(id, "0102030405060708");
+    emit m_bench->handler.signalFilterLimitCleared(CanPageBench::number,
+                                                   {QString(300, QLatin1Char('x'))});
+    m_bench->find<QWidget>("frame_loading")->show();
+    m_bench->page().loadDbcFile(QString(300, QLatin1Char('x')) + QStringLiteral(".dbc"));
+    m_bench->find<QLabel>("label_bus_figures")
+        ->setText(QStringLiteral("10000 frames/s, bus load 100.0 to 125.0 %"));
+    m_bench->find<QLabel>("label_loading_left")->setText(QStringLiteral("about 12 minutes left"));
+    m_bench->find<QLabel>("label_send_result")->setText(QStringLiteral("Sent."));
+    QCoreApplication::processEvents();
+    const int widest = 125 * page.fontMetrics().averageCharWidth();
+    const int least = page.minimumSizeHint().width();
+    QVERIFY2(least <= widest, qPrintable(QStringLiteral("%1 > %2").arg(least).arg(widest)));
+}
+
+void tst_Logger_CAN_View::theTabKeyGoesThroughTheBytesToSend()
+{
+    m_bench->showActive();
+    m_bench->setState(APP_STA_CONN_LOG_OFF);
+    auto *length = m_bench->find<QSpinBox>("spinBox_dlc");
+    length->setValue(2);
+    length->setFocus();
+    QStringList way;
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        way += QApplication::focusWidget()->objectName();
+    }
+    QCOMPARE(way.join(QLatin1Char(' ')),
+             QStringLiteral("lineEdit_byte_0 lineEdit_byte_1 pushButton_send_msg"));
 }
 
 void tst_Logger_CAN_View::columnsAreRemembered()
@@ -317,7 +424,7 @@ void tst_Logger_CAN_View::columnsAreRemembered()
     m_bench->receive(1, "");
     m_bench->receive(2, "");
     m_bench->receive(2, "");
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
 }
 
 void tst_Logger_CAN_View::everyControlSaysWhatItIsFor()

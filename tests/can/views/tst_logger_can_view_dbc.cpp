@@ -30,6 +30,9 @@ private slots:
     void aLongLoadShowsItsProgressAndCanBeCancelled();
     void clearedFlagsAreANotice();
     void aNoticeOfManyNamesIsCut();
+    void longNamesAreCutInANotice();
+    void theNameOfALongFileIsCut();
+    void anEditSurvivesAListThatHasGrown();
 
     void insertedSignalsReplaceTheSameOnes();
     void selectedSignalsCanBeRemoved();
@@ -62,12 +65,12 @@ private:
                                              " SG_ Torque : 16|8@1- (1,0) [0|0] \"Nm\" ECU\n");
     }
     // Each with one signal that is recorded.
-    void writeMessages(quint32 count)
+    void writeMessages(quint32 count, const QString &name = QStringLiteral("Signal"))
     {
         TerminalCanCfg edited;
         for (quint32 id = 0; id < count; ++id) {
             StreamingClass_DBC_Signal &signal = edited.dbc_signals.add();
-            signal.name = QStringLiteral("Signal%1").arg(id);
+            signal.name = name + QString::number(id);
             signal.msg_id = id;
             signal.selection_flags = StreamingClass_DBC_Signal::recordFlag;
         }
@@ -273,6 +276,50 @@ void tst_Logger_CAN_View_Dbc::aNoticeOfManyNamesIsCut()
     m_bench->page();
     writeMessages(1128);
     QVERIFY(m_bench->label("label_notice").endsWith(QStringLiteral("Signal147 and 980 more")));
+}
+
+void tst_Logger_CAN_View_Dbc::longNamesAreCutInANotice()
+{
+    m_bench->page();
+    const QString name = QStringLiteral("<b>") + QString(300, QLatin1Char('x'));
+    writeMessages(130, name);
+    const QString shown = m_bench->label("label_notice");
+    QVERIFY2(shown.size() < 400, qPrintable(shown));
+    QVERIFY(shown.contains(QStringLiteral("<b>xxx")));
+    const QString tip = m_bench->find<QLabel>("label_notice")->toolTip();
+    QVERIFY2(tip.contains(name.toHtmlEscaped() + QStringLiteral("128, ")), qPrintable(tip));
+}
+
+void tst_Logger_CAN_View_Dbc::theNameOfALongFileIsCut()
+{
+    const QString name = QStringLiteral("a&b") + QString(180, QLatin1Char('x'));
+    const QString path = m_bench->writeFile(qPrintable(name + QStringLiteral(".dbc")),
+                                            "BO_ 291 Engine: 8 ECU\n"
+                                            " SG_ Speed : 0|16@1+ (0.5,0) [0|0] \"rpm\" ECU\n");
+    loadByButton(path);
+    QTRY_VERIFY(selector());
+    QVERIFY(m_bench->label("label_loading").startsWith(QStringLiteral("Reading a&bxxx")));
+    QVERIFY(
+        m_bench->button("pushButton_reload_dbc_file")->text().contains(QStringLiteral("a&&bxxx")));
+    QVERIFY(m_bench->label("label_dbc_summary").endsWith(QStringLiteral(": 1 message, 1 signal")));
+    const QPushButton *button = m_bench->button("pushButton_reload_dbc_file");
+    QVERIFY2(button->text().size() < 50, qPrintable(button->text()));
+    for (const char *label : {"label_loading", "label_dbc_summary"})
+        QVERIFY2(m_bench->label(label).size() < 100, label);
+    for (const char *widget : {"label_loading", "label_dbc_summary", "pushButton_reload_dbc_file"})
+        QVERIFY2(m_bench->find<QWidget>(widget)->toolTip().contains(path.toHtmlEscaped()), widget);
+}
+
+// No change of the configuration passes the page by; should one, its records are left as they are.
+void tst_Logger_CAN_View_Dbc::anEditSurvivesAListThatHasGrown()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    const_cast<TerminalCanCfg &>(m_bench->channel()).dbc_signals.add();
+    tick(0, Record, Qt::Unchecked);
+    QCOMPARE(m_bench->channel().dbc_signals.size(), 2);
+    QCOMPARE(int(m_bench->channel().dbc_signals.at(0)->selection_flags),
+             int(StreamingClass_DBC_Signal::liveFlag));
 }
 
 void tst_Logger_CAN_View_Dbc::insertedSignalsReplaceTheSameOnes()

@@ -252,6 +252,7 @@ void tst_Logger_CAN_View_Tx::framesOfTheLoggerAreShownLive()
     QVERIFY(m_bench->handler.requestConfiguration());
     m_bench->setState(APP_STA_CONN_LOG_OFF);
     m_bench->handler.enableLiveData();
+    m_bench->page().show();
     QTRY_COMPARE(m_bench->rows("tableView_dbc")->rowCount(), 1);
     QTRY_VERIFY(!m_bench->cell("tableView_dbc", 0, 3).isEmpty());
     QTRY_VERIFY(m_bench->rows("tableView_rx")->rowCount() > 0);
