@@ -131,7 +131,8 @@ void Logger_CAN_View::connectOwnSignals()
 {
     connect(this, &Logger_CAN_View::signal_enable_can, handler(),
             [this](int can_nr, int enable, int *result_code) {
-                const bool isDone = handler()->cmd_write_can_enabled(can_nr, quint8(enable));
+                const bool isDone =
+                    withEcho(handler()->cmd_write_can_enabled(can_nr, quint8(enable)));
                 *result_code = isDone ? Done : Failed;
             });
     connect(this, &Logger_CAN_View::signal_send_can_msg, handler(),
@@ -275,7 +276,8 @@ void Logger_CAN_View::openConfiguration()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &DialogCAN_Cfg::signalWriteCan, this,
             [this](int can_nr, const TerminalCanCfg &edited) {
-                (void)handler()->writeCan(can_nr, edited); // a failure is told by the handler
+                // A failure is told by the handler.
+                (void)withEcho(handler()->writeCan(can_nr, edited));
             });
     dialog->open();
 }
@@ -291,7 +293,7 @@ void Logger_CAN_View::on_pushButton_export_options_clicked()
         record::copy(channel(), edited);
         edited.export_custom_name = dialog->customName();
         edited.export_name_mode = dialog->mode();
-        (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+        (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
     });
     dialog->open();
 }

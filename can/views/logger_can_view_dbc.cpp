@@ -170,7 +170,7 @@ void Logger_CAN_View::insert_dbc_signals(QList<StreamingClass_DBC_Signal *> *new
     TerminalCanCfg edited;
     record::copy(channel(), edited);
     can::insertSignals(edited.dbc_signals, *new_signals);
-    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
 }
 
 // Places in the list of the channel, ascending.
@@ -199,7 +199,7 @@ void Logger_CAN_View::on_pushButton_remove_selected_clicked()
     for (const int place : places)
         unwanted.append(edited.dbc_signals.at(place));
     can::removeSignals(edited.dbc_signals, unwanted);
-    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
 }
 
 void Logger_CAN_View::on_lineEdit_dbc_filter_textChanged(QString text)
@@ -235,7 +235,7 @@ void Logger_CAN_View::sendEditedSignals()
     std::size_t place = 0;
     for (StreamingClass_DBC_Signal *signal : channel().dbc_signals)
         editableFields(*signal) = m_held.at(place++);
-    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
     m_dbcModel.setSignals(channel().dbc_signals.items());
 }
 

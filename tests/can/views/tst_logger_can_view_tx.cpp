@@ -1,4 +1,5 @@
 #include "can/views/dlcspinbox.h"
+#include "config/record/record.h"
 #include "tests/can/views/canpagebench.h"
 #include "tests/support/simulatedlogger.h"
 
@@ -32,6 +33,7 @@ private slots:
     void framesOfTheLoggerAreShownLive();
     void anEditIsShownWhenItIsEchoed_data();
     void anEditIsShownWhenItIsEchoed();
+    void editsInARowAllHold();
 
 private:
     void connectLogger()
@@ -284,6 +286,31 @@ void tst_Logger_CAN_View_Tx::anEditIsShownWhenItIsEchoed()
     QTRY_COMPARE(rows->index(0, 0).data(Qt::CheckStateRole) == Qt::Checked, isRecorded);
     const StreamingClass_DBC_Signal &signal = *m_bench->channel().dbc_signals.at(0);
     QCOMPARE((signal.selection_flags & StreamingClass_DBC_Signal::recordFlag) != 0, isRecorded);
+}
+
+// Nothing delivers events between them, as when the user ticks while a reply is late.
+void tst_Logger_CAN_View_Tx::editsInARowAllHold()
+{
+    m_bench->writeSignals({QStringLiteral("A"), QStringLiteral("B")});
+    connectLogger();
+    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, m_bench->channel()));
+    QCoreApplication::processEvents(); // the echo
+    QAbstractItemModel *rows = m_bench->rows("tableView_dbc");
+    rows->setData(rows->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+    rows->setData(rows->index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
+    m_bench->button("pushButton_can_enable")->click();
+    m_bench->find<QTableView>("tableView_dbc")->selectRow(0);
+    m_bench->button("pushButton_remove_selected")->click();
+    TerminalCanCfg held;
+    m_logger->inspect([&held](LoggerSimulator &s) {
+        record::copy(s.state().configuration.can.at(CanPageBench::number), held);
+    });
+    QCOMPARE(int(held.enabled), 1);
+    QCOMPARE(held.dbc_signals.size(), 1);
+    QCOMPARE(held.dbc_signals.at(0)->name, QStringLiteral("B"));
+    QCOMPARE(int(held.dbc_signals.at(0)->selection_flags),
+             int(StreamingClass_DBC_Signal::liveFlag));
+    QVERIFY(m_bench->channel() == held);
 }
 
 QTEST_MAIN(tst_Logger_CAN_View_Tx)
