@@ -127,38 +127,39 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
 {
     m_loadingShows.stop();
     showLoading(false);
-    const DbcFileParser &parser = m_loading->parser();
+    DbcFileParser &parser = m_loading->parser();
     const QString path = m_loading->path();
-    const bool hasSignals = isLoaded && !parser.signalList().isEmpty();
+    const bool isCancelled = m_loading->isCancelled();
+    const bool hasSignals = isLoaded && !isCancelled && !parser.signalList().isEmpty();
     if (hasSignals)
         SettingsStore().setValue(lastFileKey(number()), path);
     noteLastFile();
-    if (parser.isCancelled())
+    if (hasSignals && m_isEditable) {
+        chooseSignals();
+        return;
+    }
+    const QString error = parser.errorText();
+    parser.clear(); // while no box is open, behind which the next file could be read
+    if (isCancelled)
         return;
     if (!isLoaded) {
         // Without a text the file couldn't even be read.
-        const QString reason =
-            parser.errorText().isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
-        m_prompt.warn(QStringLiteral("Error loading dbc-file"), parser.errorText(), reason);
-        return;
-    }
-    if (!hasSignals) { // noise may be read, too
+        const QString reason = error.isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
+        m_prompt.warn(QStringLiteral("Error loading dbc-file"), error, reason);
+    } else if (!hasSignals) { // noise may be read, too
         m_prompt.inform(QStringLiteral("Open DBC-file"), tr("There is no signal in %1.").arg(path));
-        return;
-    }
-    m_summary =
-        QFileInfo(path).fileName() + QStringLiteral(": ") + dbc::summaryText(parser.summary());
-    showSummary();
-    if (m_isEditable)
-        chooseSignals();
-    else
+    } else {
         showNotice(tr("%1 was not loaded: the configuration can't be changed now.").arg(path));
+    }
 }
 
 void Logger_CAN_View::chooseSignals()
 {
-    auto *dialog = new Dialog_DBC_Signal_Selector(channel(), m_loading->parser().takeSignals(),
-                                                  m_prompt, this);
+    DbcFileParser &parser = m_loading->parser();
+    m_summary = QFileInfo(m_loading->path()).fileName() + QStringLiteral(": ")
+                + dbc::summaryText(parser.summary());
+    showSummary();
+    auto *dialog = new Dialog_DBC_Signal_Selector(channel(), parser.takeSignals(), m_prompt, this);
     dialog->setSummary(m_summary);
     connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
             &Logger_CAN_View::insert_dbc_signals);

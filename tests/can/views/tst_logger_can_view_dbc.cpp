@@ -1,4 +1,5 @@
 #include "tests/can/views/canpagebench.h"
+#include "tests/support/messagecount.h"
 
 #include <QDialog>
 #include <QDropEvent>
@@ -6,6 +7,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTableView>
+#include <QThread>
 
 // How signals come from a DBC file to the channel, and what the page shows of them.
 class tst_Logger_CAN_View_Dbc : public QObject
@@ -28,6 +30,8 @@ private slots:
     void otherThingsAreNotTakenWhenDropped();
     void nothingIsLoadedWhileTheConfigurationIsLocked();
     void aLongLoadShowsItsProgressAndCanBeCancelled();
+    void aCancelBehindTheEndOfALoadCounts();
+    void aFileThatComesTooLateIsTold();
     void clearedFlagsAreANotice();
     void aNoticeOfManyNamesIsCut();
 
@@ -253,6 +257,30 @@ void tst_Logger_CAN_View_Dbc::aLongLoadShowsItsProgressAndCanBeCancelled()
     QTRY_VERIFY(m_bench->button("pushButton_load_dbc_file")->isEnabled());
     QVERIFY(!frame->isVisibleTo(&m_bench->page()));
     QVERIFY(m_bench->prompt.shown.isEmpty());
+    QVERIFY(!selector());
+}
+
+void tst_Logger_CAN_View_Dbc::aCancelBehindTheEndOfALoadCounts()
+{
+    m_bench->page();
+    const MessageCount ends("dbc-file load processtime= ");
+    m_bench->page().loadDbcFile(goodFile());
+    while (ends.value() == 0)
+        QThread::yieldCurrentThread(); // without events: the page hasn't heard of the end
+    m_bench->button("pushButton_loading_cancel")->click();
+    QTRY_VERIFY(m_bench->button("pushButton_load_dbc_file")->isEnabled());
+    QVERIFY(!selector());
+    QVERIFY(!m_bench->button("pushButton_reload_dbc_file")->isEnabled());
+    QVERIFY(m_bench->prompt.shown.isEmpty());
+}
+
+void tst_Logger_CAN_View_Dbc::aFileThatComesTooLateIsTold()
+{
+    const QString path = goodFile();
+    m_bench->page().loadDbcFile(path);
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QTRY_VERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
+    QVERIFY(m_bench->label("label_notice").startsWith(path + QStringLiteral(" was not loaded")));
     QVERIFY(!selector());
 }
 
