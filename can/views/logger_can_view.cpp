@@ -183,21 +183,35 @@ void Logger_CAN_View::takeOverChannel()
     m_rxModel.setComments(can::signalComments(records));
     m_busLoad.setTiming(channel());
     updateDbcButtons();
+    if (records.isEmpty())
+        m_summary.clear();
     showSummary();
+}
+
+void Logger_CAN_View::showChannel()
+{
+    showConfiguration();
+    takeOverChannel();
 }
 
 void Logger_CAN_View::slot_update_cfg_can(int can_nr)
 {
     if (!isOwnNumber(can_nr))
         return;
-    full_update();
+    showChannel();
     emit signal_update_can_cfg_window();
 }
 
+// A part of the configuration that isn't of this channel comes so, too: the file of the signals
+// is unknown only when they are others.
 void Logger_CAN_View::full_update()
 {
-    showConfiguration();
-    takeOverChannel();
+    const auto before = m_held;
+    showChannel();
+    if (m_held == before)
+        return;
+    m_summary.clear();
+    showSummary();
 }
 
 void Logger_CAN_View::stateApplied(AppSta_t state)

@@ -102,6 +102,7 @@ private:
     void connectOwnSignals();
     [[nodiscard]] const TerminalCanCfg &channel() const;
     void takeOverChannel();
+    void showChannel();
     void enableCan(bool on);
     void openConfiguration();
     void showNotice(const QString &text);
@@ -143,7 +144,8 @@ private:
     can::DbcLiveDecoder m_decoder;
     std::unique_ptr<DbcLoadTask> m_loading;
     QTimer m_loadingShows{this}; // until the progress of a load is shown
-    QString m_summary;           // of the last file; empty: none was read
+    QString m_offeredSummary;    // of the file from which the user chooses
+    QString m_summary;           // of the file of the signals; empty: not known
     QString m_lastFile;          // of this channel, also of an earlier run
     bool m_isLastFileThere = false;
 

@@ -16,6 +16,8 @@
 #include <QFileInfo>
 #include <QMimeData>
 
+#include <utility>
+
 namespace {
 
 QString lastFileKey(int can_nr)
@@ -156,11 +158,10 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
 void Logger_CAN_View::chooseSignals()
 {
     DbcFileParser &parser = m_loading->parser();
-    m_summary = QFileInfo(m_loading->path()).fileName() + QStringLiteral(": ")
-                + dbc::summaryText(parser.summary());
-    showSummary();
+    m_offeredSummary = QFileInfo(m_loading->path()).fileName() + QStringLiteral(": ")
+                       + dbc::summaryText(parser.summary());
     auto *dialog = new Dialog_DBC_Signal_Selector(channel(), parser.takeSignals(), m_prompt, this);
-    dialog->setSummary(m_summary);
+    dialog->setSummary(m_offeredSummary);
     connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
             &Logger_CAN_View::insert_dbc_signals);
     dialog->open();
@@ -168,10 +169,14 @@ void Logger_CAN_View::chooseSignals()
 
 void Logger_CAN_View::insert_dbc_signals(QList<StreamingClass_DBC_Signal *> *new_signals)
 {
+    const QString summary = std::exchange(m_offeredSummary, {});
     TerminalCanCfg edited;
     record::copy(channel(), edited);
     can::insertSignals(edited.dbc_signals, *new_signals);
-    (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
+    if (!withEcho(handler()->writeCan(number(), edited)))
+        return; // a failure is told by the handler
+    m_summary = summary;
+    showSummary();
 }
 
 // Places in the list of the channel, ascending.
