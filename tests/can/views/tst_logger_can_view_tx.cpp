@@ -28,6 +28,8 @@ private slots:
     void anIdentifierAboveTheLimitIsRefused();
     void aByteThatDoesNotParseIsRefused();
     void theLengthEnablesTheFields();
+    void returnTakesATypedLength();
+    void aLengthThatIsStillBeingTypedCounts();
     void theFormatDecidesOnTheLengths();
     void thereAreNoRemoteFdFrames();
     void framesOfTheLoggerAreShownLive();
@@ -60,6 +62,12 @@ private:
     {
         return m_bench->find<QLineEdit>(
             qPrintable(QStringLiteral("lineEdit_byte_%1").arg(position)));
+    }
+    void typeLength(const char *digits)
+    {
+        auto *dlc = m_bench->find<DlcSpinBox>("spinBox_dlc");
+        dlc->selectAll();
+        QTest::keyClicks(dlc, QLatin1String(digits));
     }
     void send() { m_bench->button("pushButton_send_msg")->click(); }
     void check(const char *name) { m_bench->find<QCheckBox>(name)->click(); }
@@ -201,6 +209,29 @@ void tst_Logger_CAN_View_Tx::theLengthEnablesTheFields()
     QVERIFY(!field(3)->isEnabled());
     m_bench->find<DlcSpinBox>("spinBox_dlc")->setValue(0);
     QVERIFY(!field(0)->isEnabled());
+}
+
+void tst_Logger_CAN_View_Tx::returnTakesATypedLength()
+{
+    check("checkBox_fd_format");
+    typeLength("33");
+    QVERIFY(!field(47)->isEnabled());
+    QTest::keyClick(m_bench->find<DlcSpinBox>("spinBox_dlc"), Qt::Key_Return);
+    QVERIFY(field(47)->isEnabled());
+    QVERIFY(!field(48)->isEnabled());
+}
+
+// No frame has 33 bytes, so the box waits for what comes behind the digits.
+void tst_Logger_CAN_View_Tx::aLengthThatIsStillBeingTypedCounts()
+{
+    connectLogger();
+    check("checkBox_fd_format");
+    type("1", {QStringLiteral("11"), QStringLiteral("22")});
+    typeLength("33");
+    send();
+    QCOMPARE(sent().size(), 1);
+    QCOMPARE(sent().first().data, QByteArray::fromHex("1122").leftJustified(48, '\0'));
+    QVERIFY(m_bench->prompt.shown.isEmpty());
 }
 
 void tst_Logger_CAN_View_Tx::theFormatDecidesOnTheLengths()
