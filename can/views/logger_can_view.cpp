@@ -46,8 +46,8 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     : LoggerPage(controller, componentName, handler, parent, can_nr)
     , m_ui(std::make_unique<Ui::Logger_CAN_View>())
     , m_prompt(prompt)
-    , m_dbcModel({}, Model_DBC_Signals::Layout::CanView)
     , m_loading(std::make_unique<DbcLoadTask>())
+    , m_dbcModel({}, Model_DBC_Signals::Layout::CanView)
 {
     m_ui->setupUi(this);
     setAccessibleName(title);
@@ -222,8 +222,10 @@ void Logger_CAN_View::stateApplied(AppSta_t state)
     m_dbcRows.setEditable(m_isEditable);
     m_ui->pushButton_send_msg->setEnabled(m_isConnected);
     m_ui->label_send_result->clear();
-    if (state == APP_STA_CONN_INIT)
+    if (state == APP_STA_CONN_INIT) {
         forgetLiveData();
+        m_ui->frame_notice->hide();
+    }
     if (!m_isEditable) {
         for (QDialog *dialog : findChildren<QDialog *>())
             dialog->reject();

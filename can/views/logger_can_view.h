@@ -135,6 +135,8 @@ private:
     bool m_isEditable = true;   // the configuration
     bool m_isConnected = false; // and the connect sequence is over
 
+    std::unique_ptr<DbcLoadTask> m_loading; // outlives the models: their slots ask it
+
     // The signals are the channel's. A record that replaces them is shown as soon as it is there.
     Model_DBC_Signals m_dbcModel;
     ChannelSignalRows m_dbcRows;
@@ -142,7 +144,6 @@ private:
     using EditableFields = std::tuple<QString, QString, double, double, quint8>;
     std::vector<EditableFields> m_held;
     can::DbcLiveDecoder m_decoder;
-    std::unique_ptr<DbcLoadTask> m_loading;
     QTimer m_loadingShows{this}; // until the progress of a load is shown
     QString m_offeredSummary;    // of the file from which the user chooses
     QString m_summary;           // of the file of the signals; empty: not known

@@ -30,6 +30,7 @@ private slots:
     void theLengthEnablesTheFields();
     void returnTakesATypedLength();
     void aLengthThatIsStillBeingTypedCounts();
+    void aFrameCarriesTheChannel();
     void theFormatDecidesOnTheLengths();
     void thereAreNoRemoteFdFrames();
     void framesOfTheLoggerAreShownLive();
@@ -232,6 +233,30 @@ void tst_Logger_CAN_View_Tx::aLengthThatIsStillBeingTypedCounts()
     QCOMPARE(sent().size(), 1);
     QCOMPARE(sent().first().data, QByteArray::fromHex("1122").leftJustified(48, '\0'));
     QVERIFY(m_bench->prompt.shown.isEmpty());
+}
+
+void tst_Logger_CAN_View_Tx::aFrameCarriesTheChannel()
+{
+    connectLogger();
+    QStringList asked;
+    connect(&m_bench->page(), &Logger_CAN_View::signal_send_can_msg, this,
+            [&asked](int can_nr, int ext_id, int rtr, int id, int dlc, const QByteArray &data) {
+                asked += QStringLiteral("%1 %2 %3 %4 %5 ")
+                             .arg(can_nr)
+                             .arg(ext_id)
+                             .arg(rtr)
+                             .arg(id, 0, 16)
+                             .arg(dlc)
+                         + QString::fromLatin1(data.toHex());
+            });
+    check("checkBox_29_bit");
+    type("18fef100", {QStringLiteral("01"), QStringLiteral("ff")});
+    send();
+    check("checkBox_29_bit");
+    check("checkBox_rtr");
+    type("7ff", {QString()});
+    send();
+    QCOMPARE(asked.join(QLatin1Char('|')), QStringLiteral("2 1 0 18fef100 2 01ff|2 0 1 7ff 1 00"));
 }
 
 void tst_Logger_CAN_View_Tx::theFormatDecidesOnTheLengths()
