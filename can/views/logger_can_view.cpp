@@ -314,7 +314,6 @@ void Logger_CAN_View::on_pushButton_export_options_clicked()
     dialog->open();
 }
 
-// Code 0 is the slave's acknowledgement, so there is no error to show.
 void Logger_CAN_View::slot_receive_ccp_xcp_infos(int can_nr, uchar session_status,
                                                  uchar last_slave_response_code)
 {
@@ -322,7 +321,5 @@ void Logger_CAN_View::slot_receive_ccp_xcp_infos(int can_nr, uchar session_statu
         return;
     m_ui->label_session_status->setText(
         can::sessionStatusText(session_status, can::sessionProtocol(channel().a2l)));
-    m_ui->label_session_error->setText(last_slave_response_code == 0
-                                           ? QString()
-                                           : can::slaveResponseText(last_slave_response_code));
+    m_ui->label_session_error->setText(can::slaveResponseText(last_slave_response_code));
 }

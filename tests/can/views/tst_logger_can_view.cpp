@@ -158,7 +158,7 @@ void tst_Logger_CAN_View::theSessionIsShownAsText()
     QCOMPARE(m_bench->label("label_session_error"), QStringLiteral("LastErr:CMD syntax fault"));
     emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 0, 0);
     QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("Inactive"));
-    QCOMPARE(m_bench->label("label_session_error"), QString());
+    QCOMPARE(m_bench->label("label_session_error"), QStringLiteral("Unknown error 0"));
 }
 
 void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
