@@ -1,28 +1,16 @@
 #pragma once
 
 #include "can/canframe.h"
+#include "can/framelengths.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
 #include <variant>
-#include <vector>
 
 // The row in which a frame to be sent is typed.
 namespace can {
-
-enum class FrameFormat { Classic, Fd };
-
-// The lengths that a frame can have, in bytes, by its DLC code from 0 (ISO 11898-1, coding of the
-// data length code).
-[[nodiscard]] const std::vector<int> &dataLengths(FrameFormat format);
-
-// The number of bytes behind a DLC code; a code above the last one is as long as that.
-[[nodiscard]] int lengthOfDlc(int dlc, FrameFormat format);
-
-// The DLC code of the shortest frame that holds so many bytes; the last code where none does.
-[[nodiscard]] int dlcOfLength(int bytes, FrameFormat format);
 
 struct TxRowInput
 {

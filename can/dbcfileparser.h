@@ -40,6 +40,8 @@ public:
     // The caller's from now on.
     [[nodiscard]] QList<StreamingClass_DBC_Signal *> takeSignals();
     [[nodiscard]] const DbcSummary &summary() const { return m_summary; }
+    // Frees the signals that nobody has taken, and forgets the rest of the last load.
+    void clear();
 
     // Writes the signals to the diagnostic log.
     void debugDump() const;
@@ -47,7 +49,6 @@ public:
 private:
     enum class Step { Reading, Signals, Comments };
 
-    void clear();
     void parse(const QByteArray &text);
     [[nodiscard]] QByteArray readFile(QFile &file);
     [[nodiscard]] bool mayGoOn(Step step, qint64 position, qint64 length);

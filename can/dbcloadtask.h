@@ -26,6 +26,8 @@ public:
     void start(const QString &path);
     [[nodiscard]] bool isRunning() const { return m_thread != nullptr; }
     void cancel() { m_isCancelled = true; }
+    // Whether the user wants the last file no more, which may have been read by then.
+    [[nodiscard]] bool isCancelled() const { return m_isCancelled; }
 
     // Of the last file, when it is finished.
     [[nodiscard]] const QString &path() const { return m_path; }

@@ -164,10 +164,10 @@ void CMD_Handler_Class::process(const protocol::Message &message)
             qWarning() << "Something Went Wrong - Landed in DEFAULT";
         return;
     }
+    if (isRecord)
+        passOn(message); // ahead of the caller, who goes on with what the logger holds now
     if (m_wait.answer(ReplyWait::Kind::Streaming, message))
         m_responseTimer->stop();
-    if (isRecord)
-        passOn(message);
 }
 
 void CMD_Handler_Class::passOn(const protocol::Message &message)

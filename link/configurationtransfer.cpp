@@ -128,6 +128,13 @@ void Logger_Data_Handler_Class::applyFirstRecord()
         slot_streaming_prot_received(record->type, record->data.release());
 }
 
+// Only so many: a logger that sends without end would keep this from returning.
+void Logger_Data_Handler_Class::applyWaitingRecords()
+{
+    for (int left = m_recordsUnderway.count(); left > 0; --left)
+        applyFirstRecord();
+}
+
 void Logger_Data_Handler_Class::slot_streaming_prot_received(int type, QByteArray *data)
 {
     const std::unique_ptr<QByteArray> owned(data);

@@ -143,6 +143,9 @@ void Logger_Data_Handler_Class::takeCan(const QByteArray &entry)
 {
     if (CAN_Msg_Class *message = live::canMessage(entry))
         m_canMessages.at(live::numberOf(entry)).append(message);
+    else if (m_warnings.allows())
+        qWarning() << "An impossible CAN frame is dropped. Channel:" << live::numberOf(entry)
+                   << "bytes:" << live::infoOf(entry);
 }
 
 void Logger_Data_Handler_Class::takeAgm(const QByteArray &entry)

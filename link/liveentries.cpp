@@ -1,5 +1,8 @@
 #include "link/liveentries.h"
 
+#include "MDF4Conversion/rawlog/entrytypes.h"
+#include "can/framelengths.h"
+
 #include <QtEndian>
 
 #include <memory>
@@ -11,7 +14,6 @@ namespace {
 constexpr int entryOverhead = 4; // an entry is its length word and four bytes
 constexpr int bodyStart = 8;
 constexpr int payloadStart = 12; // behind the timestamp
-constexpr int maxCanData = 64;
 constexpr int maxD4modChannels = 15;
 constexpr int maxTedChannels = 16;
 constexpr int maxEthernetLength = 1850;
@@ -42,18 +44,19 @@ CAN_Msg_Class *canMessage(const QByteArray &entry)
 {
     constexpr int idAt = 12;
     constexpr int dataAt = 16;
-    constexpr quint32 extendedFlag = 1U << 30;
     constexpr quint32 rtrFlag = 1U << 29;
     const int dataLength = infoOf(entry);
-    if (numberOf(entry) >= canChannels || dataLength > maxCanData
-        || entry.size() < dataAt + dataLength)
+    if (numberOf(entry) >= canChannels || entry.size() < dataAt + dataLength)
+        return nullptr;
+    const auto idWord = read<quint32>(entry, idAt);
+    const bool isRemote = (idWord & rtrFlag) != 0;
+    if (!can::isDataLength(dataLength, isRemote ? can::FrameFormat::Classic : can::FrameFormat::Fd))
         return nullptr;
     auto message = std::make_unique<CAN_Msg_Class>();
-    const auto idWord = read<quint32>(entry, idAt);
     message->timestamp_us = read<quint32>(entry, bodyStart);
-    message->extended = (idWord & extendedFlag) != 0;
-    message->rtr = (idWord & rtrFlag) != 0;
-    message->id = idWord & (rtrFlag - 1);
+    message->extended = (idWord & rawlog::extendedIdFlag) != 0;
+    message->rtr = isRemote;
+    message->id = rawlog::canIdentifier(idWord);
     message->data = entry.mid(dataAt, dataLength);
     return message.release();
 }

@@ -34,7 +34,10 @@ constexpr int rs485Ports = 10;
     return quint8(entry.at(7));
 }
 
-[[nodiscard]] CAN_Msg_Class *canMessage(const QByteArray &entry); // the caller's; may be null
+// The caller's. The identifier is the one that the raw log's reader takes from the word. Null, too,
+// for a frame that no bus can have: of a length between those of CAN FD, or a remote frame above 8
+// bytes, which only the FD format has.
+[[nodiscard]] CAN_Msg_Class *canMessage(const QByteArray &entry);
 [[nodiscard]] std::optional<AGM_DataContainer> agmSample(const QByteArray &entry);
 [[nodiscard]] QVector<D4Mod_Msg_Class> d4modValues(const QByteArray &entry);
 [[nodiscard]] std::optional<GPS_DataContainer> gpsFix(const QByteArray &entry);

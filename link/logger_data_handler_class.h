@@ -121,6 +121,10 @@ public:
     bool cmd_write_ethercat_sample_rate(int ethercat_nr, quint16 value);
     bool writeEtherCat(int ethercat_nr, const TerminalEtherCatCfg &record);
 
+    // Applies the records that the logger has sent so far, instead of when events are next delivered.
+    // Behind a write, so that the next change begins with what its echo holds.
+    void applyWaitingRecords();
+
     // How long writes wait for their echo.
     void setWriteTimeout(int timeout_ms) { m_writeTimeout_ms = timeout_ms; }
 

@@ -29,3 +29,9 @@ std::optional<RecordsUnderway::Record> RecordsUnderway::takeFirst()
     m_bytes -= first.data->size();
     return first;
 }
+
+int RecordsUnderway::count() const
+{
+    const std::lock_guard lock(m_mutex);
+    return int(m_records.size());
+}

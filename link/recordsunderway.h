@@ -30,9 +30,11 @@ public:
     [[nodiscard]] Outcome put(int type, std::unique_ptr<QByteArray> data);
     // The one that has waited longest. None if there is none.
     [[nodiscard]] std::optional<Record> takeFirst();
+    // How many wait: at most one of each type.
+    [[nodiscard]] int count() const;
 
 private:
-    std::mutex m_mutex; // guards all that follows
+    mutable std::mutex m_mutex; // guards all that follows
     std::list<Record> m_records;
     qint64 m_bytes = 0;
 };

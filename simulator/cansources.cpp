@@ -4,6 +4,7 @@
 #include "MDF4Conversion/rawlog/drive/sources.h"
 #include "MDF4Conversion/rawlog/entrybuilder.h"
 #include "MDF4Conversion/rawlog/entrytypes.h"
+#include "can/framelengths.h"
 #include "config/terminalstruct.h"
 #include "simulator/canfilter.h"
 #include "simulator/daqsource.h"
@@ -132,6 +133,12 @@ int frameLimit(const TerminalCanCfg &channel)
     return channel.can_mode ? fdBytes : classicBytes;
 }
 
+// What is shorter than its frame is filled up.
+int lengthOnBus(int bytes)
+{
+    return can::lengthThatHolds(bytes, can::FrameFormat::Fd);
+}
+
 // Whether a message of the drive holds the signal where the configuration says.
 bool holds(const drive::CanMessage &message, const StreamingClass_DBC_Signal &dbc)
 {
@@ -185,7 +192,7 @@ std::vector<drive::CanMessage> messagesOf(const TerminalCanCfg &channel,
     for (const StreamingClass_DBC_Signal *signal : channel.dbc_signals) {
         const MessageKey key = keyOf(*signal);
         const auto [extended, id] = key;
-        const int bytes = qMin(int(signal->dlc), frameLimit(channel));
+        const int bytes = lengthOnBus(qMin(int(signal->dlc), frameLimit(channel)));
         if (onBus.count(key) > 0 || !passesFilters(filters, id, extended))
             continue;
         if (messages.count(key) == 0) {
@@ -245,7 +252,8 @@ void addDtos(quint8 number, const TerminalCanCfg &channel, const can::FilterList
                     if (!word)
                         return QByteArray();
                     const bool extended = (*word & extendedFlag) != 0;
-                    const QByteArray data = dto.left(bytes).leftJustified(classicBytes, '\0');
+                    const int length = lengthOnBus(qBound(classicBytes, dto.size(), bytes));
+                    const QByteArray data = dto.left(bytes).leftJustified(length, '\0');
                     return rawlog::canEntry(moment.timestamp_us, number,
                                             {*word & ~extendedFlag, extended, data});
                 });
@@ -259,7 +267,7 @@ void addAimMessages(quint8 number, const TerminalCanCfg &channel, const can::Fil
     for (const AimMsgMeta *meta : channel.aim_modules) {
         const quint32 id = meta->MsgId;
         const bool extended = id > rawlog::standardIdMask;
-        const int bytes = qBound(0, meta->msgLength, fdBytes);
+        const int bytes = lengthOnBus(qBound(0, meta->msgLength, fdBytes));
         const bool isMsbFirst = meta->isMsbFirst;
         if (id > rawlog::extendedIdMask || !passesFilters(filters, id, extended))
             continue;

@@ -37,6 +37,13 @@ void LoggerPage::showConfiguration()
     redraw();
 }
 
+bool LoggerPage::withEcho(bool isWritten)
+{
+    if (isWritten)
+        m_handler->applyWaitingRecords();
+    return isWritten;
+}
+
 void LoggerPage::setConfigurationWidgets(const QList<QWidget *> &widgets)
 {
     m_configurationWidgets = widgets;

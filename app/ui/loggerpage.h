@@ -32,6 +32,10 @@ protected:
     // Signals carry the number of the port that they are about; a page heeds its own only.
     [[nodiscard]] bool isOwnNumber(int number) const { return number == m_number; }
 
+    // For the result of a write of the handler, which it gives back: once it is written, what the
+    // logger echoed is applied. So a change that follows without events between begins with it.
+    bool withEcho(bool isWritten);
+
     // The widgets that edit the configuration. They are to be enabled as long as the handler takes
     // changes.
     void setConfigurationWidgets(const QList<QWidget *> &widgets);

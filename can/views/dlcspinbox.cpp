@@ -1,7 +1,5 @@
 #include "can/views/dlcspinbox.h"
 
-#include <algorithm>
-
 DlcSpinBox::DlcSpinBox(QWidget *parent)
     : QSpinBox(parent)
 {
@@ -11,7 +9,7 @@ DlcSpinBox::DlcSpinBox(QWidget *parent)
 void DlcSpinBox::setFormat(can::FrameFormat format)
 {
     m_format = format;
-    const int length = can::lengthOfDlc(can::dlcOfLength(value(), format), format);
+    const int length = can::lengthThatHolds(value(), format);
     setRange(0, can::dataLengths(format).back());
     setValue(length);
 }
@@ -26,13 +24,11 @@ QValidator::State DlcSpinBox::validate(QString &text, int &position) const
     const QValidator::State state = QSpinBox::validate(text, position);
     if (state != QValidator::Acceptable)
         return state;
-    const std::vector<int> &lengths = can::dataLengths(m_format);
-    const bool isLength = std::binary_search(lengths.begin(), lengths.end(), valueFromText(text));
-    return isLength ? QValidator::Acceptable : QValidator::Intermediate;
+    return can::isDataLength(valueFromText(text), m_format) ? QValidator::Acceptable
+                                                            : QValidator::Intermediate;
 }
 
 void DlcSpinBox::fixup(QString &text) const
 {
-    const int length = can::lengthOfDlc(can::dlcOfLength(text.toInt(), m_format), m_format);
-    text = QString::number(length);
+    text = QString::number(can::lengthThatHolds(text.toInt(), m_format));
 }

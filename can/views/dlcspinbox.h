@@ -1,6 +1,6 @@
 #pragma once
 
-#include "can/cantxrow.h"
+#include "can/framelengths.h"
 
 #include <QSpinBox>
 

@@ -61,8 +61,8 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     : LoggerPage(controller, componentName, handler, parent, can_nr)
     , m_ui(std::make_unique<Ui::Logger_CAN_View>())
     , m_prompt(prompt)
-    , m_dbcModel({}, Model_DBC_Signals::Layout::CanView)
     , m_loading(std::make_unique<DbcLoadTask>())
+    , m_dbcModel({}, Model_DBC_Signals::Layout::CanView)
 {
     m_ui->setupUi(this);
     setAccessibleName(title);
@@ -158,7 +158,8 @@ void Logger_CAN_View::connectOwnSignals()
 {
     connect(this, &Logger_CAN_View::signal_enable_can, handler(),
             [this](int can_nr, int enable, int *result_code) {
-                const bool isDone = handler()->cmd_write_can_enabled(can_nr, quint8(enable));
+                const bool isDone =
+                    withEcho(handler()->cmd_write_can_enabled(can_nr, quint8(enable)));
                 *result_code = isDone ? Done : Failed;
             });
     connect(this, &Logger_CAN_View::signal_send_can_msg, handler(),
@@ -209,21 +210,35 @@ void Logger_CAN_View::takeOverChannel()
     m_rxModel.setComments(can::signalComments(records));
     m_busLoad.setTiming(channel());
     updateDbcButtons();
+    if (records.isEmpty())
+        m_summary = {};
     showSummary();
+}
+
+void Logger_CAN_View::showChannel()
+{
+    showConfiguration();
+    takeOverChannel();
 }
 
 void Logger_CAN_View::slot_update_cfg_can(int can_nr)
 {
     if (!isOwnNumber(can_nr))
         return;
-    full_update();
+    showChannel();
     emit signal_update_can_cfg_window();
 }
 
+// A part of the configuration that isn't of this channel comes so, too: the file of the signals
+// is unknown only when they are others.
 void Logger_CAN_View::full_update()
 {
-    showConfiguration();
-    takeOverChannel();
+    const auto before = m_held;
+    showChannel();
+    if (m_held == before)
+        return;
+    m_summary = {};
+    showSummary();
 }
 
 void Logger_CAN_View::stateApplied(AppSta_t state)
@@ -234,8 +249,10 @@ void Logger_CAN_View::stateApplied(AppSta_t state)
     m_dbcRows.setEditable(m_isEditable);
     m_ui->pushButton_send_msg->setEnabled(m_isConnected);
     m_ui->label_send_result->clear();
-    if (state == APP_STA_CONN_INIT)
+    if (state == APP_STA_CONN_INIT) {
         forgetLiveData();
+        m_ui->frame_notice->hide();
+    }
     if (!m_isEditable) {
         for (QDialog *dialog : findChildren<QDialog *>())
             dialog->reject();
@@ -299,7 +316,8 @@ void Logger_CAN_View::openConfiguration()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &DialogCAN_Cfg::signalWriteCan, this,
             [this](int can_nr, const TerminalCanCfg &edited) {
-                (void)handler()->writeCan(can_nr, edited); // a failure is told by the handler
+                // A failure is told by the handler.
+                (void)withEcho(handler()->writeCan(can_nr, edited));
             });
     dialog->open();
 }
@@ -315,12 +333,11 @@ void Logger_CAN_View::on_pushButton_export_options_clicked()
         record::copy(channel(), edited);
         edited.export_custom_name = dialog->customName();
         edited.export_name_mode = dialog->mode();
-        (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+        (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
     });
     dialog->open();
 }
 
-// Code 0 is the slave's acknowledgement, so there is no error to show.
 void Logger_CAN_View::slot_receive_ccp_xcp_infos(int can_nr, uchar session_status,
                                                  uchar last_slave_response_code)
 {
@@ -328,7 +345,5 @@ void Logger_CAN_View::slot_receive_ccp_xcp_infos(int can_nr, uchar session_statu
         return;
     m_ui->label_session_status->setText(
         can::sessionStatusText(session_status, can::sessionProtocol(channel().a2l)));
-    m_ui->label_session_error->setText(last_slave_response_code == 0
-                                           ? QString()
-                                           : can::slaveResponseText(last_slave_response_code));
+    m_ui->label_session_error->setText(can::slaveResponseText(last_slave_response_code));
 }

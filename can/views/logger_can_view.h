@@ -102,6 +102,7 @@ private:
     void connectOwnSignals();
     [[nodiscard]] const TerminalCanCfg &channel() const;
     void takeOverChannel();
+    void showChannel();
     void enableCan(bool on);
     void openConfiguration();
     // The whole text is for the tool tip.
@@ -138,18 +139,25 @@ private:
     bool m_isEditable = true;   // the configuration
     bool m_isConnected = false; // and the connect sequence is over
 
+    std::unique_ptr<DbcLoadTask> m_loading; // outlives the models: their slots ask it
+
     // The signals are the channel's. A record that replaces them is shown as soon as it is there.
     Model_DBC_Signals m_dbcModel;
     ChannelSignalRows m_dbcRows;
     // What can be edited of each signal, as it was before an edit.
+    struct FileSummary
+    {
+        QString path;
+        QString text;
+    };
     using EditableFields = std::tuple<QString, QString, double, double, quint8>;
     std::vector<EditableFields> m_held;
     can::DbcLiveDecoder m_decoder;
     bool m_areValuesToShow = false; // the table of signals hasn't heard of them yet
-    std::unique_ptr<DbcLoadTask> m_loading;
-    QTimer m_loadingShows{this}; // until the progress of a load is shown
-    QString m_summary;           // of the last file; empty: none was read
-    QString m_lastFile;          // of this channel, also of an earlier run
+    QTimer m_loadingShows{this};    // until the progress of a load is shown
+    FileSummary m_offered;          // of the file from which the user chooses
+    FileSummary m_summary;          // of the file of the signals; empty: not known
+    QString m_lastFile;             // of this channel, also of an earlier run
     bool m_isLastFileThere = false;
 
     Model_CAN_Rx_List_Items m_rxModel;

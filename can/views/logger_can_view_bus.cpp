@@ -213,6 +213,7 @@ void Logger_CAN_View::on_spinBox_dlc_valueChanged(int)
 void Logger_CAN_View::on_pushButton_send_msg_clicked()
 {
     m_ui->label_send_result->clear();
+    m_ui->spinBox_dlc->interpretText(); // what stands there, though the user hasn't left the field
     can::TxRowInput input;
     input.id = m_ui->lineEdit_id->text();
     input.extended = m_ui->checkBox_29_bit->isChecked();

@@ -17,6 +17,8 @@
 #include <QFileInfo>
 #include <QMimeData>
 
+#include <utility>
+
 namespace {
 
 // Characters of a file's name.
@@ -111,7 +113,11 @@ void Logger_CAN_View::updateDbcButtons()
 
 void Logger_CAN_View::showSummary()
 {
-    QString text = m_summary;
+    QString text = m_summary.text;
+    if (m_summary.path.isEmpty())
+        m_ui->label_dbc_summary->setToolTip(m_ui->label_dbc_summary->accessibleName());
+    else
+        setPathToolTip(m_ui->label_dbc_summary, m_summary.path);
     if (text.isEmpty() && channel().dbc_signals.isEmpty())
         text = tr("The channel has no signals. Load a DBC file, or drop one on this page.");
     m_ui->label_dbc_summary->setText(text);
@@ -154,40 +160,40 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
 {
     m_loadingShows.stop();
     showLoading(false);
-    const DbcFileParser &parser = m_loading->parser();
+    DbcFileParser &parser = m_loading->parser();
     const QString path = m_loading->path();
-    const bool hasSignals = isLoaded && !parser.signalList().isEmpty();
+    const bool isCancelled = m_loading->isCancelled();
+    const bool hasSignals = isLoaded && !isCancelled && !parser.signalList().isEmpty();
     if (hasSignals)
         SettingsStore().setValue(lastFileKey(number()), path);
     noteLastFile();
-    if (parser.isCancelled())
+    if (hasSignals && m_isEditable) {
+        chooseSignals();
+        return;
+    }
+    const QString error = parser.errorText();
+    parser.clear(); // while no box is open, behind which the next file could be read
+    if (isCancelled)
         return;
     if (!isLoaded) {
         // Without a text the file couldn't even be read.
-        const QString reason =
-            parser.errorText().isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
-        m_prompt.warn(QStringLiteral("Error loading dbc-file"), parser.errorText(), reason);
-        return;
-    }
-    if (!hasSignals) { // noise may be read, too
+        const QString reason = error.isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
+        m_prompt.warn(QStringLiteral("Error loading dbc-file"), error, reason);
+    } else if (!hasSignals) { // noise may be read, too
         m_prompt.inform(QStringLiteral("Open DBC-file"), tr("There is no signal in %1.").arg(path));
-        return;
-    }
-    m_summary =
-        fileNameIn(path, longestName) + QStringLiteral(": ") + dbc::summaryText(parser.summary());
-    setPathToolTip(m_ui->label_dbc_summary, path);
-    showSummary();
-    if (m_isEditable)
-        chooseSignals();
-    else
+    } else {
         showNotice(notLoadedText(fileNameIn(path, longestName)), notLoadedText(path));
+    }
 }
 
 void Logger_CAN_View::chooseSignals()
 {
-    auto *dialog = new Dialog_DBC_Signal_Selector(channel(), m_loading->parser().takeSignals(),
-                                                  m_prompt, this);
-    dialog->setSummary(m_summary);
+    DbcFileParser &parser = m_loading->parser();
+    const QString path = m_loading->path();
+    m_offered = {path, fileNameIn(path, longestName) + QStringLiteral(": ")
+                           + dbc::summaryText(parser.summary())};
+    auto *dialog = new Dialog_DBC_Signal_Selector(channel(), parser.takeSignals(), m_prompt, this);
+    dialog->setSummary(m_offered.text);
     connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
             &Logger_CAN_View::insert_dbc_signals);
     dialog->open();
@@ -195,10 +201,14 @@ void Logger_CAN_View::chooseSignals()
 
 void Logger_CAN_View::insert_dbc_signals(QList<StreamingClass_DBC_Signal *> *new_signals)
 {
+    FileSummary summary = std::exchange(m_offered, {});
     TerminalCanCfg edited;
     record::copy(channel(), edited);
     can::insertSignals(edited.dbc_signals, *new_signals);
-    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    if (!withEcho(handler()->writeCan(number(), edited)))
+        return; // a failure is told by the handler
+    m_summary = std::move(summary);
+    showSummary();
 }
 
 // Places in the list of the channel, ascending.
@@ -227,7 +237,7 @@ void Logger_CAN_View::on_pushButton_remove_selected_clicked()
     for (const int place : places)
         unwanted.append(edited.dbc_signals.at(place));
     can::removeSignals(edited.dbc_signals, unwanted);
-    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
 }
 
 void Logger_CAN_View::on_lineEdit_dbc_filter_textChanged(QString text)
@@ -264,7 +274,7 @@ void Logger_CAN_View::sendEditedSignals()
     const bool isHeld = m_held.size() == std::size_t(records.size());
     for (int i = 0; isHeld && i < records.size(); ++i)
         editableFields(*records.at(i)) = m_held[std::size_t(i)];
-    (void)handler()->writeCan(number(), edited); // a failure is told by the handler
+    (void)withEcho(handler()->writeCan(number(), edited)); // a failure is told by the handler
     m_dbcModel.setSignals(channel().dbc_signals.items());
 }
 

@@ -109,7 +109,7 @@ void Logger_Main_View::show_system_infos()
 
 void Logger_Main_View::comboBox_aux_supply_control_currentIndexChanged(int index)
 {
-    if (!handler()->cmd_write_aux_supply_control(quint8(index)))
+    if (!withEcho(handler()->cmd_write_aux_supply_control(quint8(index))))
         showConfiguration();
 }
 
@@ -136,7 +136,7 @@ void Logger_Main_View::on_pushButton_set_event_meassurement_name_clicked()
     AuxSupplyCfg record = handler()->terminal().event;
     record.event_name = line->text();
     line->setModified(false); // the echo tells the name that holds
-    if (!handler()->writeEventMeasurement(record))
+    if (!withEcho(handler()->writeEventMeasurement(record)))
         showConfiguration();
 }
 

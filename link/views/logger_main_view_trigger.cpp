@@ -146,7 +146,7 @@ void Logger_Main_View::send_req_logtrigger_cfg()
 {
     const LogTriggerCfg record =
         logtrigger::edited(handler()->terminal(), m_shownTrigger, triggerInput(), triggerChoice());
-    if (!handler()->cmd_write_logtrigger_cfg(record))
+    if (!withEcho(handler()->cmd_write_logtrigger_cfg(record)))
         update_cfg_logtrigger(); // nothing has changed
 }
 

@@ -12,10 +12,6 @@ class tst_CanTxRow : public QObject
     Q_OBJECT
 
 private slots:
-    void aDlcHasItsLength_data();
-    void aDlcHasItsLength();
-    void aLengthGetsTheShortestFrameThatHoldsIt_data();
-    void aLengthGetsTheShortestFrameThatHoldsIt();
     void aRowBecomesAFrame();
     void bytesBehindTheLengthAreNotRead();
     void anIdentifierIsLimited_data();
@@ -39,52 +35,6 @@ private:
         return input;
     }
 };
-
-void tst_CanTxRow::aDlcHasItsLength_data()
-{
-    QTest::addColumn<bool>("isFd");
-    QTest::addColumn<int>("dlc");
-    QTest::addColumn<int>("length");
-    QTest::newRow("none") << false << 0 << 0;
-    QTest::newRow("classic 8") << false << 8 << 8;
-    QTest::newRow("a classic code above 8 is 8 bytes") << false << 15 << 8;
-    QTest::newRow("FD 8") << true << 8 << 8;
-    QTest::newRow("FD 9") << true << 9 << 12;
-    QTest::newRow("FD 10") << true << 10 << 16;
-    QTest::newRow("FD 11") << true << 11 << 20;
-    QTest::newRow("FD 12") << true << 12 << 24;
-    QTest::newRow("FD 13") << true << 13 << 32;
-    QTest::newRow("FD 14") << true << 14 << 48;
-    QTest::newRow("FD 15") << true << 15 << 64;
-    QTest::newRow("below the codes") << true << -1 << 0;
-    QTest::newRow("above the codes") << true << 16 << 64;
-}
-
-void tst_CanTxRow::aDlcHasItsLength()
-{
-    QFETCH(bool, isFd);
-    QFETCH(int, dlc);
-    QTEST(can::lengthOfDlc(dlc, isFd ? FrameFormat::Fd : FrameFormat::Classic), "length");
-}
-
-void tst_CanTxRow::aLengthGetsTheShortestFrameThatHoldsIt_data()
-{
-    QTest::addColumn<bool>("isFd");
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<int>("dlc");
-    QTest::newRow("exact") << true << 48 << 14;
-    QTest::newRow("between") << true << 9 << 9;
-    QTest::newRow("more than there can be") << true << 65 << 15;
-    QTest::newRow("more than classic") << false << 64 << 8;
-    QTest::newRow("below none") << false << -3 << 0;
-}
-
-void tst_CanTxRow::aLengthGetsTheShortestFrameThatHoldsIt()
-{
-    QFETCH(bool, isFd);
-    QFETCH(int, bytes);
-    QTEST(can::dlcOfLength(bytes, isFd ? FrameFormat::Fd : FrameFormat::Classic), "dlc");
-}
 
 void tst_CanTxRow::aRowBecomesAFrame()
 {

@@ -56,6 +56,7 @@ private slots:
     void progressGrowsToTheSizeOfTheFile();
     void aRefusalCancelsAtAnyStep();
     void afterACancelTheNextLoadIsFine();
+    void clearedItHoldsNothing();
     void theLoadIsLogged();
     void theDumpShowsEverySignal();
 
@@ -278,6 +279,17 @@ void tst_DbcFileParser_Files::afterACancelTheNextLoadIsFine()
     QVERIFY(parser.load(path));
     QVERIFY(!parser.isCancelled());
     QCOMPARE(parser.signalList().size(), 1);
+}
+
+void tst_DbcFileParser_Files::clearedItHoldsNothing()
+{
+    DbcFileParser parser;
+    QVERIFY(!parser.load(write(engineMessage + signalLine("A") + " SG_ broken\n")));
+    QCOMPARE(parser.signalList().size(), 1);
+    parser.clear();
+    QVERIFY(parser.signalList().isEmpty());
+    QCOMPARE(parser.errorText(), QString());
+    QCOMPARE(parser.summary().messages, 0);
 }
 
 void tst_DbcFileParser_Files::theLoadIsLogged()

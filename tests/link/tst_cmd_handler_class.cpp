@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 
 using protocol::Message;
@@ -42,6 +43,7 @@ private slots:
     void itsThreadSaysWhenItRunsConnectsAndEnds();
     void aMessageThatCannotGoOutLeavesNoTimerBehind();
     void theLossIsToldBeforeTheWaitEnds();
+    void anEchoIsPassedOnBeforeTheWaitEnds();
     void anImpossibleEnvelopeIsToldOnce();
     void unsentBytesDontHoldAClosedConnection();
     void manyRecordsDontFloodTheLog();
@@ -65,6 +67,44 @@ private:
         const std::unique_ptr<QByteArray> owned(data);
         records.append({quint8(type), 0, *owned});
     }
+};
+
+// Holds up a signal of the worker for a moment: a caller who doesn't wait for it returns meanwhile.
+class ComesFirst
+{
+public:
+    template <class... Arguments>
+    ComesFirst(Connected &link, void (CMD_Handler_Class::*signal)(Arguments...))
+        : m_link(link)
+    {
+        m_connection = QObject::connect(
+            &link.worker, signal, &link.worker,
+            [this](Arguments...) {
+                constexpr std::chrono::milliseconds patience(100);
+                const auto outcome = m_returned.get_future().wait_for(patience);
+                m_hasReturnedFirst = outcome == std::future_status::ready;
+                m_came = true;
+            },
+            Qt::DirectConnection);
+    }
+    ~ComesFirst() { QObject::disconnect(m_connection); }
+    ComesFirst(const ComesFirst &) = delete;
+    ComesFirst &operator=(const ComesFirst &) = delete;
+
+    // To be asked once, on the caller's thread, when it is back.
+    [[nodiscard]] bool cameBeforeTheCallerReturned()
+    {
+        m_returned.set_value();
+        m_link.onThread([] {});
+        return m_came && !m_hasReturnedFirst;
+    }
+
+private:
+    Connected &m_link;
+    QMetaObject::Connection m_connection;
+    std::promise<void> m_returned;
+    std::atomic<bool> m_came{false};
+    std::atomic<bool> m_hasReturnedFirst{false};
 };
 
 QByteArray okReply(const Message &message)
@@ -303,22 +343,21 @@ void tst_CMD_Handler::aMessageThatCannotGoOutLeavesNoTimerBehind()
 // What a caller sends behind a failed wait has to stand behind the news in the event queue.
 void tst_CMD_Handler::theLossIsToldBeforeTheWaitEnds()
 {
-    constexpr int patience_ms = 100;
     Connected link;
-    std::promise<void> returned;
-    std::atomic<bool> hasReturnedFirst{false};
-    link.onThread([&] {
-        connect(&link.worker, &CMD_Handler_Class::signal_disconnected, [&] {
-            const auto outcome =
-                returned.get_future().wait_for(std::chrono::milliseconds(patience_ms));
-            hasReturnedFirst = outcome == std::future_status::ready;
-        });
-    });
+    ComesFirst loss(link, &CMD_Handler_Class::signal_disconnected);
     const OnceAsked closing(link.peer, [&link] { link.peer.closeCommandSocket(); });
     (void)link.worker.sendCommand("a", 60'000);
-    returned.set_value();
-    link.onThread([] {});
-    QVERIFY(!hasReturnedFirst);
+    QVERIFY(loss.cameBeforeTheCallerReturned());
+}
+
+// The caller makes its next change from what the echo holds.
+void tst_CMD_Handler::anEchoIsPassedOnBeforeTheWaitEnds()
+{
+    Connected link(echo);
+    const RecordSink owner(link.worker);
+    ComesFirst record(link, &CMD_Handler_Class::signal_streaming_prot_received);
+    QVERIFY(link.worker.sendStreamingMessage(4, "record", 60'000));
+    QVERIFY(record.cameBeforeTheCallerReturned());
 }
 
 void tst_CMD_Handler::anImpossibleEnvelopeIsToldOnce()

@@ -19,6 +19,8 @@ private slots:
     void offlineEveryWriteIsLoopedBack_data();
     void offlineEveryWriteIsLoopedBack();
     void connectedAWriteSendsTheRecordAndLeavesTheModelToTheEcho();
+    void anEchoCanBeAppliedBehindItsWrite();
+    void anAppliedEchoIsNotAppliedAgain();
     void connectedAWriteThatTimesOutLeavesTheModelUnchanged();
     void aLoggerThatRefusesAValueIsFollowed();
     void aWriteWhoseEchoComesCutFails();
@@ -153,6 +155,28 @@ void tst_ConfigurationTransfer::connectedAWriteSendsTheRecordAndLeavesTheModelTo
     QCOMPARE(tool.peer.received(),
              (QVector<protocol::Message>{{25, 121, record::toBytes(expected)}}));
     QTRY_COMPARE(tool.handler.terminal().can[5].enabled, quint8(1));
+}
+
+void tst_ConfigurationTransfer::anEchoCanBeAppliedBehindItsWrite()
+{
+    OnlineTool tool(&echo);
+    QVERIFY(tool.handler.cmd_write_can_enabled(5, 1));
+    tool.handler.applyWaitingRecords();
+    QCOMPARE(tool.handler.terminal().can[5].enabled, quint8(1));
+    QVERIFY(tool.handler.writeCcpXcpEnabled(5, 1)); // of the same record
+    tool.handler.applyWaitingRecords();
+    QCOMPARE(tool.handler.terminal().can[5].enabled, quint8(1));
+    QCOMPARE(tool.handler.terminal().can[5].a2l.config.enabled, quint8(1));
+}
+
+void tst_ConfigurationTransfer::anAppliedEchoIsNotAppliedAgain()
+{
+    OnlineTool tool(&echo);
+    const QSignalSpy told(&tool.handler, &Handler::signal_update_cfg_can);
+    QVERIFY(tool.handler.cmd_write_can_enabled(5, 1));
+    tool.handler.applyWaitingRecords();
+    QCoreApplication::processEvents();
+    QCOMPARE(told.size(), 1);
 }
 
 void tst_ConfigurationTransfer::connectedAWriteThatTimesOutLeavesTheModelUnchanged()

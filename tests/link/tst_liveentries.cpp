@@ -17,7 +17,10 @@ private slots:
     void aCanFrameOf65BytesIsDropped();
     void aCanFrameOfAnUnknownChannelIsDropped();
     void aCanFrameThatAnnouncesMoreThanItHoldsIsDropped();
-    void aCanFrameThatNoBusCanHaveIsShownAsItCame();
+    void anIdentifierIsCutToItsBits_data();
+    void anIdentifierIsCutToItsBits();
+    void aCanFrameOfALengthThatNoBusHasIsDropped();
+    void aRemoteFrameAboveEightBytesIsDropped();
     void anAgmSampleHasTenWords();
     void aD4modEntryHasOneValueForEachChannel();
     void aD4modEntryOf16ChannelsIsDropped();
@@ -86,15 +89,44 @@ void tst_LiveEntries::aCanFrameThatAnnouncesMoreThanItHoldsIsDropped()
     QVERIFY(!canOf(canEntry(0, 4, "00000000 00000000 aabbcc")));
 }
 
-void tst_LiveEntries::aCanFrameThatNoBusCanHaveIsShownAsItCame()
+void tst_LiveEntries::anIdentifierIsCutToItsBits_data()
 {
-    const auto tooWide = canOf(canEntry(0, 0, "00000000 00080000"));
-    QVERIFY2(tooWide, "11 bits, 0x800");
-    QCOMPARE(tooWide->id, 0x800U);
-    QVERIFY(!tooWide->extended);
-    const auto oddLength = canOf(canEntry(0, 9, "00000000 01000000 000102030405060708"));
-    QVERIFY2(oddLength, "9 bytes");
-    QCOMPARE(oddLength->data.size(), 9);
+    QTest::addColumn<quint32>("word");
+    QTest::addColumn<quint32>("id");
+    QTest::addColumn<bool>("isExtended");
+    QTest::newRow("highest of 11 bits") << 0x000007FFU << 0x7FFU << false;
+    QTest::newRow("12 bits") << 0x00000801U << 0x001U << false;
+    QTest::newRow("29 bits without the flag") << 0x1FFFFFFFU << 0x7FFU << false;
+    QTest::newRow("highest of 29 bits") << 0x5FFFFFFFU << 0x1FFFFFFFU << true;
+    QTest::newRow("a bit without meaning") << 0xC0000123U << 0x123U << true;
+}
+
+void tst_LiveEntries::anIdentifierIsCutToItsBits()
+{
+    QFETCH(quint32, word);
+    QByteArray body(8, '\0');
+    qToLittleEndian(word, body.data() + 4);
+    const auto message = canOf(entryBytes({rawlog::RLD_CAN, 0, 0, 0}, body));
+    QVERIFY(message);
+    QTEST(message->id, "id");
+    QTEST(message->extended, "isExtended");
+}
+
+void tst_LiveEntries::aCanFrameOfALengthThatNoBusHasIsDropped()
+{
+    QVector<int> taken;
+    for (int length = 0; length <= 255; ++length) {
+        const QByteArray body(8 + length, '\0');
+        if (const auto message = canOf(entryBytes({rawlog::RLD_CAN, 0, 0, quint8(length)}, body)))
+            taken.append(message->data.size());
+    }
+    QCOMPARE(taken, (QVector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 12, 16, 20, 24, 32, 48, 64}));
+}
+
+void tst_LiveEntries::aRemoteFrameAboveEightBytesIsDropped()
+{
+    QVERIFY(canOf(canEntry(0, 8, "00000000 01000020 0000000000000000")));
+    QVERIFY(!canOf(canEntry(0, 12, "00000000 01000020 000000000000000000000000")));
 }
 
 void tst_LiveEntries::anAgmSampleHasTenWords()

@@ -15,6 +15,7 @@ private slots:
     void aRecordThatReplacesNoneNeedsACall();
     void aRecordAboveTheLimitIsRefused();
     void aRefusedRecordLeavesTheEarlierOne();
+    void ofATypeOneIsCounted();
     void aTakenRecordMakesRoom();
     void aReplacedRecordMakesRoom();
     void twoThreadsEndWithTheNewest();
@@ -94,6 +95,17 @@ void tst_RecordsUnderway::aRefusedRecordLeavesTheEarlierOne()
     (void)put(records, 3, half);
     QCOMPARE(put(records, 4, half + "x"), Outcome::Refused);
     QCOMPARE(takenFrom(records).first(), QStringLiteral("4:early"));
+}
+
+void tst_RecordsUnderway::ofATypeOneIsCounted()
+{
+    RecordsUnderway records;
+    QCOMPARE(records.count(), 0);
+    for (const int type : {3, 4, 3})
+        (void)put(records, type, "x");
+    QCOMPARE(records.count(), 2);
+    (void)takenFrom(records);
+    QCOMPARE(records.count(), 0);
 }
 
 void tst_RecordsUnderway::aTakenRecordMakesRoom()

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QDialog>
+#include <QFrame>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QSignalSpy>
@@ -25,6 +26,7 @@ private slots:
     void theModeOfTheA2lFileIsShown();
     void theSessionIsShownAsText();
     void anotherChannelsSessionIsNotShown();
+    void whatTheUserAsksForCarriesTheChannel();
 
     void receivedFramesAreListed();
     void aHiddenPageHearsOfFramesWhenItIsShown();
@@ -43,6 +45,8 @@ private slots:
     void framesAreForwarded();
     void framesPerSecondAndLoadAreShown();
     void aNewConnectionStartsAnew();
+    void aNewConnectionClearsTheLabels();
+    void aNewConnectionClosesTheNotice();
 
     void thePageLeavesRoomForTheTreeBesideIt();
     void theTabKeyGoesThroughTheBytesToSend();
@@ -163,7 +167,7 @@ void tst_Logger_CAN_View::theSessionIsShownAsText()
     QCOMPARE(m_bench->label("label_session_error"), QStringLiteral("LastErr:CMD syntax fault"));
     emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 0, 0);
     QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("Inactive"));
-    QCOMPARE(m_bench->label("label_session_error"), QString());
+    QCOMPARE(m_bench->label("label_session_error"), QStringLiteral("Unknown error 0"));
 }
 
 void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
@@ -171,6 +175,27 @@ void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
     m_bench->page();
     emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number + 1, 18, 49);
     QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("-"));
+}
+
+void tst_Logger_CAN_View::whatTheUserAsksForCarriesTheChannel()
+{
+    Logger_CAN_View &page = m_bench->page();
+    const QSignalSpy configuration(&page, &Logger_CAN_View::signal_create_eth_config_dialog);
+    const QSignalSpy file(&page, &Logger_CAN_View::signal_load_dbc_file);
+    QVector<std::pair<int, int>> enabled;
+    connect(&page, &Logger_CAN_View::signal_enable_can, this,
+            [&enabled](int can_nr, int enable, const int *) {
+                enabled.append({can_nr, enable});
+            });
+    m_bench->button("pushButton_can_configuration")->click();
+    m_bench->button("pushButton_load_dbc_file")->click();
+    m_bench->button("pushButton_can_enable")->click();
+    m_bench->button("pushButton_can_disable")->click();
+    const QList<QVariantList> once{QVariantList{CanPageBench::number}};
+    QCOMPARE(configuration, once);
+    QCOMPARE(file, once);
+    QCOMPARE(enabled,
+             (QVector<std::pair<int, int>>{{CanPageBench::number, 1}, {CanPageBench::number, 0}}));
 }
 
 void tst_Logger_CAN_View::receivedFramesAreListed()
@@ -409,6 +434,32 @@ void tst_Logger_CAN_View::theTabKeyGoesThroughTheBytesToSend()
     }
     QCOMPARE(way.join(QLatin1Char(' ')),
              QStringLiteral("lineEdit_byte_0 lineEdit_byte_1 pushButton_send_msg"));
+}
+
+void tst_Logger_CAN_View::aNewConnectionClearsTheLabels()
+{
+    m_bench->page().show();
+    emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 18, 49);
+    for (quint32 id = 0; id <= Model_CAN_Rx_List_Items::maxRows; ++id)
+        m_bench->receive(id, "01", 1000 * id);
+    QVERIFY(!m_bench->label("label_rx_note").isEmpty());
+    QTRY_VERIFY(!m_bench->label("label_bus_figures").startsWith(QStringLiteral("0 frames/s")));
+    m_bench->setState(APP_STA_CONN_INIT);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("-"));
+    QCOMPARE(m_bench->label("label_session_error"), QString());
+    QCOMPARE(m_bench->label("label_rx_note"), QString());
+    QCOMPARE(m_bench->label("label_bus_figures"), QStringLiteral("0 frames/s, bus load 0.0 %"));
+}
+
+void tst_Logger_CAN_View::aNewConnectionClosesTheNotice()
+{
+    m_bench->page();
+    const auto *notice = m_bench->find<QFrame>("frame_notice");
+    emit m_bench->handler.signalFilterLimitCleared(CanPageBench::number, {QStringLiteral("A")});
+    m_bench->setState(APP_STA_DISCONN);
+    QVERIFY(notice->isVisibleTo(&m_bench->page())); // still true of what is held
+    m_bench->setState(APP_STA_CONN_INIT);
+    QVERIFY(!notice->isVisibleTo(&m_bench->page()));
 }
 
 void tst_Logger_CAN_View::columnsAreRemembered()

@@ -1,4 +1,5 @@
 #include "tests/can/views/canpagebench.h"
+#include "tests/support/messagecount.h"
 
 #include <QDialog>
 #include <QDropEvent>
@@ -6,6 +7,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTableView>
+#include <QThread>
 
 // How signals come from a DBC file to the channel, and what the page shows of them.
 class tst_Logger_CAN_View_Dbc : public QObject
@@ -18,6 +20,9 @@ private slots:
     void aFileLeadsToTheSelection();
     void cancellingThePickerLoadsNothing();
     void selectedSignalsJoinTheChannel();
+    void theSummaryStaysAsLongAsTheSignals();
+    void anotherConfigurationHasNoSummary();
+    void aSelectionThatIsRejectedHasNoSummary();
     void aFileWithAnErrorIsToldAndChangesNothing();
     void aFileWithoutSignalsIsToldAndChangesNothing();
     void aFileThatCannotBeReadIsTold();
@@ -28,6 +33,8 @@ private slots:
     void otherThingsAreNotTakenWhenDropped();
     void nothingIsLoadedWhileTheConfigurationIsLocked();
     void aLongLoadShowsItsProgressAndCanBeCancelled();
+    void aCancelBehindTheEndOfALoadCounts();
+    void aFileThatComesTooLateIsTold();
     void clearedFlagsAreANotice();
     void aNoticeOfManyNamesIsCut();
     void longNamesAreCutInANotice();
@@ -63,6 +70,14 @@ private:
         return m_bench->writeFile("car.dbc", "BO_ 291 Engine: 8 ECU\n"
                                              " SG_ Speed : 0|16@1+ (0.5,0) [0|0] \"rpm\" ECU\n"
                                              " SG_ Torque : 16|8@1- (1,0) [0|0] \"Nm\" ECU\n");
+    }
+    // All signals of the good file.
+    void loadAll()
+    {
+        loadByButton(goodFile());
+        QTRY_VERIFY(selector());
+        QVERIFY(QMetaObject::invokeMethod(selector(), "on_pushButton_select_all_clicked"));
+        QVERIFY(QMetaObject::invokeMethod(selector(), "load_selected"));
     }
     // Each with one signal that is recorded.
     void writeMessages(quint32 count, const QString &name = QStringLiteral("Signal"))
@@ -106,7 +121,9 @@ void tst_Logger_CAN_View_Dbc::aFileLeadsToTheSelection()
              QStringList(QStringLiteral("Open DBC-file|/somewhere|DBC-Files (*.dbc)")));
     QTRY_VERIFY(selector());
     QCOMPARE(selector()->windowTitle(), QStringLiteral("DBC-Signal Selection"));
-    QCOMPARE(m_bench->label("label_dbc_summary"), QStringLiteral("car.dbc: 1 message, 2 signals"));
+    QCOMPARE(selector()->findChild<QLabel *>(QStringLiteral("label_summary"))->text(),
+             QStringLiteral("car.dbc: 1 message, 2 signals"));
+    QVERIFY(m_bench->label("label_dbc_summary").contains(QStringLiteral("no signals")));
     QCOMPARE(SettingsStore().value(QStringLiteral("DbcLoadPath")).toString(), path);
     QVERIFY(m_bench->prompt.shown.isEmpty());
     QVERIFY(m_bench->channel().dbc_signals.isEmpty());
@@ -121,13 +138,41 @@ void tst_Logger_CAN_View_Dbc::cancellingThePickerLoadsNothing()
 
 void tst_Logger_CAN_View_Dbc::selectedSignalsJoinTheChannel()
 {
-    loadByButton(goodFile());
-    QTRY_VERIFY(selector());
-    QVERIFY(QMetaObject::invokeMethod(selector(), "on_pushButton_select_all_clicked"));
-    QVERIFY(QMetaObject::invokeMethod(selector(), "load_selected"));
+    loadAll();
     QCOMPARE(m_bench->signalNames().join(QLatin1Char(',')), QStringLiteral("Speed,Torque"));
     QCOMPARE(rows()->rowCount(), 2);
     QCOMPARE(m_bench->cell("tableView_dbc", 1, Name), QStringLiteral("Torque"));
+    QCOMPARE(m_bench->label("label_dbc_summary"), QStringLiteral("car.dbc: 1 message, 2 signals"));
+}
+
+void tst_Logger_CAN_View_Dbc::theSummaryStaysAsLongAsTheSignals()
+{
+    loadAll();
+    const QString summary = m_bench->label("label_dbc_summary");
+    QVERIFY(m_bench->handler.cmd_write_can_enabled(CanPageBench::number, 1));
+    QVERIFY(m_bench->handler.cmd_write_aux_supply_control(1)); // a full update, too
+    QCOMPARE(m_bench->label("label_dbc_summary"), summary);
+    m_bench->find<QTableView>("tableView_dbc")->selectAll();
+    m_bench->button("pushButton_remove_selected")->click();
+    QVERIFY(m_bench->label("label_dbc_summary").contains(QStringLiteral("no signals")));
+}
+
+void tst_Logger_CAN_View_Dbc::anotherConfigurationHasNoSummary()
+{
+    loadAll();
+    TerminalStruct other;
+    other.can.at(CanPageBench::number).dbc_signals.add().name = QStringLiteral("Other");
+    QVERIFY(m_bench->handler.writeWholeConfiguration(other));
+    QCOMPARE(m_bench->label("label_dbc_summary"), QString());
+}
+
+void tst_Logger_CAN_View_Dbc::aSelectionThatIsRejectedHasNoSummary()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    loadByButton(goodFile());
+    QTRY_VERIFY(selector());
+    selector()->reject();
+    QCOMPARE(m_bench->label("label_dbc_summary"), QString());
 }
 
 void tst_Logger_CAN_View_Dbc::aFileWithAnErrorIsToldAndChangesNothing()
@@ -256,6 +301,30 @@ void tst_Logger_CAN_View_Dbc::aLongLoadShowsItsProgressAndCanBeCancelled()
     QTRY_VERIFY(m_bench->button("pushButton_load_dbc_file")->isEnabled());
     QVERIFY(!frame->isVisibleTo(&m_bench->page()));
     QVERIFY(m_bench->prompt.shown.isEmpty());
+    QVERIFY(!selector());
+}
+
+void tst_Logger_CAN_View_Dbc::aCancelBehindTheEndOfALoadCounts()
+{
+    m_bench->page();
+    const MessageCount ends("dbc-file load processtime= ");
+    m_bench->page().loadDbcFile(goodFile());
+    while (ends.value() == 0)
+        QThread::yieldCurrentThread(); // without events: the page hasn't heard of the end
+    m_bench->button("pushButton_loading_cancel")->click();
+    QTRY_VERIFY(m_bench->button("pushButton_load_dbc_file")->isEnabled());
+    QVERIFY(!selector());
+    QVERIFY(!m_bench->button("pushButton_reload_dbc_file")->isEnabled());
+    QVERIFY(m_bench->prompt.shown.isEmpty());
+}
+
+void tst_Logger_CAN_View_Dbc::aFileThatComesTooLateIsTold()
+{
+    const QString path = goodFile();
+    m_bench->page().loadDbcFile(path);
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QTRY_VERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
+    QVERIFY(m_bench->label("label_notice").startsWith(path + QStringLiteral(" was not loaded")));
     QVERIFY(!selector());
 }
 

@@ -1,4 +1,5 @@
 #include "can/views/dlcspinbox.h"
+#include "config/record/record.h"
 #include "tests/can/views/canpagebench.h"
 #include "tests/support/simulatedlogger.h"
 
@@ -27,11 +28,15 @@ private slots:
     void anIdentifierAboveTheLimitIsRefused();
     void aByteThatDoesNotParseIsRefused();
     void theLengthEnablesTheFields();
+    void returnTakesATypedLength();
+    void aLengthThatIsStillBeingTypedCounts();
+    void aFrameCarriesTheChannel();
     void theFormatDecidesOnTheLengths();
     void thereAreNoRemoteFdFrames();
     void framesOfTheLoggerAreShownLive();
     void anEditIsShownWhenItIsEchoed_data();
     void anEditIsShownWhenItIsEchoed();
+    void editsInARowAllHold();
 
 private:
     void connectLogger()
@@ -58,6 +63,12 @@ private:
     {
         return m_bench->find<QLineEdit>(
             qPrintable(QStringLiteral("lineEdit_byte_%1").arg(position)));
+    }
+    void typeLength(const char *digits)
+    {
+        auto *dlc = m_bench->find<DlcSpinBox>("spinBox_dlc");
+        dlc->selectAll();
+        QTest::keyClicks(dlc, QLatin1String(digits));
     }
     void send() { m_bench->button("pushButton_send_msg")->click(); }
     void check(const char *name) { m_bench->find<QCheckBox>(name)->click(); }
@@ -201,6 +212,53 @@ void tst_Logger_CAN_View_Tx::theLengthEnablesTheFields()
     QVERIFY(!field(0)->isEnabled());
 }
 
+void tst_Logger_CAN_View_Tx::returnTakesATypedLength()
+{
+    check("checkBox_fd_format");
+    typeLength("33");
+    QVERIFY(!field(47)->isEnabled());
+    QTest::keyClick(m_bench->find<DlcSpinBox>("spinBox_dlc"), Qt::Key_Return);
+    QVERIFY(field(47)->isEnabled());
+    QVERIFY(!field(48)->isEnabled());
+}
+
+// No frame has 33 bytes, so the box waits for what comes behind the digits.
+void tst_Logger_CAN_View_Tx::aLengthThatIsStillBeingTypedCounts()
+{
+    connectLogger();
+    check("checkBox_fd_format");
+    type("1", {QStringLiteral("11"), QStringLiteral("22")});
+    typeLength("33");
+    send();
+    QCOMPARE(sent().size(), 1);
+    QCOMPARE(sent().first().data, QByteArray::fromHex("1122").leftJustified(48, '\0'));
+    QVERIFY(m_bench->prompt.shown.isEmpty());
+}
+
+void tst_Logger_CAN_View_Tx::aFrameCarriesTheChannel()
+{
+    connectLogger();
+    QStringList asked;
+    connect(&m_bench->page(), &Logger_CAN_View::signal_send_can_msg, this,
+            [&asked](int can_nr, int ext_id, int rtr, int id, int dlc, const QByteArray &data) {
+                asked += QStringLiteral("%1 %2 %3 %4 %5 ")
+                             .arg(can_nr)
+                             .arg(ext_id)
+                             .arg(rtr)
+                             .arg(id, 0, 16)
+                             .arg(dlc)
+                         + QString::fromLatin1(data.toHex());
+            });
+    check("checkBox_29_bit");
+    type("18fef100", {QStringLiteral("01"), QStringLiteral("ff")});
+    send();
+    check("checkBox_29_bit");
+    check("checkBox_rtr");
+    type("7ff", {QString()});
+    send();
+    QCOMPARE(asked.join(QLatin1Char('|')), QStringLiteral("2 1 0 18fef100 2 01ff|2 0 1 7ff 1 00"));
+}
+
 void tst_Logger_CAN_View_Tx::theFormatDecidesOnTheLengths()
 {
     auto *dlc = m_bench->find<DlcSpinBox>("spinBox_dlc");
@@ -285,6 +343,31 @@ void tst_Logger_CAN_View_Tx::anEditIsShownWhenItIsEchoed()
     QTRY_COMPARE(rows->index(0, 0).data(Qt::CheckStateRole) == Qt::Checked, isRecorded);
     const StreamingClass_DBC_Signal &signal = *m_bench->channel().dbc_signals.at(0);
     QCOMPARE((signal.selection_flags & StreamingClass_DBC_Signal::recordFlag) != 0, isRecorded);
+}
+
+// Nothing delivers events between them, as when the user ticks while a reply is late.
+void tst_Logger_CAN_View_Tx::editsInARowAllHold()
+{
+    m_bench->writeSignals({QStringLiteral("A"), QStringLiteral("B")});
+    connectLogger();
+    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, m_bench->channel()));
+    QCoreApplication::processEvents(); // the echo
+    QAbstractItemModel *rows = m_bench->rows("tableView_dbc");
+    rows->setData(rows->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+    rows->setData(rows->index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
+    m_bench->button("pushButton_can_enable")->click();
+    m_bench->find<QTableView>("tableView_dbc")->selectRow(0);
+    m_bench->button("pushButton_remove_selected")->click();
+    TerminalCanCfg held;
+    m_logger->inspect([&held](LoggerSimulator &s) {
+        record::copy(s.state().configuration.can.at(CanPageBench::number), held);
+    });
+    QCOMPARE(int(held.enabled), 1);
+    QCOMPARE(held.dbc_signals.size(), 1);
+    QCOMPARE(held.dbc_signals.at(0)->name, QStringLiteral("B"));
+    QCOMPARE(int(held.dbc_signals.at(0)->selection_flags),
+             int(StreamingClass_DBC_Signal::liveFlag));
+    QVERIFY(m_bench->channel() == held);
 }
 
 QTEST_MAIN(tst_Logger_CAN_View_Tx)

@@ -77,6 +77,7 @@ private slots:
     void theEventNameIsWritten();
     void anEventNameOfOtherCharactersIsRefused();
     void anEventNameThatIsBeingTypedStays();
+    void changesInARowAllHold();
     void theLoggersStateIsShown();
     void everyControlHasANameAndAToolTip();
 
@@ -434,6 +435,20 @@ void tst_LoggerMainViewTrigger::anEventNameThatIsBeingTypedStays()
         configuration.event.event_name = QStringLiteral("loaded");
     });
     QCOMPARE(line->text(), QStringLiteral("loaded"));
+}
+
+// Both are fields of one record, and nothing delivers events between them.
+void tst_LoggerMainViewTrigger::changesInARowAllHold()
+{
+    m_bench->connectLogger();
+    m_bench->find<QLineEdit>("lineEdit_event_meassurement_name")->setText(QStringLiteral("lap"));
+    m_bench->button("pushButton_set_event_meassurement_name")->click();
+    m_bench->find<QComboBox>("comboBox_aux_supply_control")->setCurrentIndex(2);
+    const AuxSupplyCfg held = m_bench->logger.inspect(
+        [](simulator::LoggerSimulator &s) { return s.state().configuration.event; });
+    QCOMPARE(held.event_name, QStringLiteral("lap"));
+    QCOMPARE(int(held.aux_mode), 2);
+    QVERIFY(m_bench->handler.terminal().event == held);
 }
 
 void tst_LoggerMainViewTrigger::theLoggersStateIsShown()
