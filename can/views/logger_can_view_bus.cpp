@@ -126,7 +126,8 @@ void Logger_CAN_View::on_pushButton_save_rx_list_clicked()
         items.push_back(m_rxModel.itemAt(m_rxRows.mapToSource(m_rxRows.index(row, 0)).row()));
     const QString path = FileDialogs(m_prompt).getSaveFileNameWithKey(
         QStringLiteral("CanRxListSavePath"), QStringLiteral("DbcLoadPath"),
-        tr("Save received frames"), QStringLiteral("Text-Files (*.txt)"));
+        tr("Save received frames"), QStringLiteral("Text-Files (*.txt)"),
+        QStringLiteral("CAN-%1.txt").arg(number()));
     if (path.isEmpty())
         return;
     QString error;

@@ -32,6 +32,7 @@ private slots:
     void theListCanBeCleared();
     void commentsNameTheChannelsSignals();
     void theListIsSavedInTheOrderShown();
+    void theListIsProposedBesideTheDbcFileAndNotInItsPlace();
     void aListThatCannotBeSavedIsTold();
     void framesAreForwarded();
     void framesPerSecondAndLoadAreShown();
@@ -260,6 +261,15 @@ void tst_Logger_CAN_View::theListIsSavedInTheOrderShown()
     QVERIFY(lines.at(1).startsWith("200 "));
     QVERIFY(lines.at(2).startsWith("100 "));
     QVERIFY(m_bench->prompt.shown.isEmpty());
+}
+
+void tst_Logger_CAN_View::theListIsProposedBesideTheDbcFileAndNotInItsPlace()
+{
+    SettingsStore().setValue(QStringLiteral("DbcLoadPath"), m_bench->writeFile("car.dbc", ""));
+    m_bench->button("pushButton_save_rx_list")->click();
+    QCOMPARE(m_bench->prompt.pickers,
+             QStringList(QStringLiteral("Save received frames|%1|Text-Files (*.txt)")
+                             .arg(m_bench->folder.filePath(QStringLiteral("CAN-2.txt")))));
 }
 
 void tst_Logger_CAN_View::aListThatCannotBeSavedIsTold()
