@@ -113,6 +113,7 @@ private:
     void connectLoading();
     void showLoading(bool on);
     void dbcFileLoaded(bool isLoaded);
+    void showNotLoaded(const QString &path);
     void chooseSignals();
     void noteLastFile();
     void updateDbcButtons();

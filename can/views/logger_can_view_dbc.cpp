@@ -9,6 +9,7 @@
 #include "can/views/dialog_dbc_signal_selector.h"
 #include "can/views/logger_can_view.h"
 #include "config/record/record.h"
+#include "config/whyunreadable.h"
 #include "link/logger_data_handler_class.h"
 #include "ui_logger_can_view.h"
 
@@ -26,6 +27,23 @@ QString lastFileKey(int can_nr)
 auto editableFields(StreamingClass_DBC_Signal &signal)
 {
     return std::tie(signal.name, signal.unit, signal.factor, signal.offset, signal.selection_flags);
+}
+
+// Why the parser has no text for a file that it doesn't load: it couldn't even be opened.
+QString unreadableText(const QString &path)
+{
+    const QString why = whyUnreadable(path);
+    return why.isEmpty() ? Logger_CAN_View::tr("%1 can't be read.").arg(path)
+                         : Logger_CAN_View::tr("%1 can't be read: %2.").arg(path, why);
+}
+
+QString noSignalText(const QString &path, const DbcSummary &summary)
+{
+    const QString text = Logger_CAN_View::tr("There is no signal in %1.").arg(path);
+    const QString passedOver = dbc::passedOverText(summary);
+    return passedOver.isEmpty()
+               ? text
+               : text + Logger_CAN_View::tr("\n\nPassed over: %1.").arg(passedOver);
 }
 
 // The one DBC file that is dragged; empty for anything else.
@@ -113,8 +131,10 @@ void Logger_CAN_View::on_pushButton_reload_dbc_file_clicked()
 
 void Logger_CAN_View::loadDbcFile(const QString &path)
 {
-    if (!canLoad())
+    if (!canLoad()) {
+        showNotLoaded(path);
         return;
+    }
     m_ui->label_loading->setText(tr("Reading %1").arg(QFileInfo(path).fileName()));
     m_ui->label_loading_left->clear();
     m_ui->progressBar_loading->setValue(0);
@@ -136,14 +156,12 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
     if (parser.isCancelled())
         return;
     if (!isLoaded) {
-        // Without a text the file couldn't even be read.
-        const QString reason =
-            parser.errorText().isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
+        const QString reason = parser.errorText().isEmpty() ? unreadableText(path) : QString();
         m_prompt.warn(QStringLiteral("Error loading dbc-file"), parser.errorText(), reason);
         return;
     }
     if (!hasSignals) { // noise may be read, too
-        m_prompt.inform(QStringLiteral("Open DBC-file"), tr("There is no signal in %1.").arg(path));
+        m_prompt.inform(QStringLiteral("Open DBC-file"), noSignalText(path, parser.summary()));
         return;
     }
     m_summary =
@@ -152,7 +170,14 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
     if (m_isEditable)
         chooseSignals();
     else
-        showNotice(tr("%1 was not loaded: the configuration can't be changed now.").arg(path));
+        showNotLoaded(path);
+}
+
+void Logger_CAN_View::showNotLoaded(const QString &path)
+{
+    const QString why = m_isEditable ? tr("another file is being read.")
+                                     : tr("the configuration can't be changed now.");
+    showNotice(tr("%1 was not loaded: %2").arg(path, why));
 }
 
 void Logger_CAN_View::chooseSignals()
@@ -239,9 +264,10 @@ void Logger_CAN_View::sendEditedSignals()
     m_dbcModel.setSignals(channel().dbc_signals.items());
 }
 
+// Also while nothing can be loaded: the drop tells why.
 void Logger_CAN_View::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (canLoad() && !draggedDbcFile(event->mimeData()).isEmpty())
+    if (!draggedDbcFile(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 

@@ -20,13 +20,16 @@ private slots:
     void selectedSignalsJoinTheChannel();
     void aFileWithAnErrorIsToldAndChangesNothing();
     void aFileWithoutSignalsIsToldAndChangesNothing();
+    void aFileWithoutSignalsSaysWhatWasPassedOver();
     void aFileThatCannotBeReadIsTold();
+    void aFolderIsNoFileToBeRead();
     void theLastFileIsOfferedAgain();
     void theLastFileIsRememberedForItsChannel();
     void aLastFileThatIsGoneIsNotOffered();
     void aDroppedFileIsLoaded();
     void otherThingsAreNotTakenWhenDropped();
     void nothingIsLoadedWhileTheConfigurationIsLocked();
+    void aFileDroppedDuringALoadIsNotLoaded();
     void aLongLoadShowsItsProgressAndCanBeCancelled();
     void clearedFlagsAreANotice();
     void aNoticeOfManyNamesIsCut();
@@ -54,6 +57,17 @@ private:
     {
         m_bench->prompt.picks = QStringList(path);
         m_bench->button("pushButton_load_dbc_file")->click();
+    }
+    void drop(const QString &path)
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(&m_bench->page(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent event(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_bench->page(), &event);
     }
     QString goodFile() const
     {
@@ -154,7 +168,32 @@ void tst_Logger_CAN_View_Dbc::aFileThatCannotBeReadIsTold()
 {
     loadByButton(m_bench->folder.filePath(QStringLiteral("none.dbc")));
     QTRY_COMPARE(m_bench->prompt.shown, QStringList(QStringLiteral("Error loading dbc-file|")));
-    QVERIFY(m_bench->prompt.reasons.first().contains(QStringLiteral("none.dbc")));
+    QCOMPARE(m_bench->prompt.reasons.first(),
+             QStringLiteral("%1 can't be read: the file does not exist.")
+                 .arg(m_bench->folder.filePath(QStringLiteral("none.dbc"))));
+}
+
+void tst_Logger_CAN_View_Dbc::aFolderIsNoFileToBeRead()
+{
+    loadByButton(m_bench->folder.path());
+    QTRY_COMPARE(
+        m_bench->prompt.reasons,
+        QStringList(
+            QStringLiteral("%1 can't be read: it is a folder.").arg(m_bench->folder.path())));
+}
+
+void tst_Logger_CAN_View_Dbc::aFileWithoutSignalsSaysWhatWasPassedOver()
+{
+    const QString path = m_bench->writeFile("tables.dbc", "BO_ 291 Engine: 8 ECU\n"
+                                                          "\n"
+                                                          " SG_ Lost : 0|8@1+ (1,0) [0|0] \"\" E\n"
+                                                          "VAL_ 291 Gear 0 \"N\" 1 \"D\" ;\n");
+    loadByButton(path);
+    QTRY_COMPARE(
+        m_bench->prompt.shown,
+        QStringList(QStringLiteral("Open DBC-file|There is no signal in %1.\n\nPassed over: 1 "
+                                   "signal outside of a message, 1 value table.")
+                        .arg(path)));
 }
 
 void tst_Logger_CAN_View_Dbc::theLastFileIsOfferedAgain()
@@ -194,13 +233,7 @@ void tst_Logger_CAN_View_Dbc::aLastFileThatIsGoneIsNotOffered()
 
 void tst_Logger_CAN_View_Dbc::aDroppedFileIsLoaded()
 {
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(goodFile())});
-    QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_bench->page(), &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_bench->page(), &drop);
+    drop(goodFile());
     QTRY_VERIFY(selector());
 }
 
@@ -225,15 +258,26 @@ void tst_Logger_CAN_View_Dbc::nothingIsLoadedWhileTheConfigurationIsLocked()
 {
     m_bench->page();
     m_bench->setState(APP_STA_CONN_LOG_ON);
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(goodFile())});
-    QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QCoreApplication::sendEvent(&m_bench->page(), &enter);
-    QVERIFY(!enter.isAccepted());
-    m_bench->page().loadDbcFile(goodFile());
+    const QString path = goodFile();
+    drop(path);
+    QVERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
+    QCOMPARE(
+        m_bench->label("label_notice"),
+        QStringLiteral("%1 was not loaded: the configuration can't be changed now.").arg(path));
     QVERIFY(!m_bench->find<QFrame>("frame_loading")->isVisibleTo(&m_bench->page()));
     QCOMPARE(m_bench->label("label_loading"), QString());
+}
+
+void tst_Logger_CAN_View_Dbc::aFileDroppedDuringALoadIsNotLoaded()
+{
+    const QString first = goodFile();
+    const QString second = m_bench->writeFile("second.dbc", "BO_ 1 M: 8 ECU\n");
+    m_bench->page().loadDbcFile(first);
+    drop(second);
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("%1 was not loaded: another file is being read.").arg(second));
+    QTRY_VERIFY(selector());
+    QCOMPARE(m_bench->label("label_dbc_summary"), QStringLiteral("car.dbc: 1 message, 2 signals"));
 }
 
 void tst_Logger_CAN_View_Dbc::aLongLoadShowsItsProgressAndCanBeCancelled()
