@@ -209,6 +209,8 @@ void Logger_CAN_View::stateApplied(AppSta_t state)
     m_ui->label_send_result->clear();
     if (state == APP_STA_CONN_INIT)
         forgetLiveData();
+    if (state == APP_STA_CONN_INIT || state == APP_STA_DISCONN)
+        forgetSession();
     if (!m_isEditable) {
         for (QDialog *dialog : findChildren<QDialog *>())
             dialog->reject();
@@ -223,10 +225,15 @@ void Logger_CAN_View::forgetLiveData()
     m_dbcModel.valuesChanged();
     m_rxModel.clear_list();
     m_busLoad.clear();
-    m_ui->label_session_status->setText(QStringLiteral("-"));
-    m_ui->label_session_error->clear();
     showRxNote();
     showBusFigures();
+}
+
+// Values and frames stay to be looked at after a connection; a session doesn't run on.
+void Logger_CAN_View::forgetSession()
+{
+    m_ui->label_session_status->setText(QStringLiteral("-"));
+    m_ui->label_session_error->clear();
 }
 
 void Logger_CAN_View::showNotice(const QString &text)

@@ -107,6 +107,7 @@ private:
     void showNotice(const QString &text);
     void showClearedFlags(const QStringList &names);
     void forgetLiveData();
+    void forgetSession();
 
     [[nodiscard]] bool canLoad() const;
     void chooseDbcFile();

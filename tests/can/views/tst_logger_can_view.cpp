@@ -23,6 +23,8 @@ private slots:
     void theModeOfTheA2lFileIsShown();
     void theSessionIsShownAsText();
     void anotherChannelsSessionIsNotShown();
+    void aSessionEndsWithItsConnection_data();
+    void aSessionEndsWithItsConnection();
 
     void receivedFramesAreListed();
     void anotherChannelsFramesLeaveTheListAlone();
@@ -163,6 +165,25 @@ void tst_Logger_CAN_View::anotherChannelsSessionIsNotShown()
     m_bench->page();
     emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number + 1, 18, 49);
     QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("-"));
+}
+
+void tst_Logger_CAN_View::aSessionEndsWithItsConnection_data()
+{
+    QTest::addColumn<AppSta_t>("state");
+    QTest::newRow("lost") << APP_STA_DISCONN;
+    QTest::newRow("the next one") << APP_STA_CONN_INIT;
+}
+
+void tst_Logger_CAN_View::aSessionEndsWithItsConnection()
+{
+    QFETCH(AppSta_t, state);
+    m_bench->page();
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 18, 49);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("XCP Session Active/Running"));
+    m_bench->setState(state);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("-"));
+    QCOMPARE(m_bench->label("label_session_error"), QString());
 }
 
 void tst_Logger_CAN_View::receivedFramesAreListed()
