@@ -1,6 +1,7 @@
 #pragma once
 
 #include "can/bitfield.h"
+#include "can/canframe.h"
 #include "config/streamingclass_dbc_signal.h"
 
 #include <QList>
@@ -21,6 +22,13 @@ struct DbcMessage
 
     [[nodiscard]] bool hasMultiplexed() const;
 };
+
+// The identifier of the frames that carry the signal. A DBC file may give a number above 29 bits, of
+// which a bus has no more than these.
+[[nodiscard]] inline quint32 frameIdentifier(const StreamingClass_DBC_Signal &signal)
+{
+    return signal.msg_id & maxExtendedId;
+}
 
 // Number and whether it has 29 bits: sorts by number, standard before extended.
 using DbcMessageKey = std::pair<quint32, bool>;
