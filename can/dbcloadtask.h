@@ -1,6 +1,7 @@
 #pragma once
 
 #include "can/dbcfileparser.h"
+#include "config/threadcall.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -44,6 +45,7 @@ private:
     std::unique_ptr<QThread> m_thread;
     std::atomic<bool> m_isCancelled{false};
     bool m_isLoaded = false; // written by the reading thread before it ends
+    threadcall::End m_end;   // of the reading thread
     QString m_path;
     QElapsedTimer m_clock;
 };

@@ -2,9 +2,9 @@
 
 #include "can/canfilters.h"
 #include "config/configfile.h"
+#include "config/threadcall.h"
 #include "link/cmd_handler_class.h"
 #include "link/logger_data_handler_class.h"
-#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QScopedValueRollback>

@@ -1,9 +1,9 @@
 #include "link/logger_data_handler_class.h"
 
+#include "config/threadcall.h"
 #include "link/cmd_handler_class.h"
 #include "link/data_handler_class.h"
 #include "link/socketconnect.h"
-#include "link/threadcall.h"
 #include "modules/d4modtransparent.h"
 
 #include <QDebug>
