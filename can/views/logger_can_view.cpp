@@ -116,7 +116,6 @@ void Logger_CAN_View::connectHandler()
     using Handler = Logger_Data_Handler_Class;
     const Handler *link = handler();
     connect(link, &Handler::signal_update_cfg_can, this, &Logger_CAN_View::slot_update_cfg_can);
-    connect(link, &Handler::signal_full_update, this, &Logger_CAN_View::full_update);
     connect(link, &Handler::signal_can_msg_list, this, &Logger_CAN_View::slot_receive_can_msg_list);
     connect(link, &Handler::signal_ccp_xcp_infos, this,
             &Logger_CAN_View::slot_receive_ccp_xcp_infos);

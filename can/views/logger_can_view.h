@@ -95,6 +95,7 @@ private:
     enum ResultCode { Done = 0, Failed = -1 };
 
     void redraw() override;
+    void wholeConfigurationRead() override { full_update(); }
     void stateApplied(AppSta_t state) override;
 
     void setUpTables();

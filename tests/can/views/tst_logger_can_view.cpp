@@ -6,6 +6,29 @@
 #include <QSignalSpy>
 #include <QTableView>
 
+namespace {
+
+// Events of one type that reach the objects whose filter it is.
+class EventCount : public QObject
+{
+public:
+    explicit EventCount(QEvent::Type type)
+        : m_type(type)
+    {}
+    int count = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == m_type ? 1 : 0;
+        return false;
+    }
+
+private:
+    const QEvent::Type m_type;
+};
+
+} // namespace
+
 // What the page shows and lists; no logger is connected.
 class tst_Logger_CAN_View : public QObject
 {
@@ -16,6 +39,7 @@ private slots:
 
     void theStateOfTheChannelIsShown();
     void anotherChannelsChangeIsNotShown();
+    void aWholeConfigurationIsShownOnce();
     void theStateDecidesWhatCanBeEdited();
     void theConfigurationDialogWritesTheChannel();
     void exportOptionsAreWritten();
@@ -77,6 +101,18 @@ void tst_Logger_CAN_View::anotherChannelsChangeIsNotShown()
     QVERIFY(told.isEmpty());
     QVERIFY(m_bench->handler.cmd_write_can_enabled(CanPageBench::number, 1));
     QCOMPARE(told.size(), 1);
+}
+
+void tst_Logger_CAN_View::aWholeConfigurationIsShownOnce()
+{
+    m_bench->page().show(); // hidden, a style waits for the first time that it is seen
+    EventCount redraws(QEvent::StyleChange);
+    m_bench->find<QLabel>("label_can_indicator")->installEventFilter(&redraws);
+    m_bench->page().showConfiguration();
+    const int once = redraws.count;
+    QVERIFY(once > 0);
+    emit m_bench->handler.signal_full_update();
+    QCOMPARE(redraws.count, 2 * once);
 }
 
 void tst_Logger_CAN_View::theStateDecidesWhatCanBeEdited()
