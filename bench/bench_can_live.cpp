@@ -23,6 +23,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <optional>
 
 namespace {
 
@@ -47,16 +48,15 @@ public:
     }
 };
 
-// Of the calling thread; 0 where the system doesn't tell.
-double threadSeconds()
+// Of the calling thread; none where the system doesn't tell.
+std::optional<double> threadSeconds()
 {
 #ifdef CLOCK_THREAD_CPUTIME_ID
     timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
-#else
-    return 0;
+    if (clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time) == 0)
+        return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 #endif
+    return std::nullopt;
 }
 
 // The signals of the load, of which the first ones of each channel are live.
@@ -135,22 +135,27 @@ int main(int argc, char *argv[])
 
     runFor(seconds * 1000 / 6);
     const auto entriesBefore = handler.liveCounters().entries;
-    const double processorBefore = threadSeconds();
+    const std::optional<double> processorBefore = threadSeconds();
     QElapsedTimer clock;
     clock.start();
     runFor(seconds * 1000);
     const double elapsed_s = double(clock.nsecsElapsed()) / 1e9;
-    const double processor = (threadSeconds() - processorBefore) / elapsed_s;
+    const std::optional<double> processorAfter = threadSeconds();
     const double rate = double(handler.liveCounters().entries - entriesBefore) / elapsed_s;
     const int seen = seenSignals(handler.terminal());
     const quint64 dropped = handler.liveCounters().dropped;
     handler.disconnectLogger();
 
-    const bool isMet = processor <= processorBar && seen == liveSignals && dropped == 0
-                       && rate >= double(framesPerSecond) * 0.95;
     std::printf("%-32s %10.0f /s\n", "frames", rate);
     std::printf("%-32s %10d of %d\n", "live signals with a value", seen, liveSignals);
     std::printf("%-32s %10llu\n", "entries dropped", static_cast<unsigned long long>(dropped));
+    if (!processorBefore || !processorAfter) {
+        std::printf("%-32s not measured\n", "GUI thread");
+        return 1;
+    }
+    const double processor = (*processorAfter - *processorBefore) / elapsed_s;
+    const bool isMet = processor <= processorBar && seen == liveSignals && dropped == 0
+                       && rate >= double(framesPerSecond) * 0.95;
     std::printf("%-32s %10.2f core bar %.2f %s\n", "GUI thread", processor, processorBar,
                 isMet ? "met" : "MISSED");
     return isSmoke || isMet ? 0 : 1;
