@@ -41,7 +41,7 @@ public:
     [[nodiscard]] QList<StreamingClass_DBC_Signal *> takeSignals();
     [[nodiscard]] const DbcSummary &summary() const { return m_summary; }
 
-    // Writes the signals to the diagnostic log.
+    // Writes the first 500 signals to the diagnostic log, and how much there is in all.
     void debugDump() const;
 
 private:

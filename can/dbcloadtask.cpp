@@ -29,6 +29,8 @@ void DbcLoadTask::start(const QString &path)
     m_clock.start();
     m_thread.reset(QThread::create([this, path] {
         m_isLoaded = m_parser->load(path);
+        if (m_isLoaded)
+            m_parser->debugDump();
         m_end.reached();
     }));
     connect(m_thread.get(), &QThread::finished, this, &DbcLoadTask::finish);
