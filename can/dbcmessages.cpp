@@ -66,6 +66,11 @@ BitField valueField(const Signal &signal)
     return fieldOf(signal, valueKind(signal));
 }
 
+bool fitsItsMessage(const Signal &signal)
+{
+    return signal.bit_length <= maxBits && valueField(signal).frameBytes() <= signal.dlc;
+}
+
 BitField multiplexorField(const Signal &multiplexor)
 {
     return fieldOf(multiplexor, ExtractedValue::Unsigned);

@@ -42,6 +42,9 @@ using DbcMessages = std::map<DbcMessageKey, DbcMessage>;
 // The bits of the value; more than 64 count as 64.
 [[nodiscard]] BitField valueField(const StreamingClass_DBC_Signal &signal);
 
+// False where bits of the value are cut or lie beyond the frames of the signal's DLC, in bytes.
+[[nodiscard]] bool fitsItsMessage(const StreamingClass_DBC_Signal &signal);
+
 // The bits that select; they read as an unsigned number.
 [[nodiscard]] BitField multiplexorField(const StreamingClass_DBC_Signal &multiplexor);
 
