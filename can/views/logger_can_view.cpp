@@ -2,6 +2,7 @@
 
 #include "can/views/logger_can_view.h"
 
+#include "app/ui/checkboxdelegate.h"
 #include "app/ui/headermemory.h"
 #include "app/ui/userprompt.h"
 #include "can/canfilters.h"
@@ -93,6 +94,9 @@ void Logger_CAN_View::setUpTables()
         table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         table->verticalHeader()->hide();
     }
+    for (const auto field : {Model_DBC_Signals::Field::Record, Model_DBC_Signals::Field::Live})
+        m_ui->tableView_dbc->setItemDelegateForColumn(m_dbcModel.columnOf(field),
+                                                      new CheckBoxDelegate(m_ui->tableView_dbc));
     const int em = fontMetrics().horizontalAdvance(QLatin1Char('m'));
     const auto setWidths = [em](QTableView *table, const QVector<int> &widths) {
         for (int column = 0; column < widths.size(); ++column)
@@ -149,6 +153,10 @@ void Logger_CAN_View::connectOwnSignals()
     addKey(Qt::Key_Return, m_ui->lineEdit_id, m_ui->pushButton_send_msg);
     addKey(Qt::Key_Enter, m_ui->lineEdit_id, m_ui->pushButton_send_msg);
     addKey(Qt::Key_Delete, m_ui->tableView_dbc, m_ui->pushButton_remove_selected);
+    auto *copying = new QShortcut(QKeySequence::Copy, m_ui->tableView_rx);
+    copying->setContext(Qt::WidgetShortcut);
+    connect(copying, &QShortcut::activated, this, &Logger_CAN_View::copySelectedFrames);
+    m_ui->widget_bytes->setTabOrderBetween(m_ui->spinBox_dlc, m_ui->pushButton_send_msg);
 }
 
 const TerminalCanCfg &Logger_CAN_View::channel() const
@@ -182,6 +190,7 @@ void Logger_CAN_View::takeOverChannel()
     m_busLoad.setTiming(channel());
     updateDbcButtons();
     showSummary();
+    showFilters();
 }
 
 void Logger_CAN_View::slot_update_cfg_can(int can_nr)
@@ -206,15 +215,28 @@ void Logger_CAN_View::stateApplied(AppSta_t state)
     m_dbcRows.setEditable(m_isEditable);
     m_ui->pushButton_send_msg->setEnabled(m_isConnected);
     m_ui->label_send_result->clear();
+    m_sentFrames = 0;
     if (state == APP_STA_CONN_INIT)
         forgetLiveData();
     if (state == APP_STA_CONN_INIT || state == APP_STA_DISCONN)
         forgetSession();
-    if (!m_isEditable) {
-        for (QDialog *dialog : findChildren<QDialog *>())
-            dialog->reject();
-    }
+    if (!m_isEditable)
+        closeDialogs();
     updateDbcButtons();
+}
+
+// What they edit can't be written any more.
+void Logger_CAN_View::closeDialogs()
+{
+    QStringList closed;
+    for (QDialog *dialog : findChildren<QDialog *>()) {
+        if (dialog->isVisible())
+            closed += dialog->windowTitle();
+        dialog->reject();
+    }
+    if (!closed.isEmpty())
+        showNotice(tr("Closed, since the configuration can't be changed now: %1")
+                       .arg(closed.join(QStringLiteral(", "))));
 }
 
 // Of the last connection: another logger's values must not stand beside this one's.

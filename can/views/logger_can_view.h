@@ -107,6 +107,7 @@ private:
     void openConfiguration();
     void showNotice(const QString &text);
     void showClearedFlags(const QStringList &names);
+    void closeDialogs();
     void forgetLiveData();
     void forgetSession();
 
@@ -120,6 +121,7 @@ private:
     void noteLastFile();
     void updateDbcButtons();
     void showSummary();
+    void showFilters();
     [[nodiscard]] QVector<int> selectedSignals() const;
     void holdSignals();
     void sendEditedSignals();
@@ -127,6 +129,8 @@ private:
     [[nodiscard]] bool isListing() const;
     void showBusFigures();
     void showRxNote();
+    [[nodiscard]] const can::RxListItem &rxItemAt(int row) const;
+    void copySelectedFrames();
 
     [[nodiscard]] can::FrameFormat txFormat() const;
     void showTxLimits();
@@ -155,4 +159,5 @@ private:
     can::BusLoad m_busLoad;
     QTimer m_figuresTimer;
     QElapsedTimer m_lastFrames; // since frames came in
+    int m_sentFrames = 0;       // in this state of the tool
 };

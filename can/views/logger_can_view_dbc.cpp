@@ -3,6 +3,7 @@
 #include "app/ui/filedialogs.h"
 #include "app/ui/settingsstore.h"
 #include "app/ui/userprompt.h"
+#include "can/canfilters.h"
 #include "can/dbcloadtask.h"
 #include "can/dbcsignals.h"
 #include "can/dbcsummary.h"
@@ -110,6 +111,16 @@ void Logger_CAN_View::showSummary()
     m_ui->label_dbc_summary->setVisible(!text.isEmpty());
 }
 
+void Logger_CAN_View::showFilters()
+{
+    const int count = int(can::effectiveFilters(channel(), can::SelectedOnly::Yes).size());
+    m_ui->label_filters->setText(tr("%1 of %2 filters").arg(count).arg(can::maxFilters));
+    const QString style =
+        count < can::maxFilters ? QString() : QStringLiteral("QLabel { color : red; }");
+    if (m_ui->label_filters->styleSheet() != style) // to set one takes milliseconds
+        m_ui->label_filters->setStyleSheet(style);
+}
+
 void Logger_CAN_View::on_pushButton_load_dbc_file_clicked()
 {
     emit signal_load_dbc_file(number());
@@ -184,7 +195,7 @@ void Logger_CAN_View::chooseSignals()
 {
     auto *dialog = new Dialog_DBC_Signal_Selector(channel(), m_loading->parser().takeSignals(),
                                                   m_prompt, this);
-    dialog->setSummary(m_summary);
+    dialog->setSummary(QStringLiteral("CAN-%1: %2").arg(QString::number(number()), m_summary));
     connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
             &Logger_CAN_View::insert_dbc_signals);
     dialog->open();
@@ -243,6 +254,7 @@ void Logger_CAN_View::slotDbcModelChanged(bool transferCmd)
     holdSignals();
     m_decoder.setSignals(channel().dbc_signals.items());
     m_dbcModel.valuesChanged();
+    showFilters();
 }
 
 void Logger_CAN_View::holdSignals()

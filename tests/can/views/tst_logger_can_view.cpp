@@ -1,7 +1,10 @@
 #include "tests/can/views/canpagebench.h"
 
+#include <QClipboard>
 #include <QDialog>
+#include <QFrame>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QSignalSpy>
 #include <QTableView>
@@ -44,6 +47,7 @@ private slots:
     void theConfigurationDialogWritesTheChannel();
     void exportOptionsAreWritten();
     void dialogsCloseWhenNothingCanBeEdited();
+    void withoutADialogNothingIsToldOfItsEnd();
     void theModeOfTheA2lFileIsShown();
     void theSessionIsShownAsText();
     void anotherChannelsSessionIsNotShown();
@@ -60,6 +64,7 @@ private slots:
     void theListIsSavedInTheOrderShown();
     void theListIsProposedBesideTheDbcFileAndNotInItsPlace();
     void aListThatCannotBeSavedIsTold();
+    void selectedRowsAreCopiedAsText();
     void framesAreForwarded();
     void framesPerSecondAndLoadAreShown();
     void aNewConnectionStartsAnew();
@@ -170,6 +175,17 @@ void tst_Logger_CAN_View::dialogsCloseWhenNothingCanBeEdited()
     QVERIFY(dialog && dialog->isVisible());
     m_bench->setState(APP_STA_CONN_LOG_ON);
     QVERIFY(!dialog->isVisible());
+    QVERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("Closed, since the configuration can't be changed now: CAN-2 "
+                            "Configuration"));
+}
+
+void tst_Logger_CAN_View::withoutADialogNothingIsToldOfItsEnd()
+{
+    m_bench->page();
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QVERIFY(!m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
 }
 
 void tst_Logger_CAN_View::theModeOfTheA2lFileIsShown()
@@ -336,6 +352,26 @@ void tst_Logger_CAN_View::aListThatCannotBeSavedIsTold()
     m_bench->button("pushButton_save_rx_list")->click();
     QCOMPARE(m_bench->prompt.shown.size(), 1);
     QVERIFY(!m_bench->prompt.reasons.first().isEmpty());
+}
+
+void tst_Logger_CAN_View::selectedRowsAreCopiedAsText()
+{
+    m_bench->showActive();
+    for (const quint32 id : {0x100U, 0x200U, 0x300U})
+        m_bench->receive(id, "01");
+    auto *table = m_bench->find<QTableView>("tableView_rx");
+    table->sortByColumn(0, Qt::DescendingOrder);
+    table->setFocus();
+    table->selectRow(0);
+    table->selectionModel()->select(table->model()->index(2, 0),
+                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines =
+        QGuiApplication::clipboard()->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 3);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("ID ")));
+    QVERIFY(lines.at(1).startsWith(QStringLiteral("300 ")));
+    QVERIFY(lines.at(2).startsWith(QStringLiteral("100 ")));
 }
 
 void tst_Logger_CAN_View::framesAreForwarded()

@@ -37,6 +37,8 @@ private slots:
     void insertedSignalsReplaceTheSameOnes();
     void selectedSignalsCanBeRemoved();
     void theDeleteKeyRemoves();
+    void filtersInUseAreCounted();
+    void aClickAnywhereInACellTicksIt();
     void aTickIsWritten();
     void aLiveTickStartsDecoding();
     void liveTicksAreAllowedWhileLogging();
@@ -117,6 +119,8 @@ void tst_Logger_CAN_View_Dbc::aFileLeadsToTheSelection()
              QStringList(QStringLiteral("Open DBC-file|/somewhere|DBC-Files (*.dbc)")));
     QTRY_VERIFY(selector());
     QCOMPARE(selector()->windowTitle(), QStringLiteral("DBC-Signal Selection"));
+    QCOMPARE(selector()->findChild<QLabel *>(QStringLiteral("label_summary"))->text(),
+             QStringLiteral("CAN-2: car.dbc: 1 message, 2 signals"));
     QCOMPARE(m_bench->label("label_dbc_summary"), QStringLiteral("car.dbc: 1 message, 2 signals"));
     QCOMPARE(SettingsStore().value(QStringLiteral("DbcLoadPath")).toString(), path);
     QVERIFY(m_bench->prompt.shown.isEmpty());
@@ -355,6 +359,37 @@ void tst_Logger_CAN_View_Dbc::theDeleteKeyRemoves()
     table->selectRow(1);
     QTest::keyClick(table, Qt::Key_Delete);
     QCOMPARE(m_bench->signalNames(), QStringList(QStringLiteral("A")));
+}
+
+void tst_Logger_CAN_View_Dbc::filtersInUseAreCounted()
+{
+    const auto isRed = [this] {
+        return m_bench->find<QLabel>("label_filters")->styleSheet().contains(QStringLiteral("red"));
+    };
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("0 of 128 filters"));
+    writeMessages(127);
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("127 of 128 filters"));
+    QVERIFY(!isRed());
+    writeMessages(128);
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("128 of 128 filters"));
+    QVERIFY(isRed());
+    tick(0, Record, Qt::Unchecked);
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("127 of 128 filters"));
+    QVERIFY(!isRed());
+    tick(0, Live, Qt::Checked);
+    QVERIFY(isRed());
+}
+
+void tst_Logger_CAN_View_Dbc::aClickAnywhereInACellTicksIt()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page().show();
+    auto *table = m_bench->find<QTableView>("tableView_dbc");
+    for (const Column column : {Record, Live}) {
+        const QRect cell = table->visualRect(rows()->index(0, column));
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+    }
+    QCOMPARE(int(m_bench->channel().dbc_signals.at(0)->selection_flags), 0);
 }
 
 void tst_Logger_CAN_View_Dbc::aTickIsWritten()

@@ -21,6 +21,8 @@ private slots:
     void aRemoteFrameIsSentWithoutData();
     void anFdFrameHasUpTo64Bytes();
     void returnInAFieldSends();
+    void framesThatWereSentAreCounted();
+    void theTabKeyLeadsThroughTheRow();
     void aRefusalOfTheLoggerIsTold();
     void nothingIsSentWithoutALogger();
     void anIdentifierAboveTheLimitIsRefused_data();
@@ -134,6 +136,33 @@ void tst_Logger_CAN_View_Tx::returnInAFieldSends()
     QTest::keyClick(m_bench->find<QLineEdit>("lineEdit_id"), Qt::Key_Return);
     QTest::keyClick(field(0), Qt::Key_Return);
     QCOMPARE(sent().size(), 2);
+}
+
+void tst_Logger_CAN_View_Tx::framesThatWereSentAreCounted()
+{
+    connectLogger();
+    type("5", {});
+    send();
+    QCOMPARE(m_bench->label("label_send_result"), QStringLiteral("Sent."));
+    send();
+    QCOMPARE(m_bench->label("label_send_result"), QStringLiteral("Sent (2)."));
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QCOMPARE(m_bench->label("label_send_result"), QString());
+    send();
+    QCOMPARE(m_bench->label("label_send_result"), QStringLiteral("Sent."));
+}
+
+void tst_Logger_CAN_View_Tx::theTabKeyLeadsThroughTheRow()
+{
+    connectLogger();
+    type("5", {QStringLiteral("01"), QStringLiteral("02")});
+    m_bench->showActive();
+    m_bench->find<DlcSpinBox>("spinBox_dlc")->setFocus();
+    const QList<QWidget *> behind = {field(0), field(1), m_bench->button("pushButton_send_msg")};
+    for (const QWidget *next : behind) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), next);
+    }
 }
 
 void tst_Logger_CAN_View_Tx::aRefusalOfTheLoggerIsTold()
