@@ -6,6 +6,8 @@
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTableView>
 
@@ -60,6 +62,7 @@ private slots:
     void pausedTheListStandsStill();
     void aPauseGivesNoPeriod();
     void theListCanBeCleared();
+    void framesWithoutARowAreCounted();
     void commentsNameTheChannelsSignals();
     void theListIsSavedInTheOrderShown();
     void theListIsProposedBesideTheDbcFileAndNotInItsPlace();
@@ -70,6 +73,7 @@ private slots:
     void aNewConnectionStartsAnew();
 
     void columnsAreRemembered();
+    void columnsOfTheSignalsAreRemembered();
     void everyControlSaysWhatItIsFor();
 
 private:
@@ -164,8 +168,13 @@ void tst_Logger_CAN_View::exportOptionsAreWritten()
     auto *dialog = m_bench->page().findChild<QDialog *>(QStringLiteral("DialogCanExpOptsCfg"));
     QVERIFY(dialog && dialog->isVisible());
     const QSignalSpy told(&m_bench->page(), &Logger_CAN_View::signal_update_can_cfg_window);
+    dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_custom_name"))
+        ->setText(QStringLiteral("Chassis"));
+    dialog->findChild<QRadioButton *>(QStringLiteral("radioButton_only"))->click();
     dialog->accept();
     QCOMPARE(told.size(), 1);
+    QCOMPARE(m_bench->channel().export_custom_name, QStringLiteral("Chassis"));
+    QCOMPARE(int(m_bench->channel().export_name_mode), 2);
 }
 
 void tst_Logger_CAN_View::dialogsCloseWhenNothingCanBeEdited()
@@ -309,6 +318,20 @@ void tst_Logger_CAN_View::theListCanBeCleared()
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
 }
 
+void tst_Logger_CAN_View::framesWithoutARowAreCounted()
+{
+    m_bench->page();
+    for (quint32 id = 0; id < 600; ++id)
+        m_bench->receive(id, "01");
+    QCOMPARE(m_bench->label("label_rx_note"), QString());
+    for (quint32 id = 600; id < 603; ++id)
+        m_bench->receive(id, "01");
+    QCOMPARE(m_bench->label("label_rx_note"),
+             QStringLiteral("3 frames of further identifiers are not listed."));
+    m_bench->button("pushButton_clear_rx_list")->click();
+    QCOMPARE(m_bench->label("label_rx_note"), QString());
+}
+
 void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
 {
     m_bench->page();
@@ -350,7 +373,9 @@ void tst_Logger_CAN_View::aListThatCannotBeSavedIsTold()
     m_bench->page();
     m_bench->prompt.picks = QStringList(m_bench->folder.filePath(QStringLiteral("none/list.txt")));
     m_bench->button("pushButton_save_rx_list")->click();
-    QCOMPARE(m_bench->prompt.shown.size(), 1);
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(QStringLiteral("Error saving list|%1 can't be written.")
+                             .arg(m_bench->folder.filePath(QStringLiteral("none/list.txt")))));
     QVERIFY(!m_bench->prompt.reasons.first().isEmpty());
 }
 
@@ -421,6 +446,16 @@ void tst_Logger_CAN_View::columnsAreRemembered()
     m_bench->receive(2, "");
     m_bench->receive(2, "");
     QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+}
+
+void tst_Logger_CAN_View::columnsOfTheSignalsAreRemembered()
+{
+    m_bench->page().show();
+    m_bench->find<QTableView>("tableView_dbc")->setColumnWidth(4, 133);
+    m_bench->page().hide();
+    m_bench->closePage();
+    m_bench->page().show();
+    QCOMPARE(m_bench->find<QTableView>("tableView_dbc")->columnWidth(4), 133);
 }
 
 void tst_Logger_CAN_View::everyControlSaysWhatItIsFor()

@@ -30,16 +30,20 @@ private slots:
     void otherThingsAreNotTakenWhenDropped();
     void nothingIsLoadedWhileTheConfigurationIsLocked();
     void aFileDroppedDuringALoadIsNotLoaded();
+    void aStateThatLocksDuringALoadIsTold();
     void aLongLoadShowsItsProgressAndCanBeCancelled();
     void clearedFlagsAreANotice();
     void aNoticeOfManyNamesIsCut();
 
     void insertedSignalsReplaceTheSameOnes();
     void selectedSignalsCanBeRemoved();
+    void whatIsSelectedIsRemovedInAFilteredAndSortedTable();
     void theDeleteKeyRemoves();
     void filtersInUseAreCounted();
     void aClickAnywhereInACellTicksIt();
     void aTickIsWritten();
+    void anEditOfACellIsWritten_data();
+    void anEditOfACellIsWritten();
     void aLiveTickStartsDecoding();
     void liveTicksAreAllowedWhileLogging();
     void liveValuesSurviveAnEcho();
@@ -100,7 +104,7 @@ private:
 
 namespace {
 
-enum Column { Record, Live, Name, Value };
+enum Column { Record, Live, Name, Value, Unit, Multiplicator, Offset };
 
 } // namespace
 
@@ -206,8 +210,8 @@ void tst_Logger_CAN_View_Dbc::theLastFileIsOfferedAgain()
     loadByButton(goodFile());
     QTRY_VERIFY(selector());
     selector()->reject();
-    QVERIFY(
-        m_bench->button("pushButton_reload_dbc_file")->text().contains(QStringLiteral("car.dbc")));
+    QCOMPARE(m_bench->button("pushButton_reload_dbc_file")->text(),
+             QStringLiteral("Load a&gain: car.dbc"));
     m_bench->button("pushButton_reload_dbc_file")->click();
     QTRY_VERIFY(selector());
     QCOMPARE(m_bench->prompt.pickers.size(), 1);
@@ -284,6 +288,17 @@ void tst_Logger_CAN_View_Dbc::aFileDroppedDuringALoadIsNotLoaded()
     QCOMPARE(m_bench->label("label_dbc_summary"), QStringLiteral("car.dbc: 1 message, 2 signals"));
 }
 
+void tst_Logger_CAN_View_Dbc::aStateThatLocksDuringALoadIsTold()
+{
+    const QString path = goodFile();
+    m_bench->page().loadDbcFile(path);
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QTRY_COMPARE(
+        m_bench->label("label_notice"),
+        QStringLiteral("%1 was not loaded: the configuration can't be changed now.").arg(path));
+    QVERIFY(!selector());
+}
+
 void tst_Logger_CAN_View_Dbc::aLongLoadShowsItsProgressAndCanBeCancelled()
 {
     QByteArray text = "BO_ 291 Engine: 8 ECU\n";
@@ -310,7 +325,9 @@ void tst_Logger_CAN_View_Dbc::clearedFlagsAreANotice()
     const auto *notice = m_bench->find<QFrame>("frame_notice");
     writeMessages(130);
     QVERIFY(notice->isVisibleTo(&m_bench->page()));
-    QVERIFY(m_bench->label("label_notice").endsWith(QStringLiteral("of: Signal128, Signal129")));
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("The channel has 128 message filters. \"Record\" and \"Live\" were "
+                            "cleared, since more would be needed, of: Signal128, Signal129"));
     QVERIFY(m_bench->prompt.shown.isEmpty());
     m_bench->button("pushButton_notice_close")->click();
     QVERIFY(!notice->isVisibleTo(&m_bench->page()));
@@ -348,6 +365,19 @@ void tst_Logger_CAN_View_Dbc::selectedSignalsCanBeRemoved()
     m_bench->button("pushButton_remove_selected")->click();
     QCOMPARE(m_bench->signalNames(), QStringList(QStringLiteral("B")));
     QCOMPARE(rows()->rowCount(), 1);
+}
+
+void tst_Logger_CAN_View_Dbc::whatIsSelectedIsRemovedInAFilteredAndSortedTable()
+{
+    m_bench->writeSignals({QStringLiteral("Ra"), QStringLiteral("Other"), QStringLiteral("Rc"),
+                           QStringLiteral("Rb")});
+    auto *table = m_bench->find<QTableView>("tableView_dbc");
+    m_bench->find<QLineEdit>("lineEdit_dbc_filter")->setText(QStringLiteral("R"));
+    table->sortByColumn(Name, Qt::DescendingOrder);
+    QCOMPARE(m_bench->cell("tableView_dbc", 0, Name), QStringLiteral("Rc"));
+    table->selectRow(0);
+    m_bench->button("pushButton_remove_selected")->click();
+    QCOMPARE(m_bench->signalNames().join(QLatin1Char(',')), QStringLiteral("Ra,Other,Rb"));
 }
 
 void tst_Logger_CAN_View_Dbc::theDeleteKeyRemoves()
@@ -401,6 +431,33 @@ void tst_Logger_CAN_View_Dbc::aTickIsWritten()
     QCOMPARE(told.size(), 1);
     QCOMPARE(int(m_bench->channel().dbc_signals.at(0)->selection_flags),
              int(StreamingClass_DBC_Signal::liveFlag));
+}
+
+void tst_Logger_CAN_View_Dbc::anEditOfACellIsWritten_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("written"); // name, unit, factor, offset
+    QTest::newRow("name") << int(Name) << QStringLiteral("B") << QStringLiteral("B||1|0");
+    QTest::newRow("unit") << int(Unit) << QStringLiteral("km") << QStringLiteral("A|km|1|0");
+    QTest::newRow("multiplicator")
+        << int(Multiplicator) << QStringLiteral("0.25") << QStringLiteral("A||0.25|0");
+    QTest::newRow("offset") << int(Offset) << QStringLiteral("-40") << QStringLiteral("A||1|-40");
+}
+
+void tst_Logger_CAN_View_Dbc::anEditOfACellIsWritten()
+{
+    QFETCH(int, column);
+    QFETCH(QString, text);
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    const QSignalSpy told(&m_bench->handler, &Logger_Data_Handler_Class::signal_update_cfg_can);
+    QVERIFY(rows()->setData(rows()->index(0, column), text));
+    QCOMPARE(told.size(), 1);
+    const StreamingClass_DBC_Signal &signal = *m_bench->channel().dbc_signals.at(0);
+    const QStringList written{signal.name, signal.unit, QString::number(signal.factor),
+                              QString::number(signal.offset)};
+    QTEST(written.join(QLatin1Char('|')), "written");
 }
 
 void tst_Logger_CAN_View_Dbc::aLiveTickStartsDecoding()
