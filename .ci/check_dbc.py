@@ -5,11 +5,13 @@ usage: check_dbc.py ZDS_INSPECT DATA_FOLDER MAKE_BIG_DBC
 
 DATA_FOLDER holds dbc/ and EXPECTED.json: for each file whether it is accepted, the exact error with
 its line, sums over the fields of all signals, and the first and the last signal, or all of them.
-MAKE_BIG_DBC SIZE_MB OUT [option...] writes a large file and prints what is in it as JSON. Exit code 1
-on any difference.
+MAKE_BIG_DBC SIZE_MB OUT [option...] writes a large file and prints what is in it as JSON. The large
+file and the largest ones of the folder have to be read within a bound of memory. Exit code 1 on any
+difference.
 """
 
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -31,6 +33,18 @@ SUMS = {
     "with_unit": lambda s: bool(s["unit"]),
 }
 BIG_FILES = [(20, []), (20, ["--seed", "2", "--crlf"])]
+
+# Peak memory: so many times the file, beside what the program takes before it reads anything.
+MEMORY_FACTOR = 12
+STARTUP_MB = 20
+LARGEST_FILES = 3
+# Runs a command and prints the KiB that it took. In a process of its own: a child begins with the
+# memory of who started it, and this program holds what it compares.
+PEAK_MEMORY = """
+import resource, subprocess, sys
+subprocess.run(sys.argv[1:], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)
+"""
 
 
 def inspect(program, files):
@@ -66,6 +80,17 @@ def compare(expected, found):
         yield from compare_signal(signal, signals[index], f"signal {index}")
 
 
+def check_memory(program, file, name):
+    run = subprocess.run([sys.executable, "-c", PEAK_MEMORY, program, "--json", file],
+                         capture_output=True, check=True, timeout=300)
+    size_mb = os.path.getsize(file) / 1e6
+    peak_mb = int(run.stdout) * 1024 / 1e6
+    limit_mb = STARTUP_MB + MEMORY_FACTOR * size_mb
+    print(f"{name}: {size_mb:.1f} MB, peak memory {peak_mb:.0f} MB, limit {limit_mb:.0f} MB")
+    if peak_mb > limit_mb:
+        yield f"{name}: {peak_mb:.0f} MB of memory for a file of {size_mb:.1f} MB"
+
+
 def check_corpus(program, folder):
     answers = json.loads((folder / "EXPECTED.json").read_text(encoding="utf-8"))["dbc"]
     files = {name: str(folder / "dbc" / name) for name in answers}
@@ -75,6 +100,8 @@ def check_corpus(program, folder):
     problems = [f"{file}: no answer is known" for file in sorted(unknown)]
     for name, expected in answers.items():
         problems += [f"{name}: {text}" for text in compare(expected, found[files[name]])]
+    for name in sorted(files, key=lambda each: os.path.getsize(files[each]))[-LARGEST_FILES:]:
+        problems += check_memory(program, files[name], name)
     print(f"{len(answers)} DBC files, {len(problems)} differences")
     return problems
 
@@ -86,6 +113,7 @@ def check_big_file(program, maker, size_mb, options):
                               capture_output=True, check=True)
         expected = json.loads(made.stdout)
         found = inspect(program, [file])[file]
+        memory = list(check_memory(program, file, f"file of {size_mb} MB"))
     signals = found["signals"]
     counts = {
         "messages": found["summary"]["messages"],
@@ -96,7 +124,7 @@ def check_big_file(program, maker, size_mb, options):
         "multiplexed": sum(s["mux_kind"] == 1 for s in signals),
         "bytes": found["size"],
     }
-    problems = [] if found["ok"] else [f"big file: {found['error']}"]
+    problems = memory if found["ok"] else [f"big file: {found['error']}"]
     problems += [f"big file {options}: {name}: {counts[name]} instead of {expected[name]}"
                  for name in counts if counts[name] != expected[name]]
     print(f"file of {size_mb} MB {' '.join(options)}: {len(signals)} signals, "

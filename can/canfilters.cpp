@@ -1,6 +1,7 @@
 #include "can/canfilters.h"
 
 #include "a2l/records/a2lconstants.h"
+#include "can/dbcmessages.h"
 
 #include <QSet>
 
@@ -33,7 +34,7 @@ CanIdFilterElement messageFilter(quint32 id, bool isExtended)
 // The message of a signal, as one number.
 quint64 messageKey(const Signal &signal)
 {
-    return (quint64(signal.extended_id != 0) << 32) | signal.msg_id;
+    return can::identifierKey(can::frameIdentifier(signal), signal.extended_id != 0);
 }
 
 auto fieldsOf(const CanIdFilterElement &filter)
@@ -55,7 +56,7 @@ can::FilterList can::filtersFromSignals(const QList<Signal *> &signalList,
         const int before = seen.size();
         seen.insert(messageKey(*signal));
         if (seen.size() > before)
-            filters.push_back(messageFilter(signal->msg_id, signal->extended_id != 0));
+            filters.push_back(messageFilter(frameIdentifier(*signal), signal->extended_id != 0));
     }
     return filters;
 }

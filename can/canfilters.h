@@ -35,8 +35,9 @@ using FilterList = std::vector<CanIdFilterElement>;
 // True where the channel's own filter rows don't count, whatever is ticked.
 [[nodiscard]] bool filtersComeFromSignals(const TerminalCanCfg &channel);
 
-// Clears the flags of whole messages, the last ones first, until the filters of what is ticked fit
-// the hardware. Gives the names of the signals that lost their flags, in the order of the channel.
+// Clears the flags of as many whole messages, the last ones first, as there are filters too many for
+// the hardware. A message that a DAQ list needs, too, counts although its filter stays. Gives the
+// names of the signals that lost their flags, in the order of the channel.
 [[nodiscard]] QStringList enforceFilterLimit(TerminalCanCfg &channel);
 
 } // namespace can

@@ -1,6 +1,7 @@
 #include "can/canrxlist.h"
 
 #include "can/canframe.h"
+#include "can/dbcmessages.h"
 #include "config/shorttext.h"
 #include "config/streamingclass_dbc_signal.h"
 
@@ -73,7 +74,7 @@ QHash<quint64, QString> signalComments(const QList<StreamingClass_DBC_Signal *> 
     QHash<quint64, int> counts;
     QHash<quint64, QString> comments;
     for (const StreamingClass_DBC_Signal *signal : signalList) {
-        const quint64 key = identifierKey(signal->msg_id, signal->extended_id != 0);
+        const quint64 key = identifierKey(frameIdentifier(*signal), signal->extended_id != 0);
         const int count = ++counts[key];
         if (count == 1)
             comments[key] = shortText(signal->name, longestName);

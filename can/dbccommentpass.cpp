@@ -17,6 +17,7 @@ using Signal = StreamingClass_DBC_Signal;
 
 constexpr std::string_view commentKeyword = "CM_";
 constexpr std::string_view valueTableKeyword = "VAL_";
+constexpr std::string_view namedTableKeyword = "VAL_TABLE_";
 constexpr std::string_view valueTypeKeyword = "SIG_VALTYPE_";
 constexpr std::string_view multiplexValuesKeyword = "SG_MUL_VAL_";
 
@@ -193,6 +194,8 @@ private:
             return takeComment();
         if (isStatement(line, valueTableKeyword))
             return takeValueTable();
+        if (isStatement(line, namedTableKeyword))
+            ++m_summary.named_value_tables;
         if (isStatement(line, valueTypeKeyword))
             takeValueType(line);
         if (isStatement(line, multiplexValuesKeyword) && hasSeveralValues(line))

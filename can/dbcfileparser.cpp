@@ -2,6 +2,7 @@
 
 #include "can/dbcdecoding.h"
 #include "can/dbcpasses.h"
+#include "config/shorttext.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
@@ -15,6 +16,8 @@ namespace {
 
 constexpr qint64 reportInterval = 0x100000; // bytes between two reports of progress
 constexpr int stepCount = 3;
+constexpr int mostDumped = 500;    // signals
+constexpr int longestDumped = 200; // UTF-16 units of a text
 
 void dumpRow()
 {
@@ -23,8 +26,8 @@ void dumpRow()
 
 void dumpSignal(const StreamingClass_DBC_Signal &signal)
 {
-    const QByteArray name = signal.name.toUtf8();
-    const QByteArray description = signal.description.toUtf8();
+    const QByteArray name = shortText(signal.name, longestDumped).toUtf8();
+    const QByteArray description = shortText(signal.description, longestDumped).toUtf8();
     qDebug("Signal: %s msgID: %08X StBit:%i BitLen:%i", name.constData(), signal.msg_id,
            signal.start_bit, signal.bit_length);
     if (signal.mux_kind == MultiplexorSignal)
@@ -130,11 +133,15 @@ void DbcFileParser::debugDump() const
     dumpRow();
     int withMultiplex = 0;
     QSet<quint64> messages;
-    for (const StreamingClass_DBC_Signal *signal : m_signals) {
-        dumpSignal(*signal);
+    for (int i = 0; i < m_signals.size(); ++i) {
+        const StreamingClass_DBC_Signal *signal = m_signals.at(i);
+        if (i < mostDumped)
+            dumpSignal(*signal);
         withMultiplex += signal->mux_kind == PlainSignal ? 0 : 1;
         messages.insert(quint64(signal->extended_id) << 32 | signal->msg_id);
     }
+    if (m_signals.size() > mostDumped)
+        qDebug("and %i more signals", m_signals.size() - mostDumped);
     dumpRow();
     qDebug() << " -> Message-Count " << messages.size();
     qDebug() << " -> Signal-Count with mux" << withMultiplex;

@@ -43,7 +43,7 @@ public:
     // Frees the signals that nobody has taken, and forgets the rest of the last load.
     void clear();
 
-    // Writes the signals to the diagnostic log.
+    // Writes the first 500 signals to the diagnostic log, and how much there is in all.
     void debugDump() const;
 
 private:

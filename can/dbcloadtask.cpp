@@ -10,8 +10,10 @@ DbcLoadTask::DbcLoadTask(QObject *parent)
 DbcLoadTask::~DbcLoadTask()
 {
     cancel();
-    if (m_thread)
-        m_thread->wait();
+    if (!m_thread)
+        return;
+    m_thread->wait();
+    m_end.waitedFor();
 }
 
 void DbcLoadTask::start(const QString &path)
@@ -21,12 +23,16 @@ void DbcLoadTask::start(const QString &path)
     m_isCancelled = false;
     m_isLoaded = false;
     m_parser->setProgress([this](qint64 done, qint64 total) {
-        QMetaObject::invokeMethod(
-            this, [this, done, total] { report(done, total); }, Qt::QueuedConnection);
+        threadcall::post(this, [this, done, total] { report(done, total); });
         return !m_isCancelled;
     });
     m_clock.start();
-    m_thread.reset(QThread::create([this, path] { m_isLoaded = m_parser->load(path); }));
+    m_thread.reset(QThread::create([this, path] {
+        m_isLoaded = m_parser->load(path);
+        if (m_isLoaded)
+            m_parser->debugDump();
+        m_end.reached();
+    }));
     connect(m_thread.get(), &QThread::finished, this, &DbcLoadTask::finish);
     m_thread->start();
 }
@@ -44,6 +50,7 @@ void DbcLoadTask::report(qint64 done, qint64 total)
 void DbcLoadTask::finish()
 {
     m_thread->wait();
+    m_end.waitedFor();
     m_thread.reset();
     emit finished(m_isLoaded);
 }

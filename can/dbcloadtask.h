@@ -1,6 +1,7 @@
 #pragma once
 
 #include "can/dbcfileparser.h"
+#include "config/threadcall.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -10,7 +11,8 @@
 
 class QThread;
 
-// Reads one DBC file after the other on a thread of its own; all functions and signals belong to the
+// Reads one DBC file after the other on a thread of its own, and writes what is in it to the
+// diagnostic log; all functions and signals belong to the
 // thread that made the object. The progress function of the parser runs on the reading thread, which
 // shares the cancel flag.
 class DbcLoadTask : public QObject
@@ -46,6 +48,7 @@ private:
     std::unique_ptr<QThread> m_thread;
     std::atomic<bool> m_isCancelled{false};
     bool m_isLoaded = false; // written by the reading thread before it ends
+    threadcall::End m_end;   // of the reading thread
     QString m_path;
     QElapsedTimer m_clock;
 };

@@ -41,7 +41,7 @@ DbcMessages dbcMessages(const QList<Signal *> &signalList, quint8 flag)
 {
     DbcMessages messages;
     for (Signal *signal : signalList) {
-        DbcMessage &message = messages[{signal->msg_id, signal->extended_id != 0}];
+        DbcMessage &message = messages[{frameIdentifier(*signal), signal->extended_id != 0}];
         if (signal->mux_kind == MultiplexorSignal)
             message.multiplexors.push_back(signal);
         // Without multiplexed signals beside it a multiplexor is a value like any other.
@@ -79,6 +79,11 @@ QString valueKindText(const Signal &signal)
         return QStringLiteral("double");
     }
     return {};
+}
+
+bool fitsItsMessage(const Signal &signal)
+{
+    return signal.bit_length <= maxBits && valueField(signal).frameBytes() <= signal.dlc;
 }
 
 BitField multiplexorField(const Signal &multiplexor)

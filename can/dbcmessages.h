@@ -1,6 +1,7 @@
 #pragma once
 
 #include "can/bitfield.h"
+#include "can/canframe.h"
 #include "config/streamingclass_dbc_signal.h"
 
 #include <QList>
@@ -22,6 +23,13 @@ struct DbcMessage
     [[nodiscard]] bool hasMultiplexed() const;
 };
 
+// The identifier of the frames that carry the signal. A DBC file may give a number above 29 bits, of
+// which a bus has no more than these.
+[[nodiscard]] inline quint32 frameIdentifier(const StreamingClass_DBC_Signal &signal)
+{
+    return signal.msg_id & maxExtendedId;
+}
+
 // Number and whether it has 29 bits: sorts by number, standard before extended.
 using DbcMessageKey = std::pair<quint32, bool>;
 using DbcMessages = std::map<DbcMessageKey, DbcMessage>;
@@ -36,6 +44,9 @@ using DbcMessages = std::map<DbcMessageKey, DbcMessage>;
 
 // How the bits of the value read: "unsigned", "signed", "float" or "double".
 [[nodiscard]] QString valueKindText(const StreamingClass_DBC_Signal &signal);
+
+// False where bits of the value are cut or lie beyond the frames of the signal's DLC, in bytes.
+[[nodiscard]] bool fitsItsMessage(const StreamingClass_DBC_Signal &signal);
 
 // The bits that select; they read as an unsigned number.
 [[nodiscard]] BitField multiplexorField(const StreamingClass_DBC_Signal &multiplexor);

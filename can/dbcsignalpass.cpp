@@ -1,6 +1,7 @@
 #include "can/canfilters.h"
 #include "can/dbcdecoding.h"
 #include "can/dbclines.h"
+#include "can/dbcmessages.h"
 #include "can/dbcnumbers.h"
 #include "can/dbcpasses.h"
 #include "can/dbcsignalline.h"
@@ -70,7 +71,7 @@ public:
         if (first.is(signalKeyword))
             ++m_summary.ignored_signals;
         if (!first.beginsWith(messageKeyword))
-            m_isInMessage = false;
+            m_isInMessage = m_isOfNoMessage = false;
         return nullptr;
     }
 
@@ -85,7 +86,8 @@ private:
             each = words.next();
         if (word.back().empty())
             return "Invalid Message-Structure";
-        if (word[2] == noMessage)
+        m_isOfNoMessage = word[2] == noMessage;
+        if (m_isOfNoMessage)
             return nullptr;
         const std::optional<quint32> identifier = dbc::toUnsigned(word[1]);
         if (!identifier)
@@ -110,16 +112,24 @@ private:
         record->dlc = m_dlc;
         if (const Fault fault = dbc::readSignalLine(m_line, *record))
             return fault;
+        count(*record);
         m_records.append(record.get());
         (void)record.release();
-        ++m_summary.signal_count;
         return nullptr;
+    }
+
+    void count(const StreamingClass_DBC_Signal &signal)
+    {
+        ++m_summary.signal_count;
+        m_summary.signals_of_no_message += m_isOfNoMessage ? 1 : 0;
+        m_summary.oversized_signals += can::fitsItsMessage(signal) ? 0 : 1;
     }
 
     QList<StreamingClass_DBC_Signal *> &m_records;
     DbcSummary &m_summary;
     std::string m_line; // the line in hand, without colons
     bool m_isInMessage = false;
+    bool m_isOfNoMessage = false; // what follows belongs to no message, whatever the current one is
     // The current message.
     quint32 m_identifier = 0;
     bool m_isExtended = false;

@@ -5,32 +5,8 @@
 
 namespace {
 
-struct Row
-{
-    int DbcSummary::*count;
-    const char *one;
-    const char *many;
-};
-
-constexpr Row readRows[] = {
-    {&DbcSummary::messages, "message", "messages"},
-    {&DbcSummary::signal_count, "signal", "signals"},
-};
-
-constexpr Row passedOverRows[] = {
-    {&DbcSummary::ignored_signals, "signal outside of a message", "signals outside of a message"},
-    {&DbcSummary::float_types, "float type (read as a whole number)",
-     "float types (read as whole numbers)"},
-    {&DbcSummary::multiplexor_ranges, "signal at several multiplexor values (read at one)",
-     "signals at several multiplexor values (read at one)"},
-    {&DbcSummary::value_tables, "value table", "value tables"},
-    {&DbcSummary::comments_without_signal, "comment without a signal", "comments without a signal"},
-    {&DbcSummary::other_comments, "comment of a message, node or bus",
-     "comments of messages, nodes or the bus"},
-};
-
 // "1,180 signals"
-QString countText(const DbcSummary &summary, const Row &row)
+QString countText(const DbcSummary &summary, const dbc::SummaryCount &row)
 {
     const int count = summary.*row.count;
     return QLocale(QLocale::English).toString(count) + QLatin1Char(' ')
@@ -42,7 +18,7 @@ QString countText(const DbcSummary &summary, const Row &row)
 QString dbc::passedOverText(const DbcSummary &summary)
 {
     QStringList texts;
-    for (const Row &row : passedOverRows) {
+    for (const SummaryCount &row : passedOverCounts) {
         if (summary.*row.count != 0)
             texts.append(countText(summary, row));
     }
@@ -52,7 +28,7 @@ QString dbc::passedOverText(const DbcSummary &summary)
 QString dbc::summaryText(const DbcSummary &summary)
 {
     QStringList texts;
-    for (const Row &row : readRows)
+    for (const SummaryCount &row : readCounts)
         texts.append(countText(summary, row));
     const QString read = texts.join(QStringLiteral(", "));
     const QString passedOver = passedOverText(summary);

@@ -7,21 +7,22 @@
 
 #include <QJsonObject>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 QJsonObject summaryJson(const DbcFileParser &parser)
 {
     const DbcSummary &summary = parser.summary();
     const auto filters = can::filtersFromSignals(parser.signalList(), can::SelectedOnly::No).size();
-    return {{QStringLiteral("messages"), summary.messages},
-            {QStringLiteral("signals"), summary.signal_count},
-            {QStringLiteral("filters"), int(filters)},
-            {QStringLiteral("ignored_signals"), summary.ignored_signals},
-            {QStringLiteral("float_types"), summary.float_types},
-            {QStringLiteral("multiplexor_ranges"), summary.multiplexor_ranges},
-            {QStringLiteral("value_tables"), summary.value_tables},
-            {QStringLiteral("comments_without_signal"), summary.comments_without_signal},
-            {QStringLiteral("other_comments"), summary.other_comments}};
+    QJsonObject json{{QStringLiteral("filters"), int(filters)}};
+    const auto add = [&](const dbc::SummaryCount &row) {
+        json.insert(QLatin1String(row.key), summary.*row.count);
+    };
+    std::for_each(std::begin(dbc::readCounts), std::end(dbc::readCounts), add);
+    std::for_each(std::begin(dbc::passedOverCounts), std::end(dbc::passedOverCounts), add);
+    return json;
 }
 
 } // namespace

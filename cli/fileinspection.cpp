@@ -3,6 +3,7 @@
 #include "MDF4Conversion/rawlog/logfilereader.h"
 #include "cli/logfindings.h"
 #include "config/configfile.h"
+#include "config/whyunreadable.h"
 
 #include <QFileInfo>
 
@@ -68,15 +69,10 @@ void readLog(FileInspection &inspection, InspectionScope scope, const Inspection
 
 QString whyUnknown(const QString &path)
 {
-    const QFileInfo info(path);
-    if (!info.exists())
-        return QStringLiteral("the file does not exist");
-    if (!info.isFile())
-        return QStringLiteral("it is not a regular file");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return file.errorString();
-    if (file.size() == 0)
+    const QString unreadable = whyUnreadable(path);
+    if (!unreadable.isEmpty())
+        return unreadable;
+    if (QFileInfo(path).size() == 0)
         return QStringLiteral("the file is empty");
     return QStringLiteral("it is no configuration, raw log or DBC file");
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "config/threadcall.h"
 #include "link/messagerate.h"
 #include "link/protocol/envelope.h"
 #include "link/protocol/sequencenumber.h"
 #include "link/replywait.h"
-#include "link/threadcall.h"
 
 #include <QAbstractSocket>
 #include <QHostAddress>

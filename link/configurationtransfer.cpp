@@ -2,9 +2,9 @@
 
 #include "can/canfilters.h"
 #include "config/configfile.h"
+#include "config/threadcall.h"
 #include "link/cmd_handler_class.h"
 #include "link/logger_data_handler_class.h"
-#include "link/threadcall.h"
 
 #include <QDebug>
 #include <QScopedValueRollback>
@@ -31,6 +31,15 @@ QByteArray serialised(const R &record, const char *name)
     return bytes;
 }
 
+// The signals that lost their ticks, of each channel.
+QVector<QStringList> limitFilters(TerminalCanCfg *first, int count)
+{
+    QVector<QStringList> cleared;
+    for (TerminalCanCfg *channel = first; channel != first + count; ++channel)
+        cleared.append(can::enforceFilterLimit(*channel));
+    return cleared;
+}
+
 } // namespace
 
 bool Logger_Data_Handler_Class::saveConfiguration(const QString &path, QString *error) const
@@ -46,7 +55,29 @@ bool Logger_Data_Handler_Class::loadConfiguration(const QString &path, QString *
 
 bool Logger_Data_Handler_Class::writeWholeConfiguration(const TerminalStruct &configuration)
 {
-    return writeRecord(protocol::WholeConfiguration, configuration, "write_terminal_struct");
+    auto limited = std::make_unique<TerminalStruct>();
+    record::copy(configuration, *limited);
+    const auto cleared = limitFilters(limited->can.data(), protocol::canTypes);
+    return writeLimited(0, cleared, [&] {
+        return writeRecord(protocol::WholeConfiguration, *limited, "write_terminal_struct");
+    });
+}
+
+// The logger must not be left with ticks that the tool doesn't show. What is taken from them is told
+// behind the record that comes back: only then have they gone.
+template <class Write>
+bool Logger_Data_Handler_Class::writeLimited(int firstCan, const QVector<QStringList> &cleared,
+                                             Write write)
+{
+    auto before = m_clearedByWrite;
+    for (int i = 0; i < cleared.size(); ++i) {
+        if (!cleared.at(i).isEmpty())
+            m_clearedByWrite.at(std::size_t(firstCan + i)) = cleared.at(i);
+    }
+    if (write())
+        return true;
+    m_clearedByWrite = std::move(before);
+    return false;
 }
 
 template <class R>
@@ -158,11 +189,11 @@ bool Logger_Data_Handler_Class::takeRecord(const QByteArray &data, R &record)
 // Views shall see a channel only after its filters fit the hardware, and hear last of what that has
 // cost.
 template <class EmitUpdates>
-void Logger_Data_Handler_Class::limitFilters(int firstCan, int count, EmitUpdates emitUpdates)
+void Logger_Data_Handler_Class::takeChannels(int firstCan, int count, EmitUpdates emitUpdates)
 {
-    QVector<QStringList> cleared;
+    QVector<QStringList> cleared = limitFilters(&m_terminal->can.at(std::size_t(firstCan)), count);
     for (int i = 0; i < count; ++i)
-        cleared.append(can::enforceFilterLimit(m_terminal->can.at(std::size_t(firstCan + i))));
+        cleared[i] += std::exchange(m_clearedByWrite.at(std::size_t(firstCan + i)), {});
     emitUpdates();
     for (int i = 0; i < count; ++i) {
         if (!cleared.at(i).isEmpty())
@@ -177,7 +208,7 @@ bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
     switch (type) {
     case WholeConfiguration:
         if (takeRecord(data, *m_terminal))
-            limitFilters(0, canTypes, [this] { emit signal_full_update(); });
+            takeChannels(0, canTypes, [this] { emit signal_full_update(); });
         return true;
     case Gps:
         if (takeRecord(data, m_terminal->gps))
@@ -202,7 +233,7 @@ bool Logger_Data_Handler_Class::applyRecord(int type, const QByteArray &data)
     }
     if (auto *channel = elementOf(m_terminal->can, indexIn(type, Can, canTypes))) {
         if (takeRecord(data, *channel)) {
-            limitFilters(type - Can, 1, [this, type] {
+            takeChannels(type - Can, 1, [this, type] {
                 emit signal_update_cfg_can(type - Can);
                 emit signal_update_cfg_logtrigger(); // its signals come from the channels
             });
@@ -276,7 +307,11 @@ bool Logger_Data_Handler_Class::writeCcpXcpEnabled(int can_nr, quint8 value)
 
 bool Logger_Data_Handler_Class::writeCan(int can_nr, const TerminalCanCfg &record)
 {
-    return writeRecord(protocol::Can + can_nr, record, "write_can");
+    TerminalCanCfg limited;
+    record::copy(record, limited);
+    const auto cleared = limitFilters(&limited, 1);
+    return writeLimited(can_nr, cleared,
+                        [&] { return writeRecord(protocol::Can + can_nr, limited, "write_can"); });
 }
 
 bool Logger_Data_Handler_Class::cmd_write_eth_module_selection(int eth_nr, quint8 selection)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "config/threadcall.h"
 #include "link/protocol/framereader.h"
-#include "link/threadcall.h"
 
 #include <QAbstractSocket>
 #include <QHostAddress>

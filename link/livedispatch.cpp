@@ -1,9 +1,9 @@
 // The part of Logger_Data_Handler_Class that decodes the live stream and hands it to the views.
 
 #include "MDF4Conversion/rawlog/entrytypes.h"
+#include "config/threadcall.h"
 #include "eth/tunnelingmsg.h"
 #include "link/logger_data_handler_class.h"
-#include "link/threadcall.h"
 #include "modules/d4modtransparent.h"
 
 #include <QDebug>

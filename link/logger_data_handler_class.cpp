@@ -1,9 +1,9 @@
 #include "link/logger_data_handler_class.h"
 
+#include "config/threadcall.h"
 #include "link/cmd_handler_class.h"
 #include "link/data_handler_class.h"
 #include "link/socketconnect.h"
-#include "link/threadcall.h"
 #include "modules/d4modtransparent.h"
 
 #include <QDebug>
@@ -97,6 +97,7 @@ bool Logger_Data_Handler_Class::connectLogger(const QHostAddress &address)
     ++m_connectionNumber;
     m_showsErrors = false;
     m_connectIsCancelled = false;
+    m_clearedByWrite.fill({});
     const bool areOpen = openSockets(address);
     if (!areOpen) {
         if (!m_connectIsCancelled)

@@ -157,8 +157,9 @@ signals:
     void signal_update_cfg_logtrigger();
     void signal_update_cfg_ethercat(int ethercat_nr);
     void signal_full_update();
-    // The record of a CAN channel that was just taken needs more filters than the hardware has: the
-    // ticks of these signals are gone. Behind the signals that tell of the new record.
+    // The record of a CAN channel that was just taken, or the one that was written before, needs more
+    // filters than the hardware has: the ticks of these signals are gone. Behind the signals that
+    // tell of the new record.
     void signalFilterLimitCleared(int can_nr, QStringList signalNames);
     void signal_show_tcp_error(QString error_txt);
     void signal_show_error_if_connected(QString title, QString error_txt);
@@ -218,8 +219,10 @@ private:
     template <class R, class Owner, class T>
     bool writeField(int type, R &record, Owner &owner, T Owner::*field, T value, const char *name);
     bool applyRecord(int type, const QByteArray &data);
+    template <class Write>
+    bool writeLimited(int firstCan, const QVector<QStringList> &cleared, Write write);
     template <class EmitUpdates>
-    void limitFilters(int firstCan, int count, EmitUpdates emitUpdates);
+    void takeChannels(int firstCan, int count, EmitUpdates emitUpdates);
     void takeRecordOver(int type, QByteArray *data);
     void applyFirstRecord();
 
@@ -256,6 +259,9 @@ private:
     bool m_isConnecting = false; // the sockets are being opened
     bool m_connectIsCancelled = false;
     std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it
+
+    // The signals of each CAN channel whose ticks a write took away, until its record comes back.
+    std::array<QStringList, protocol::canTypes> m_clearedByWrite;
 
     RawQueue m_rawQueue;               // the data worker puts in, this thread takes out
     RecordsUnderway m_recordsUnderway; // the command worker puts in, this thread takes out

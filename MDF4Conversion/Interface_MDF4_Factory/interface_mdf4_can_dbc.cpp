@@ -41,7 +41,7 @@ DbcSource sourceOf(const Signal &signal, const EntrySelection &frames)
 {
     DbcSource source;
     source.channel = frames.number.value_or(0);
-    source.id = signal.msg_id & rawlog::extendedIdMask;
+    source.id = can::frameIdentifier(signal);
     source.extended = signal.extended_id != 0;
     source.dlc = signal.dlc;
     source.field = can::valueField(signal);
@@ -70,8 +70,7 @@ public:
         EntrySelection frames;
         frames.type = rawlog::RLD_CAN;
         frames.number = m_number;
-        frames.canId =
-            (key.first & rawlog::extendedIdMask) | (key.second ? rawlog::extendedIdFlag : 0);
+        frames.canId = key.first | (key.second ? rawlog::extendedIdFlag : 0);
         warnAboutFrames(key.first, message);
         if (!message.hasMultiplexed())
             addGroup(QLatin1String(groupnames::kinds::dbc), frames, message.chosen);

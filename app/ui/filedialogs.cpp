@@ -2,6 +2,7 @@
 
 #include "app/ui/settingsstore.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -19,6 +20,15 @@ QString folderOf(const QString &path)
 {
     const QFileInfo info(path);
     return info.isFile() ? info.absolutePath() : path;
+}
+
+// The name in the folder of a path. What isn't a folder is taken for a file, even if it is gone.
+QString beside(const QString &path, const QString &name)
+{
+    if (path.isEmpty())
+        return name;
+    const QFileInfo info(path);
+    return QDir(info.isDir() ? path : info.absolutePath()).filePath(name);
 }
 
 QString remembered(const QString &key, const QString &chosen)
@@ -55,7 +65,11 @@ QStringList FileDialogs::getOpenFileNamesWithKey(const QString &key,
 
 QString FileDialogs::getSaveFileNameWithKey(const QString &key,
                                             const std::optional<QString> &fallbackKey,
-                                            const QString &title, const QString &extension)
+                                            const QString &title, const QString &extension,
+                                            const QString &proposedName)
 {
-    return remembered(key, m_prompt.pickFileToSave(title, startPath(key, fallbackKey), extension));
+    QString start = startPath(key, fallbackKey);
+    if (!proposedName.isEmpty())
+        start = beside(start, proposedName);
+    return remembered(key, m_prompt.pickFileToSave(title, start, extension));
 }

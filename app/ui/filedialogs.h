@@ -22,8 +22,11 @@ public:
     QStringList getOpenFileNamesWithKey(const QString &key,
                                         const std::optional<QString> &fallbackKey,
                                         const QString &title, const QString &extension);
+    // With a proposed name the picker begins in the folder of what was saved last, at that name: what
+    // lies under the fallback key may be a file that must not be written over.
     QString getSaveFileNameWithKey(const QString &key, const std::optional<QString> &fallbackKey,
-                                   const QString &title, const QString &extension);
+                                   const QString &title, const QString &extension,
+                                   const QString &proposedName = {});
 
 private:
     UserPrompt &m_prompt;

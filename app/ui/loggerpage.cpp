@@ -15,7 +15,7 @@ LoggerPage::LoggerPage(AppController *controller, const QString &componentName,
 {
     Q_ASSERT(handler);
     connect(handler, &Logger_Data_Handler_Class::signal_full_update, this,
-            &LoggerPage::showConfiguration);
+            [this] { wholeConfigurationRead(); });
 }
 
 void LoggerPage::appStateChanged(AppSta_t &state)

@@ -42,6 +42,8 @@ protected:
 
     // Shows the values of the configuration.
     virtual void redraw() = 0;
+    // For pages that show more of it than redraw() does.
+    virtual void wholeConfigurationRead() { showConfiguration(); }
     // What else a page does in a state, after its widgets were enabled or disabled.
     virtual void stateApplied(AppSta_t state) { Q_UNUSED(state) }
 

@@ -57,7 +57,9 @@ void MessageBoxPrompt::show(QMessageBox::Icon icon, const QString &title, const 
                             const QString &reason)
 {
     const QPointer<QMessageBox> box(new QMessageBox(front()));
-    fill(*box, icon, title, reason.isEmpty() ? text : text + QStringLiteral("\n\n") + reason);
+    const QString separator =
+        text.isEmpty() || reason.isEmpty() ? QString() : QStringLiteral("\n\n");
+    fill(*box, icon, title, text + separator + reason);
     box->exec();
     delete box;
 }

@@ -79,7 +79,10 @@ Column liveColumn()
 {
     Column column =
         titled(QStringLiteral("Live"),
-               QStringLiteral("Ticked: the value is shown while the logger is connected"));
+               QStringLiteral("Ticked: the value is shown while the logger is connected. Of a "
+                              "message of which no signal is recorded, values come once the "
+                              "channel is written to the logger, whose filters keep it back "
+                              "before"));
     makeCheckBox(column, Signal::liveFlag);
     return column;
 }

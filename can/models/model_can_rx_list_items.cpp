@@ -51,6 +51,13 @@ Columns columns()
     return list;
 }
 
+// In us, also where the clock wraps. More than half of its range is a clock that was set back: none.
+std::optional<quint32> periodBetween(quint32 earlier_us, quint32 later_us)
+{
+    const quint32 period = later_us - earlier_us;
+    return period < 1U << 31 ? std::optional(period) : std::nullopt;
+}
+
 } // namespace
 
 Model_CAN_Rx_List_Items::Model_CAN_Rx_List_Items(QObject *parent)
@@ -87,7 +94,7 @@ void Model_CAN_Rx_List_Items::addFrame(const can::ReceivedFrame &frame)
         return;
     }
     if (row->hasPredecessor)
-        row->period_us = frame.timestamp_us - row->timestamp_us; // also where the clock wraps
+        row->period_us = periodBetween(row->timestamp_us, frame.timestamp_us);
     row->timestamp_us = frame.timestamp_us;
     row->hasPredecessor = true;
     row->remote = frame.remote;

@@ -119,6 +119,16 @@ void CanByteFields::focusField(int position)
     field->selectAll();
 }
 
+void CanByteFields::setTabOrderBetween(QWidget *first, QWidget *last)
+{
+    QWidget *before = first;
+    for (QLineEdit *field : m_fields) {
+        setTabOrder(before, field);
+        before = field;
+    }
+    setTabOrder(before, last);
+}
+
 void CanByteFields::moveOn(int position)
 {
     if (position + 1 < maxBytes && m_fields[std::size_t(position) + 1]->isEnabled())

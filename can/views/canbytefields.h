@@ -31,6 +31,8 @@ public:
     // Of all fields.
     [[nodiscard]] QStringList texts() const;
     void focusField(int position);
+    // The tab key leads from the first widget through the fields to the last one.
+    void setTabOrderBetween(QWidget *first, QWidget *last);
 
 signals:
     void returnPressed();

@@ -204,7 +204,11 @@ void Dialog_DBC_Signal_Selector::set_sorting_column(int column_clicked)
         header->setSortIndicator(m_rows.sortColumn(), m_rows.sortOrder());
         return;
     }
-    m_rows.sort(column_clicked, header->sortIndicatorOrder());
+    const Qt::SortOrder order = header->sortIndicatorOrder();
+    if (column_clicked == m_rows.sortColumn())
+        m_rows.set_sorting_up(order == Qt::AscendingOrder);
+    else
+        m_rows.sort(column_clicked, order);
 }
 
 void Dialog_DBC_Signal_Selector::sortByCurrentColumn()
@@ -243,22 +247,17 @@ QString Dialog_DBC_Signal_Selector::calc_signals_to_load(QList<Signal *> *output
     return load.error;
 }
 
-int Dialog_DBC_Signal_Selector::neededFilters(const QList<Signal *> &chosen) const
+int Dialog_DBC_Signal_Selector::calculate_total_needed_filter_cnt()
 {
+    QList<Signal *> chosen;
+    calc_signals_to_load(&chosen, &m_selected);
     return int(can::merged(can::filtersFromSignals(chosen, can::SelectedOnly::No), m_channelFilters)
                    .size());
 }
 
-int Dialog_DBC_Signal_Selector::calculate_total_needed_filter_cnt()
-{
-    return neededFilters(can::signalsToLoad(m_signals.items()).records);
-}
-
 void Dialog_DBC_Signal_Selector::dbc_model_data_changed(QModelIndex, QModelIndex, QVector<int>)
 {
-    QList<Signal *> chosen;
-    calc_signals_to_load(&chosen, &m_selected);
-    showRemaining(can::maxFilters - neededFilters(chosen));
+    showRemaining(can::maxFilters - calculate_total_needed_filter_cnt());
     showCounts();
 }
 
@@ -292,7 +291,7 @@ void Dialog_DBC_Signal_Selector::load_selected()
     if (selected == 0) {
         m_prompt.inform(QStringLiteral("No Signal selected"),
                         QStringLiteral("Please select signals for recording."));
-    } else if (neededFilters(chosen) > can::maxFilters) {
+    } else if (calculate_total_needed_filter_cnt() > can::maxFilters) {
         m_prompt.warn(QStringLiteral("Filter-Limit"),
                       QStringLiteral("Filter-Limit exceeded, please deselect DBC-Signals."));
     } else if (!error.isEmpty()) {

@@ -45,7 +45,7 @@ public slots:
     void on_lineEdit_filter_textChanged(QString txt);
     void refresh_filter(bool);
     void dbc_model_data_changed(QModelIndex, QModelIndex, QVector<int>);
-    // Filters that the channel needs once the ticked signals are loaded.
+    // Filters that the channel needs once the ticked signals are loaded. Counts the ticks, too.
     int calculate_total_needed_filter_cnt();
     // The ticked signals with their multiplexors, and how many are ticked. Gives the text of an
     // error, empty when all is well.
@@ -64,7 +64,6 @@ private:
     void tickSelectedRows();
     void enterTable();
     void sortByCurrentColumn();
-    [[nodiscard]] int neededFilters(const QList<StreamingClass_DBC_Signal *> &chosen) const;
     void showRemaining(int remaining);
     void showCounts();
     void handOver(QList<StreamingClass_DBC_Signal *> &chosen);

@@ -2,6 +2,7 @@
 
 #include "can/views/logger_can_view.h"
 
+#include "app/ui/checkboxdelegate.h"
 #include "app/ui/headermemory.h"
 #include "app/ui/plaintooltip.h"
 #include "app/ui/userprompt.h"
@@ -113,6 +114,9 @@ void Logger_CAN_View::setUpTables()
         table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         table->verticalHeader()->hide();
     }
+    for (const auto field : {Model_DBC_Signals::Field::Record, Model_DBC_Signals::Field::Live})
+        m_ui->tableView_dbc->setItemDelegateForColumn(m_dbcModel.columnOf(field),
+                                                      new CheckBoxDelegate(m_ui->tableView_dbc));
     const int em = fontMetrics().horizontalAdvance(QLatin1Char('m'));
     const auto setWidths = [em](QTableView *table, const QVector<int> &widths) {
         for (int column = 0; column < widths.size(); ++column)
@@ -143,7 +147,6 @@ void Logger_CAN_View::connectHandler()
     using Handler = Logger_Data_Handler_Class;
     const Handler *link = handler();
     connect(link, &Handler::signal_update_cfg_can, this, &Logger_CAN_View::slot_update_cfg_can);
-    connect(link, &Handler::signal_full_update, this, &Logger_CAN_View::full_update);
     connect(link, &Handler::signal_can_msg_list, this, &Logger_CAN_View::slot_receive_can_msg_list);
     connect(link, &Handler::signal_ccp_xcp_infos, this,
             &Logger_CAN_View::slot_receive_ccp_xcp_infos);
@@ -178,6 +181,10 @@ void Logger_CAN_View::connectOwnSignals()
     addKey(Qt::Key_Return, m_ui->lineEdit_id, m_ui->pushButton_send_msg);
     addKey(Qt::Key_Enter, m_ui->lineEdit_id, m_ui->pushButton_send_msg);
     addKey(Qt::Key_Delete, m_ui->tableView_dbc, m_ui->pushButton_remove_selected);
+    auto *copying = new QShortcut(QKeySequence::Copy, m_ui->tableView_rx);
+    copying->setContext(Qt::WidgetShortcut);
+    connect(copying, &QShortcut::activated, this, &Logger_CAN_View::copySelectedFrames);
+    m_ui->widget_bytes->setTabOrderBetween(m_ui->spinBox_dlc, m_ui->pushButton_send_msg);
 }
 
 const TerminalCanCfg &Logger_CAN_View::channel() const
@@ -213,6 +220,7 @@ void Logger_CAN_View::takeOverChannel()
     if (records.isEmpty())
         m_summary = {};
     showSummary();
+    showFilters();
 }
 
 void Logger_CAN_View::showChannel()
@@ -249,15 +257,30 @@ void Logger_CAN_View::stateApplied(AppSta_t state)
     m_dbcRows.setEditable(m_isEditable);
     m_ui->pushButton_send_msg->setEnabled(m_isConnected);
     m_ui->label_send_result->clear();
+    m_sentFrames = 0;
     if (state == APP_STA_CONN_INIT) {
         forgetLiveData();
         m_ui->frame_notice->hide();
     }
-    if (!m_isEditable) {
-        for (QDialog *dialog : findChildren<QDialog *>())
-            dialog->reject();
-    }
+    if (state == APP_STA_CONN_INIT || state == APP_STA_DISCONN)
+        forgetSession();
+    if (!m_isEditable)
+        closeDialogs();
     updateDbcButtons();
+}
+
+// What they edit can't be written any more.
+void Logger_CAN_View::closeDialogs()
+{
+    QStringList closed;
+    for (QDialog *dialog : findChildren<QDialog *>()) {
+        if (dialog->isVisible())
+            closed += dialog->windowTitle();
+        dialog->reject();
+    }
+    if (!closed.isEmpty())
+        showNotice(tr("Closed, since the configuration can't be changed now: %1")
+                       .arg(closed.join(QStringLiteral(", "))));
 }
 
 // Of the last connection: another logger's values must not stand beside this one's.
@@ -267,16 +290,21 @@ void Logger_CAN_View::forgetLiveData()
     m_dbcModel.valuesChanged();
     m_rxModel.clear_list();
     m_busLoad.clear();
-    m_ui->label_session_status->setText(QStringLiteral("-"));
-    m_ui->label_session_error->clear();
     showRxNote();
     showBusFigures();
+}
+
+// Values and frames stay to be looked at after a connection; a session doesn't run on.
+void Logger_CAN_View::forgetSession()
+{
+    m_ui->label_session_status->setText(QStringLiteral("-"));
+    m_ui->label_session_error->clear();
 }
 
 void Logger_CAN_View::showNotice(const QString &text, const QString &wholeText)
 {
     m_ui->label_notice->setText(text);
-    m_ui->label_notice->setToolTip(plainToolTip(wholeText));
+    m_ui->label_notice->setToolTip(plainToolTip(wholeText.isEmpty() ? text : wholeText));
     m_ui->frame_notice->show();
 }
 

@@ -95,6 +95,7 @@ private:
     enum ResultCode { Done = 0, Failed = -1 };
 
     void redraw() override;
+    void wholeConfigurationRead() override { full_update(); }
     void stateApplied(AppSta_t state) override;
 
     void setUpTables();
@@ -105,20 +106,24 @@ private:
     void showChannel();
     void enableCan(bool on);
     void openConfiguration();
-    // The whole text is for the tool tip.
-    void showNotice(const QString &text, const QString &wholeText);
+    // The whole text, where that is another one, is for the tool tip.
+    void showNotice(const QString &text, const QString &wholeText = {});
     void showClearedFlags(const QStringList &names);
+    void closeDialogs();
     void forgetLiveData();
+    void forgetSession();
 
     [[nodiscard]] bool canLoad() const;
     void chooseDbcFile();
     void connectLoading();
     void showLoading(bool on);
     void dbcFileLoaded(bool isLoaded);
+    void showNotLoaded(const QString &path);
     void chooseSignals();
     void noteLastFile();
     void updateDbcButtons();
     void showSummary();
+    void showFilters();
     [[nodiscard]] QVector<int> selectedSignals() const;
     void holdSignals();
     void sendEditedSignals();
@@ -129,6 +134,8 @@ private:
     void showRxNote();
     void noteRxChange(int firstColumn, int lastColumn);
     void sortRxRows();
+    [[nodiscard]] const can::RxListItem &rxItemAt(int row) const;
+    void copySelectedFrames();
 
     [[nodiscard]] can::FrameFormat txFormat() const;
     void showTxLimits();
@@ -166,4 +173,5 @@ private:
     can::BusLoad m_busLoad;
     QTimer m_figuresTimer;
     QElapsedTimer m_lastFrames; // since frames came in
+    int m_sentFrames = 0;       // in this state of the tool
 };

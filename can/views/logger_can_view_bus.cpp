@@ -7,6 +7,8 @@
 #include "link/logger_data_handler_class.h"
 #include "ui_logger_can_view.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMetaMethod>
 
 #include <utility>
@@ -140,16 +142,34 @@ void Logger_CAN_View::on_pushButton_clear_rx_list_clicked()
     showRxNote();
 }
 
+const can::RxListItem &Logger_CAN_View::rxItemAt(int row) const
+{
+    return m_rxModel.itemAt(m_rxRows.mapToSource(m_rxRows.index(row, 0)).row());
+}
+
+void Logger_CAN_View::copySelectedFrames()
+{
+    const QItemSelectionModel *selection = m_ui->tableView_rx->selectionModel();
+    std::vector<can::RxListItem> items;
+    for (int row = 0; row < m_rxRows.rowCount(); ++row) {
+        if (selection->isRowSelected(row, {}))
+            items.push_back(rxItemAt(row));
+    }
+    if (!items.empty())
+        QGuiApplication::clipboard()->setText(can::rxListText(items));
+}
+
 void Logger_CAN_View::on_pushButton_save_rx_list_clicked()
 {
     showLiveData();
     sortRxRows();
     std::vector<can::RxListItem> items; // the user may take his time while frames come in
     for (int row = 0; row < m_rxRows.rowCount(); ++row)
-        items.push_back(m_rxModel.itemAt(m_rxRows.mapToSource(m_rxRows.index(row, 0)).row()));
+        items.push_back(rxItemAt(row));
     const QString path = FileDialogs(m_prompt).getSaveFileNameWithKey(
         QStringLiteral("CanRxListSavePath"), QStringLiteral("DbcLoadPath"),
-        tr("Save received frames"), QStringLiteral("Text-Files (*.txt)"));
+        tr("Save received frames"), QStringLiteral("Text-Files (*.txt)"),
+        QStringLiteral("CAN-%1.txt").arg(number()));
     if (path.isEmpty())
         return;
     QString error;
@@ -234,9 +254,12 @@ void Logger_CAN_View::on_pushButton_send_msg_clicked()
     int result = Failed;
     emit signal_send_can_msg(number(), frame.extended ? 1 : 0, frame.remote ? 1 : 0, int(frame.id),
                              frame.data.size(), frame.data, &result);
-    if (result == Done)
-        m_ui->label_send_result->setText(tr("Sent."));
-    else
+    if (result == Done) {
+        ++m_sentFrames;
+        m_ui->label_send_result->setText(m_sentFrames == 1 ? tr("Sent.")
+                                                           : tr("Sent (%1).").arg(m_sentFrames));
+    } else {
         m_prompt.warn(tr("Frame not sent"), tr("The logger didn't take the frame."),
                       handler()->lastCommandError());
+    }
 }

@@ -4,12 +4,14 @@
 #include "app/ui/plaintooltip.h"
 #include "app/ui/settingsstore.h"
 #include "app/ui/userprompt.h"
+#include "can/canfilters.h"
 #include "can/dbcloadtask.h"
 #include "can/dbcsignals.h"
 #include "can/dbcsummary.h"
 #include "can/views/dialog_dbc_signal_selector.h"
 #include "can/views/logger_can_view.h"
 #include "config/record/record.h"
+#include "config/whyunreadable.h"
 #include "link/logger_data_handler_class.h"
 #include "ui_logger_can_view.h"
 
@@ -30,12 +32,6 @@ QString lastFileKey(int can_nr)
     return QStringLiteral("DbcLastFile/CAN-%1").arg(can_nr);
 }
 
-QString notLoadedText(const QString &file)
-{
-    return Logger_CAN_View::tr("%1 was not loaded: the configuration can't be changed now.")
-        .arg(file);
-}
-
 auto editableFields(StreamingClass_DBC_Signal &signal)
 {
     return std::tie(signal.name, signal.unit, signal.factor, signal.offset, signal.selection_flags);
@@ -51,6 +47,23 @@ QString fileNameIn(const QString &path, int longest)
 void setPathToolTip(QWidget *widget, const QString &path)
 {
     widget->setToolTip(plainToolTip(widget->accessibleName() + QStringLiteral(":\n") + path));
+}
+
+// Why the parser has no text for a file that it doesn't load: it couldn't even be opened.
+QString unreadableText(const QString &path)
+{
+    const QString why = whyUnreadable(path);
+    return why.isEmpty() ? Logger_CAN_View::tr("%1 can't be read.").arg(path)
+                         : Logger_CAN_View::tr("%1 can't be read: %2.").arg(path, why);
+}
+
+QString noSignalText(const QString &path, const DbcSummary &summary)
+{
+    const QString text = Logger_CAN_View::tr("There is no signal in %1.").arg(path);
+    const QString passedOver = dbc::passedOverText(summary);
+    return passedOver.isEmpty()
+               ? text
+               : text + Logger_CAN_View::tr("\n\nPassed over: %1.").arg(passedOver);
 }
 
 // The one DBC file that is dragged; empty for anything else.
@@ -124,6 +137,16 @@ void Logger_CAN_View::showSummary()
     m_ui->label_dbc_summary->setVisible(!text.isEmpty());
 }
 
+void Logger_CAN_View::showFilters()
+{
+    const int count = int(can::effectiveFilters(channel(), can::SelectedOnly::Yes).size());
+    m_ui->label_filters->setText(tr("%1 of %2 filters").arg(count).arg(can::maxFilters));
+    const QString style =
+        count < can::maxFilters ? QString() : QStringLiteral("QLabel { color : red; }");
+    if (m_ui->label_filters->styleSheet() != style) // to set one takes milliseconds
+        m_ui->label_filters->setStyleSheet(style);
+}
+
 void Logger_CAN_View::on_pushButton_load_dbc_file_clicked()
 {
     emit signal_load_dbc_file(number());
@@ -145,8 +168,10 @@ void Logger_CAN_View::on_pushButton_reload_dbc_file_clicked()
 
 void Logger_CAN_View::loadDbcFile(const QString &path)
 {
-    if (!canLoad())
+    if (!canLoad()) {
+        showNotLoaded(path);
         return;
+    }
     m_ui->label_loading->setText(tr("Reading %1").arg(fileNameIn(path, longestName)));
     setPathToolTip(m_ui->label_loading, path);
     m_ui->label_loading_left->clear();
@@ -172,18 +197,26 @@ void Logger_CAN_View::dbcFileLoaded(bool isLoaded)
         return;
     }
     const QString error = parser.errorText();
+    const QString withoutSignals = noSignalText(path, parser.summary());
     parser.clear(); // while no box is open, behind which the next file could be read
     if (isCancelled)
         return;
     if (!isLoaded) {
-        // Without a text the file couldn't even be read.
-        const QString reason = error.isEmpty() ? tr("%1 can't be read.").arg(path) : QString();
+        const QString reason = error.isEmpty() ? unreadableText(path) : QString();
         m_prompt.warn(QStringLiteral("Error loading dbc-file"), error, reason);
     } else if (!hasSignals) { // noise may be read, too
-        m_prompt.inform(QStringLiteral("Open DBC-file"), tr("There is no signal in %1.").arg(path));
+        m_prompt.inform(QStringLiteral("Open DBC-file"), withoutSignals);
     } else {
-        showNotice(notLoadedText(fileNameIn(path, longestName)), notLoadedText(path));
+        showNotLoaded(path);
     }
+}
+
+void Logger_CAN_View::showNotLoaded(const QString &path)
+{
+    const QString why = m_isEditable ? tr("another file is being read.")
+                                     : tr("the configuration can't be changed now.");
+    const QString text = tr("%1 was not loaded: %2");
+    showNotice(text.arg(fileNameIn(path, longestName), why), text.arg(path, why));
 }
 
 void Logger_CAN_View::chooseSignals()
@@ -193,7 +226,7 @@ void Logger_CAN_View::chooseSignals()
     m_offered = {path, fileNameIn(path, longestName) + QStringLiteral(": ")
                            + dbc::summaryText(parser.summary())};
     auto *dialog = new Dialog_DBC_Signal_Selector(channel(), parser.takeSignals(), m_prompt, this);
-    dialog->setSummary(m_offered.text);
+    dialog->setSummary(QStringLiteral("CAN-%1: %2").arg(QString::number(number()), m_offered.text));
     connect(dialog, &Dialog_DBC_Signal_Selector::signal_load_selected_dbc_signals, this,
             &Logger_CAN_View::insert_dbc_signals);
     dialog->open();
@@ -256,6 +289,7 @@ void Logger_CAN_View::slotDbcModelChanged(bool transferCmd)
     holdSignals();
     m_decoder.setSignals(channel().dbc_signals.items());
     m_dbcModel.valuesChanged();
+    showFilters();
 }
 
 void Logger_CAN_View::holdSignals()
@@ -278,9 +312,10 @@ void Logger_CAN_View::sendEditedSignals()
     m_dbcModel.setSignals(channel().dbc_signals.items());
 }
 
+// Also while nothing can be loaded: the drop tells why.
 void Logger_CAN_View::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (canLoad() && !draggedDbcFile(event->mimeData()).isEmpty())
+    if (!draggedDbcFile(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 

@@ -18,6 +18,7 @@ class tst_CanFilters : public QObject
 private slots:
     void aSignalGivesAnExactMatchOnItsMessage();
     void aSignalOfAnExtendedMessageGivesA29BitFilter();
+    void bitsAboveTheIdentifierAreNoneOfIt();
     void fiveSignalsOfOneMessageCostOneFilter();
     void anExtendedAndAStandardMessageOfTheSameNumberCostTwoFilters();
     void filtersStandInTheOrderOfTheSignals();
@@ -96,6 +97,15 @@ void tst_CanFilters::aSignalGivesAnExactMatchOnItsMessage()
 {
     sample::SignalList list;
     addSignal(list, "a", 0x123);
+    QCOMPARE(texts(can::filtersFromSignals(list.items(), SelectedOnly::No)),
+             QStringList(QStringLiteral("11 2 0 123 7ff")));
+}
+
+void tst_CanFilters::bitsAboveTheIdentifierAreNoneOfIt()
+{
+    sample::SignalList list;
+    addSignal(list, "a", 0x6000'0123);
+    addSignal(list, "b", 0x123);
     QCOMPARE(texts(can::filtersFromSignals(list.items(), SelectedOnly::No)),
              QStringList(QStringLiteral("11 2 0 123 7ff")));
 }

@@ -36,6 +36,9 @@ private slots:
     void onlySignalsOfSeveralMultiplexorValuesAreCounted_data();
     void onlySignalsOfSeveralMultiplexorValuesAreCounted();
     void whatIsPassedOverIsCounted();
+    void signalsOfNoMessageAreCounted();
+    void signalsThatDoNotFitTheirMessageAreCounted_data();
+    void signalsThatDoNotFitTheirMessageAreCounted();
     void aFileWithoutSignalsIsFine_data();
     void aFileWithoutSignalsIsFine();
     void unitsSurviveInAnyEncoding_data();
@@ -316,9 +319,41 @@ void tst_DbcFileParser::whatIsPassedOverIsCounted()
     QCOMPARE(summary.signal_count, 1);
     QCOMPARE(summary.ignored_signals, 1);
     QCOMPARE(summary.value_tables, 1);
+    QCOMPARE(summary.named_value_tables, 1);
     QCOMPARE(summary.other_comments, 3);
     QCOMPARE(summary.comments_without_signal, 3);
     QCOMPARE(dbc.at(0).description, QStringLiteral("taken"));
+}
+
+void tst_DbcFileParser::signalsOfNoMessageAreCounted()
+{
+    const LoadedDbc dbc(engineMessage + signalLine("A")
+                        + "BO_ 3221225472 VECTOR__INDEPENDENT_SIG_MSG: 0 Vector__XXX\n"
+                        + signalLine("Lost") + "BO_ 292 Gear: 8 ECU1\n" + signalLine("B"));
+    QVERIFY2(dbc.ok, qPrintable(dbc.parser.errorText()));
+    QCOMPARE(dbc.count(), 3);
+    QCOMPARE(dbc.at(1).msg_id, 291U);
+    QCOMPARE(dbc.parser.summary().signals_of_no_message, 1);
+}
+
+void tst_DbcFileParser::signalsThatDoNotFitTheirMessageAreCounted_data()
+{
+    QTest::addColumn<QByteArray>("position");
+    QTest::addColumn<int>("count");
+    QTest::newRow("all of it") << QByteArray("0|64@1+") << 0;
+    QTest::newRow("its last bit") << QByteArray("63|1@1+") << 0;
+    QTest::newRow("beyond it") << QByteArray("63|2@1+") << 1;
+    QTest::newRow("Motorola, all of it") << QByteArray("7|64@0+") << 0;
+    QTest::newRow("Motorola, beyond it") << QByteArray("6|64@0+") << 1;
+    QTest::newRow("more than 64 bits") << QByteArray("0|65@1+") << 1;
+}
+
+void tst_DbcFileParser::signalsThatDoNotFitTheirMessageAreCounted()
+{
+    QFETCH(QByteArray, position);
+    const LoadedDbc dbc(engineMessage + " SG_ A : " + position + " (1,0) [0|0] \"\" X\n");
+    QVERIFY2(dbc.ok, qPrintable(dbc.parser.errorText()));
+    QTEST(dbc.parser.summary().oversized_signals, "count");
 }
 
 void tst_DbcFileParser::aFileWithoutSignalsIsFine_data()

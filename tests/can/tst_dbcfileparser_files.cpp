@@ -1,4 +1,5 @@
 #include "dbctestfile.h"
+#include "tests/app/messagesink.h"
 
 #include <QtTest>
 
@@ -59,6 +60,7 @@ private slots:
     void clearedItHoldsNothing();
     void theLoadIsLogged();
     void theDumpShowsEverySignal();
+    void theDumpOfManySignalsIsCut();
 
 private:
     [[nodiscard]] QString write(const QByteArray &bytes) const
@@ -330,6 +332,19 @@ void tst_DbcFileParser_Files::theDumpShowsEverySignal()
                                QStringLiteral(" -> Message-Count  1"),
                                QStringLiteral(" -> Signal-Count with mux 2")};
     QCOMPARE(logged, expected);
+}
+
+void tst_DbcFileParser_Files::theDumpOfManySignalsIsCut()
+{
+    QByteArray text = engineMessage;
+    for (int i = 0; i < 502; ++i)
+        text += signalLine("S" + QByteArray::number(i));
+    const LoadedDbc dbc(text);
+    const MessageSink log;
+    dbc.parser.debugDump();
+    const QStringList lines = log.messages();
+    QCOMPARE(lines.filter(QStringLiteral("Debug: Signal: ")).size(), 500);
+    QVERIFY(lines.contains(QStringLiteral("Debug: and 2 more signals")));
 }
 
 QTEST_GUILESS_MAIN(tst_DbcFileParser_Files)

@@ -44,6 +44,7 @@ private slots:
     void otherFramesGiveNoValue_data();
     void otherFramesGiveNoValue();
     void standardAndExtendedIdentifiersOfANumberAreApart();
+    void bitsAboveTheIdentifierAreNoneOfIt();
     void aValueBeyondItsFrameIsNotRead();
     void aMultiplexedSignalIsReadWithItsMultiplexorValueOnly();
     void aMultiplexorThatIsNotLiveSelectsAllTheSame();
@@ -133,6 +134,15 @@ void tst_DbcLiveDecoder::standardAndExtendedIdentifiersOfANumberAreApart()
     QVERIFY(m_decoder.take(FrameBytes(0x100, counting, true)));
     QVERIFY(extended.live_seen);
     QVERIFY(!standard.live_seen);
+}
+
+void tst_DbcLiveDecoder::bitsAboveTheIdentifierAreNoneOfIt()
+{
+    Signal &speed = m_channel.addSignal("Speed");
+    speed.msg_id = 0x6000'0100;
+    m_decoder.setSignals(m_channel.items());
+    QVERIFY(m_decoder.take(FrameBytes(0x100, counting)));
+    QVERIFY(speed.live_seen);
 }
 
 void tst_DbcLiveDecoder::aValueBeyondItsFrameIsNotRead()

@@ -1,4 +1,5 @@
 #include "can/dbcloadtask.h"
+#include "tests/support/messagecount.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -11,6 +12,7 @@ class tst_DbcLoadTask : public QObject
 
 private slots:
     void aFileIsReadInTheBackground();
+    void theDiagnosticLogTellsWhatWasRead();
     void aFileWithAnErrorSaysSo();
     void aFileThatIsNotThereHasNoText();
     void theNextFileCanBeRead();
@@ -50,6 +52,16 @@ void tst_DbcLoadTask::aFileIsReadInTheBackground()
     QVERIFY(!task.isRunning());
     QCOMPARE(finished.first().first().toBool(), true);
     QCOMPARE(task.parser().signalList().size(), 3);
+}
+
+void tst_DbcLoadTask::theDiagnosticLogTellsWhatWasRead()
+{
+    const MessageCount described("Signal: Signal");
+    DbcLoadTask task;
+    QSignalSpy finished(&task, &DbcLoadTask::finished);
+    task.start(file(signalLines(3)));
+    QVERIFY(finished.wait());
+    QCOMPARE(described.value(), 3);
 }
 
 void tst_DbcLoadTask::aFileWithAnErrorSaysSo()

@@ -144,12 +144,18 @@ void tst_DbcInspection::jsonHoldsTheSignalsUnderTheirFieldNames()
                                {QStringLiteral("msg_id"), 291},
                                {QStringLiteral("extended_id"), 0}};
     QCOMPARE(records.at(1).toObject(), expected);
-    const QJsonObject summary{
-        {QStringLiteral("messages"), 2},      {QStringLiteral("signals"), 3},
-        {QStringLiteral("filters"), 2},       {QStringLiteral("ignored_signals"), 1},
-        {QStringLiteral("float_types"), 0},   {QStringLiteral("multiplexor_ranges"), 0},
-        {QStringLiteral("value_tables"), 1},  {QStringLiteral("comments_without_signal"), 0},
-        {QStringLiteral("other_comments"), 0}};
+    const QJsonObject summary{{QStringLiteral("messages"), 2},
+                              {QStringLiteral("signals"), 3},
+                              {QStringLiteral("filters"), 2},
+                              {QStringLiteral("ignored_signals"), 1},
+                              {QStringLiteral("float_types"), 0},
+                              {QStringLiteral("multiplexor_ranges"), 0},
+                              {QStringLiteral("value_tables"), 1},
+                              {QStringLiteral("comments_without_signal"), 0},
+                              {QStringLiteral("other_comments"), 0},
+                              {QStringLiteral("named_value_tables"), 0},
+                              {QStringLiteral("signals_of_no_message"), 0},
+                              {QStringLiteral("oversized_signals"), 0}};
     QCOMPARE(json.value(QStringLiteral("summary")).toObject(), summary);
 }
 

@@ -19,7 +19,10 @@ class tst_FilterLimit : public QObject
 private slots:
     void offlineAWrittenChannelIsLimited();
     void offlineAWholeConfigurationIsLimitedChannelByChannel();
-    void theEchoOfAChannelIsLimited();
+    void theLoggerGetsAChannelWithinTheLimit();
+    void theLoggerGetsAWholeConfigurationWithinTheLimit();
+    void aWriteThatFailsClearsNothing();
+    void aChannelThatTheLoggerSendsIsLimited();
     void theConfigurationOfALoggerIsLimited();
     void viewsAreToldOfTheRecordOnceItIsLimited();
     void theNoticeComesBehindTheUpdate();
@@ -28,6 +31,15 @@ private slots:
 };
 
 namespace {
+
+// Ticked signals; each has a message of its own.
+int tickedOf(const TerminalCanCfg &channel)
+{
+    int count = 0;
+    for (const Signal *signal : channel.dbc_signals)
+        count += signal->selection_flags != 0 ? 1 : 0;
+    return count;
+}
 
 struct Tool
 {
@@ -39,15 +51,15 @@ struct Tool
     {
         return handler.terminal().can.at(std::size_t(number));
     }
-    // Ticked signals; each has a message of its own.
-    [[nodiscard]] int ticked(int number) const
-    {
-        int count = 0;
-        for (const Signal *signal : channel(number).dbc_signals)
-            count += signal->selection_flags != 0 ? 1 : 0;
-        return count;
-    }
+    [[nodiscard]] int ticked(int number) const { return tickedOf(channel(number)); }
 };
+
+int tickedOf(SimulatedLogger &logger, int number)
+{
+    return logger.inspect([number](simulator::LoggerSimulator &s) {
+        return tickedOf(s.state().configuration.can.at(std::size_t(number)));
+    });
+}
 
 // A channel of so many messages, each with one recorded signal that is called s and its number.
 void fill(TerminalCanCfg &channel, int messages)
@@ -92,12 +104,64 @@ void tst_FilterLimit::offlineAWholeConfigurationIsLimitedChannelByChannel()
     }
 }
 
-void tst_FilterLimit::theEchoOfAChannelIsLimited()
+void tst_FilterLimit::theLoggerGetsAChannelWithinTheLimit()
+{
+    SimulatedLogger logger;
+    Tool tool;
+    const QSignalSpy updates(&tool.handler, &Handler::signal_update_cfg_can);
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    QVERIFY(tool.handler.writeCan(11, channelOf(130)));
+    QCOMPARE(tickedOf(logger, 11), 128);
+    QVERIFY(tool.notices.isEmpty());
+    QTRY_COMPARE(tool.notices.size(), 1);
+    QCOMPARE(updates.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{11, lastTwo}));
+    QCOMPARE(tool.ticked(11), 128);
+    // Told once: what is written next is within the limit.
+    QVERIFY(tool.handler.writeCan(11, tool.channel(11)));
+    QTRY_COMPARE(updates.size(), 2);
+    QCOMPARE(tool.notices.size(), 1);
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::theLoggerGetsAWholeConfigurationWithinTheLimit()
+{
+    SimulatedLogger logger;
+    Tool tool;
+    TerminalStruct configuration;
+    fill(configuration.can[4], 130);
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    QVERIFY(tool.handler.writeWholeConfiguration(configuration));
+    QCOMPARE(tickedOf(logger, 4), 128);
+    QTRY_COMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{4, lastTwo}));
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::aWriteThatFailsClearsNothing()
+{
+    SimulatedLogger logger;
+    Tool tool;
+    const QSignalSpy updates(&tool.handler, &Handler::signal_update_cfg_can);
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    logger.setFault(QStringLiteral("lost-reply"));
+    tool.handler.setWriteTimeout(50);
+    QVERIFY(!tool.handler.writeCan(11, channelOf(130)));
+    logger.clearFaults();
+    logger.push(protocol::Can + 11);
+    QTRY_VERIFY(!updates.isEmpty());
+    QVERIFY(tool.notices.isEmpty());
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::aChannelThatTheLoggerSendsIsLimited()
 {
     SimulatedLogger logger;
     Tool tool;
     QVERIFY(tool.handler.connectLogger(logger.address()));
-    QVERIFY(tool.handler.writeCan(11, channelOf(130)));
+    logger.inspect(
+        [](simulator::LoggerSimulator &s) { s.state().configuration.can[11] = channelOf(130); });
+    logger.push(protocol::Can + 11);
     QTRY_COMPARE(tool.notices.size(), 1);
     QCOMPARE(tool.notices.first(), (QVariantList{11, lastTwo}));
     QCOMPARE(tool.ticked(11), 128);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/threadcall.h"
+#include "config/threadcall.h"
 #include "tests/support/peerlogger.h"
 
 #include <QNetworkProxy>

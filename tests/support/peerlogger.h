@@ -1,7 +1,7 @@
 #pragma once
 
+#include "config/threadcall.h"
 #include "link/protocol/envelope.h"
-#include "link/threadcall.h"
 #include "tests/support/loopbackaddress.h"
 
 #include <QHostAddress>

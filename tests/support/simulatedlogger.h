@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/threadcall.h"
+#include "config/threadcall.h"
 #include "simulator/loggersimulator.h"
 #include "tests/support/loopbackaddress.h"
 

@@ -19,10 +19,22 @@ private slots:
     void cancellingKeepsTheKey();
     void severalFilesRememberTheFirst();
     void aFolderBeginsInTheFolderOfARememberedFile();
+    void aProposedNameTakesThePlaceOfTheRememberedFile_data();
+    void aProposedNameTakesThePlaceOfTheRememberedFile();
+    void aProposedNameStandsAloneTheFirstTime();
     void pathsLieInTheProgramsSettings();
 
 private:
     QString chosen(const QString &kind, const std::optional<QString> &fallback = {});
+
+    // Where a picker begins that proposes "list.txt".
+    QString proposedStart()
+    {
+        (void)FileDialogs(*m_prompt).getSaveFileNameWithKey(
+            QStringLiteral("key"), QStringLiteral("other"), QStringLiteral("title"),
+            QStringLiteral("Text (*.txt)"), QStringLiteral("list.txt"));
+        return m_prompt->pickers.value(0).section(QLatin1Char('|'), 1, 1);
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<ScriptedPrompt> m_prompt;
@@ -111,6 +123,26 @@ void tst_FileDialogs::aFolderBeginsInTheFolderOfARememberedFile()
     chosen(QStringLiteral("open"));
     chosen(QStringLiteral("folder"));
     QCOMPARE(m_prompt->pickers.last(), QStringLiteral("title|%1|").arg(m_folder->path()));
+}
+
+void tst_FileDialogs::aProposedNameTakesThePlaceOfTheRememberedFile_data()
+{
+    QTest::addColumn<QString>("remembered"); // in the folder
+    QTest::newRow("a file") << QStringLiteral("car.dbc");
+    QTest::newRow("a folder") << QString();
+}
+
+void tst_FileDialogs::aProposedNameTakesThePlaceOfTheRememberedFile()
+{
+    QFETCH(QString, remembered);
+    QSettings(QStringLiteral("ZELVO"), QStringLiteral("ZDS"))
+        .setValue(QStringLiteral("other"), m_folder->filePath(remembered));
+    QCOMPARE(proposedStart(), m_folder->filePath(QStringLiteral("list.txt")));
+}
+
+void tst_FileDialogs::aProposedNameStandsAloneTheFirstTime()
+{
+    QCOMPARE(proposedStart(), QStringLiteral("list.txt"));
 }
 
 void tst_FileDialogs::pathsLieInTheProgramsSettings()

@@ -20,6 +20,7 @@ private slots:
 
     void textsAreShownAsTheyStand();
     void aReasonFollowsTheText();
+    void aReasonWithoutATextStandsAlone();
     void aQuestionIsAnsweredByItsButtons_data();
     void aQuestionIsAnsweredByItsButtons();
     void returnAndEscapeMeanNo_data();
@@ -73,6 +74,15 @@ void tst_MessageBoxPrompt::aReasonFollowsTheText()
     });
     m_prompt.warn(QStringLiteral("title"), QStringLiteral("Error loading file"),
                   QStringLiteral("no such file"));
+}
+
+void tst_MessageBoxPrompt::aReasonWithoutATextStandsAlone()
+{
+    whenOpen<QMessageBox>([](QMessageBox &box) {
+        QCOMPARE(box.text(), QStringLiteral("no such file"));
+        box.accept();
+    });
+    m_prompt.warn(QStringLiteral("title"), QString(), QStringLiteral("no such file"));
 }
 
 void tst_MessageBoxPrompt::aQuestionIsAnsweredByItsButtons_data()

@@ -19,6 +19,7 @@ private slots:
     void thePeriodIsTheTimeSinceThePredecessor();
     void thePeriodOfTheFirstFrameIsEmpty();
     void thePeriodBridgesTheWrapOfTheClock();
+    void aClockThatIsSetBackGivesNoPeriod();
     void aGapGivesNoPeriod();
     void standardAndExtendedIdentifiersAreTwoRows();
     void aRemoteFrameIsToldInTheComment();
@@ -102,6 +103,16 @@ void tst_Model_CAN_Rx_List_Items::thePeriodBridgesTheWrapOfTheClock()
     add(FrameBytes(0x12, "01").at(0xFFFFFF00));
     add(FrameBytes(0x12, "01").at(0x00000100));
     QCOMPARE(cell(0, 3), QStringLiteral("512"));
+}
+
+void tst_Model_CAN_Rx_List_Items::aClockThatIsSetBackGivesNoPeriod()
+{
+    add(FrameBytes(0x12, "01").at(1000));
+    add(FrameBytes(0x12, "01").at(3000));
+    add(FrameBytes(0x12, "01").at(2000));
+    QCOMPARE(cell(0, 3), QString());
+    add(FrameBytes(0x12, "01").at(2500));
+    QCOMPARE(cell(0, 3), QStringLiteral("500"));
 }
 
 void tst_Model_CAN_Rx_List_Items::aGapGivesNoPeriod()

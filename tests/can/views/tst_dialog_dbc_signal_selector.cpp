@@ -53,6 +53,7 @@ private slots:
     void ticksDoNotSort();
     void aTickDoesNotMoveItsRow();
     void theKeyboardSortsByTheCurrentColumn();
+    void controlAndFLeadToTheFilter();
     void returnInTheFilterLeadsToTheTable();
     void countsOfSignalsAreShown();
 
@@ -454,6 +455,21 @@ void tst_Dialog_DBC_Signal_Selector::theKeyboardSortsByTheCurrentColumn()
     QCOMPARE(bench.names(), words("a b c"));
     QTest::keyClick(bench.table(), Qt::Key_T, Qt::ControlModifier);
     QCOMPARE(bench.names(), words("c b a"));
+}
+
+void tst_Dialog_DBC_Signal_Selector::controlAndFLeadToTheFilter()
+{
+    Bench bench;
+    addSignal(bench.file, "a");
+    bench.showWindow();
+    bench.dialog().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&bench.dialog()));
+    bench.type("abc");
+    bench.table()->setFocus();
+    QTest::keyClick(bench.table(), Qt::Key_F, Qt::ControlModifier);
+    auto *filter = bench.find<QLineEdit>("lineEdit_filter");
+    QCOMPARE(bench.dialog().focusWidget(), filter);
+    QCOMPARE(filter->selectedText(), QStringLiteral("abc"));
 }
 
 void tst_Dialog_DBC_Signal_Selector::returnInTheFilterLeadsToTheTable()

@@ -1,13 +1,40 @@
 #include "tests/can/views/canpagebench.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDialog>
 #include <QFrame>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTableView>
+
+namespace {
+
+// Events of one type that reach the objects whose filter it is.
+class EventCount : public QObject
+{
+public:
+    explicit EventCount(QEvent::Type type)
+        : m_type(type)
+    {}
+    int count = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == m_type ? 1 : 0;
+        return false;
+    }
+
+private:
+    const QEvent::Type m_type;
+};
+
+} // namespace
 
 // What the page shows and lists; no logger is connected.
 class tst_Logger_CAN_View : public QObject
@@ -19,14 +46,18 @@ private slots:
 
     void theStateOfTheChannelIsShown();
     void anotherChannelsChangeIsNotShown();
+    void aWholeConfigurationIsShownOnce();
     void theStateDecidesWhatCanBeEdited();
     void theConfigurationDialogWritesTheChannel();
     void exportOptionsAreWritten();
     void dialogsCloseWhenNothingCanBeEdited();
+    void withoutADialogNothingIsToldOfItsEnd();
     void theModeOfTheA2lFileIsShown();
     void theSessionIsShownAsText();
     void anotherChannelsSessionIsNotShown();
     void whatTheUserAsksForCarriesTheChannel();
+    void aSessionEndsWithItsConnection_data();
+    void aSessionEndsWithItsConnection();
 
     void receivedFramesAreListed();
     void aHiddenPageHearsOfFramesWhenItIsShown();
@@ -39,9 +70,12 @@ private slots:
     void aPauseGivesNoPeriod();
     void uncheckedTheListTakesNoNewIdentifier();
     void theListCanBeCleared();
+    void framesWithoutARowAreCounted();
     void commentsNameTheChannelsSignals();
     void theListIsSavedInTheOrderShown();
+    void theListIsProposedBesideTheDbcFileAndNotInItsPlace();
     void aListThatCannotBeSavedIsTold();
+    void selectedRowsAreCopiedAsText();
     void framesAreForwarded();
     void framesPerSecondAndLoadAreShown();
     void aNewConnectionStartsAnew();
@@ -51,6 +85,7 @@ private slots:
     void thePageLeavesRoomForTheTreeBesideIt();
     void theTabKeyGoesThroughTheBytesToSend();
     void columnsAreRemembered();
+    void columnsOfTheSignalsAreRemembered();
     void everyControlSaysWhatItIsFor();
 
 private:
@@ -87,6 +122,18 @@ void tst_Logger_CAN_View::anotherChannelsChangeIsNotShown()
     QVERIFY(told.isEmpty());
     QVERIFY(m_bench->handler.cmd_write_can_enabled(CanPageBench::number, 1));
     QCOMPARE(told.size(), 1);
+}
+
+void tst_Logger_CAN_View::aWholeConfigurationIsShownOnce()
+{
+    m_bench->page().show(); // hidden, a style waits for the first time that it is seen
+    EventCount redraws(QEvent::StyleChange);
+    m_bench->find<QLabel>("label_can_indicator")->installEventFilter(&redraws);
+    m_bench->page().showConfiguration();
+    const int once = redraws.count;
+    QVERIFY(once > 0);
+    emit m_bench->handler.signal_full_update();
+    QCOMPARE(redraws.count, 2 * once);
 }
 
 void tst_Logger_CAN_View::theStateDecidesWhatCanBeEdited()
@@ -133,8 +180,13 @@ void tst_Logger_CAN_View::exportOptionsAreWritten()
     auto *dialog = m_bench->page().findChild<QDialog *>(QStringLiteral("DialogCanExpOptsCfg"));
     QVERIFY(dialog && dialog->isVisible());
     const QSignalSpy told(&m_bench->page(), &Logger_CAN_View::signal_update_can_cfg_window);
+    dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_custom_name"))
+        ->setText(QStringLiteral("Chassis"));
+    dialog->findChild<QRadioButton *>(QStringLiteral("radioButton_only"))->click();
     dialog->accept();
     QCOMPARE(told.size(), 1);
+    QCOMPARE(m_bench->channel().export_custom_name, QStringLiteral("Chassis"));
+    QCOMPARE(int(m_bench->channel().export_name_mode), 2);
 }
 
 void tst_Logger_CAN_View::dialogsCloseWhenNothingCanBeEdited()
@@ -144,6 +196,17 @@ void tst_Logger_CAN_View::dialogsCloseWhenNothingCanBeEdited()
     QVERIFY(dialog && dialog->isVisible());
     m_bench->setState(APP_STA_CONN_LOG_ON);
     QVERIFY(!dialog->isVisible());
+    QVERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("Closed, since the configuration can't be changed now: CAN-2 "
+                            "Configuration"));
+}
+
+void tst_Logger_CAN_View::withoutADialogNothingIsToldOfItsEnd()
+{
+    m_bench->page();
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QVERIFY(!m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
 }
 
 void tst_Logger_CAN_View::theModeOfTheA2lFileIsShown()
@@ -196,6 +259,25 @@ void tst_Logger_CAN_View::whatTheUserAsksForCarriesTheChannel()
     QCOMPARE(file, once);
     QCOMPARE(enabled,
              (QVector<std::pair<int, int>>{{CanPageBench::number, 1}, {CanPageBench::number, 0}}));
+}
+
+void tst_Logger_CAN_View::aSessionEndsWithItsConnection_data()
+{
+    QTest::addColumn<AppSta_t>("state");
+    QTest::newRow("lost") << APP_STA_DISCONN;
+    QTest::newRow("the next one") << APP_STA_CONN_INIT;
+}
+
+void tst_Logger_CAN_View::aSessionEndsWithItsConnection()
+{
+    QFETCH(AppSta_t, state);
+    m_bench->page();
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    emit m_bench->handler.signal_ccp_xcp_infos(CanPageBench::number, 18, 49);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("XCP Session Active/Running"));
+    m_bench->setState(state);
+    QCOMPARE(m_bench->label("label_session_status"), QStringLiteral("-"));
+    QCOMPARE(m_bench->label("label_session_error"), QString());
 }
 
 void tst_Logger_CAN_View::receivedFramesAreListed()
@@ -329,6 +411,20 @@ void tst_Logger_CAN_View::theListCanBeCleared()
     QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
 }
 
+void tst_Logger_CAN_View::framesWithoutARowAreCounted()
+{
+    m_bench->page();
+    for (quint32 id = 0; id < 600; ++id)
+        m_bench->receive(id, "01");
+    QCOMPARE(m_bench->label("label_rx_note"), QString());
+    for (quint32 id = 600; id < 603; ++id)
+        m_bench->receive(id, "01");
+    QCOMPARE(m_bench->label("label_rx_note"),
+             QStringLiteral("3 frames of further identifiers are not listed."));
+    m_bench->button("pushButton_clear_rx_list")->click();
+    QCOMPARE(m_bench->label("label_rx_note"), QString());
+}
+
 void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
 {
     m_bench->page().show();
@@ -355,13 +451,44 @@ void tst_Logger_CAN_View::theListIsSavedInTheOrderShown()
     QVERIFY(m_bench->prompt.shown.isEmpty());
 }
 
+void tst_Logger_CAN_View::theListIsProposedBesideTheDbcFileAndNotInItsPlace()
+{
+    SettingsStore().setValue(QStringLiteral("DbcLoadPath"), m_bench->writeFile("car.dbc", ""));
+    m_bench->button("pushButton_save_rx_list")->click();
+    QCOMPARE(m_bench->prompt.pickers,
+             QStringList(QStringLiteral("Save received frames|%1|Text-Files (*.txt)")
+                             .arg(m_bench->folder.filePath(QStringLiteral("CAN-2.txt")))));
+}
+
 void tst_Logger_CAN_View::aListThatCannotBeSavedIsTold()
 {
     m_bench->page();
     m_bench->prompt.picks = QStringList(m_bench->folder.filePath(QStringLiteral("none/list.txt")));
     m_bench->button("pushButton_save_rx_list")->click();
-    QCOMPARE(m_bench->prompt.shown.size(), 1);
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(QStringLiteral("Error saving list|%1 can't be written.")
+                             .arg(m_bench->folder.filePath(QStringLiteral("none/list.txt")))));
     QVERIFY(!m_bench->prompt.reasons.first().isEmpty());
+}
+
+void tst_Logger_CAN_View::selectedRowsAreCopiedAsText()
+{
+    m_bench->showActive();
+    for (const quint32 id : {0x100U, 0x200U, 0x300U})
+        m_bench->receive(id, "01");
+    auto *table = m_bench->find<QTableView>("tableView_rx");
+    table->sortByColumn(0, Qt::DescendingOrder);
+    table->setFocus();
+    table->selectRow(0);
+    table->selectionModel()->select(table->model()->index(2, 0),
+                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines =
+        QGuiApplication::clipboard()->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 3);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("ID ")));
+    QVERIFY(lines.at(1).startsWith(QStringLiteral("300 ")));
+    QVERIFY(lines.at(2).startsWith(QStringLiteral("100 ")));
 }
 
 void tst_Logger_CAN_View::framesAreForwarded()
@@ -476,6 +603,16 @@ void tst_Logger_CAN_View::columnsAreRemembered()
     m_bench->receive(2, "");
     m_bench->receive(2, "");
     QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
+}
+
+void tst_Logger_CAN_View::columnsOfTheSignalsAreRemembered()
+{
+    m_bench->page().show();
+    m_bench->find<QTableView>("tableView_dbc")->setColumnWidth(4, 133);
+    m_bench->page().hide();
+    m_bench->closePage();
+    m_bench->page().show();
+    QCOMPARE(m_bench->find<QTableView>("tableView_dbc")->columnWidth(4), 133);
 }
 
 void tst_Logger_CAN_View::everyControlSaysWhatItIsFor()

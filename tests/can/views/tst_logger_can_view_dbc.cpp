@@ -25,16 +25,19 @@ private slots:
     void aSelectionThatIsRejectedHasNoSummary();
     void aFileWithAnErrorIsToldAndChangesNothing();
     void aFileWithoutSignalsIsToldAndChangesNothing();
+    void aFileWithoutSignalsSaysWhatWasPassedOver();
     void aFileThatCannotBeReadIsTold();
+    void aFolderIsNoFileToBeRead();
     void theLastFileIsOfferedAgain();
     void theLastFileIsRememberedForItsChannel();
     void aLastFileThatIsGoneIsNotOffered();
     void aDroppedFileIsLoaded();
     void otherThingsAreNotTakenWhenDropped();
     void nothingIsLoadedWhileTheConfigurationIsLocked();
+    void aFileDroppedDuringALoadIsNotLoaded();
+    void aStateThatLocksDuringALoadIsTold();
     void aLongLoadShowsItsProgressAndCanBeCancelled();
     void aCancelBehindTheEndOfALoadCounts();
-    void aFileThatComesTooLateIsTold();
     void clearedFlagsAreANotice();
     void aNoticeOfManyNamesIsCut();
     void longNamesAreCutInANotice();
@@ -43,8 +46,13 @@ private slots:
 
     void insertedSignalsReplaceTheSameOnes();
     void selectedSignalsCanBeRemoved();
+    void whatIsSelectedIsRemovedInAFilteredAndSortedTable();
     void theDeleteKeyRemoves();
+    void filtersInUseAreCounted();
+    void aClickAnywhereInACellTicksIt();
     void aTickIsWritten();
+    void anEditOfACellIsWritten_data();
+    void anEditOfACellIsWritten();
     void aLiveTickStartsDecoding();
     void liveTicksAreAllowedWhileLogging();
     void liveValuesSurviveAnEcho();
@@ -64,6 +72,17 @@ private:
     {
         m_bench->prompt.picks = QStringList(path);
         m_bench->button("pushButton_load_dbc_file")->click();
+    }
+    void drop(const QString &path)
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(&m_bench->page(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent event(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_bench->page(), &event);
     }
     QString goodFile() const
     {
@@ -102,7 +121,7 @@ private:
 
 namespace {
 
-enum Column { Record, Live, Name, Value };
+enum Column { Record, Live, Name, Value, Unit, Multiplicator, Offset };
 
 } // namespace
 
@@ -122,7 +141,7 @@ void tst_Logger_CAN_View_Dbc::aFileLeadsToTheSelection()
     QTRY_VERIFY(selector());
     QCOMPARE(selector()->windowTitle(), QStringLiteral("DBC-Signal Selection"));
     QCOMPARE(selector()->findChild<QLabel *>(QStringLiteral("label_summary"))->text(),
-             QStringLiteral("car.dbc: 1 message, 2 signals"));
+             QStringLiteral("CAN-2: car.dbc: 1 message, 2 signals"));
     QVERIFY(m_bench->label("label_dbc_summary").contains(QStringLiteral("no signals")));
     QCOMPARE(SettingsStore().value(QStringLiteral("DbcLoadPath")).toString(), path);
     QVERIFY(m_bench->prompt.shown.isEmpty());
@@ -202,7 +221,32 @@ void tst_Logger_CAN_View_Dbc::aFileThatCannotBeReadIsTold()
 {
     loadByButton(m_bench->folder.filePath(QStringLiteral("none.dbc")));
     QTRY_COMPARE(m_bench->prompt.shown, QStringList(QStringLiteral("Error loading dbc-file|")));
-    QVERIFY(m_bench->prompt.reasons.first().contains(QStringLiteral("none.dbc")));
+    QCOMPARE(m_bench->prompt.reasons.first(),
+             QStringLiteral("%1 can't be read: the file does not exist.")
+                 .arg(m_bench->folder.filePath(QStringLiteral("none.dbc"))));
+}
+
+void tst_Logger_CAN_View_Dbc::aFolderIsNoFileToBeRead()
+{
+    loadByButton(m_bench->folder.path());
+    QTRY_COMPARE(
+        m_bench->prompt.reasons,
+        QStringList(
+            QStringLiteral("%1 can't be read: it is a folder.").arg(m_bench->folder.path())));
+}
+
+void tst_Logger_CAN_View_Dbc::aFileWithoutSignalsSaysWhatWasPassedOver()
+{
+    const QString path = m_bench->writeFile("tables.dbc", "BO_ 291 Engine: 8 ECU\n"
+                                                          "\n"
+                                                          " SG_ Lost : 0|8@1+ (1,0) [0|0] \"\" E\n"
+                                                          "VAL_ 291 Gear 0 \"N\" 1 \"D\" ;\n");
+    loadByButton(path);
+    QTRY_COMPARE(
+        m_bench->prompt.shown,
+        QStringList(QStringLiteral("Open DBC-file|There is no signal in %1.\n\nPassed over: 1 "
+                                   "signal outside of a message, 1 value table.")
+                        .arg(path)));
 }
 
 void tst_Logger_CAN_View_Dbc::theLastFileIsOfferedAgain()
@@ -211,8 +255,8 @@ void tst_Logger_CAN_View_Dbc::theLastFileIsOfferedAgain()
     loadByButton(goodFile());
     QTRY_VERIFY(selector());
     selector()->reject();
-    QVERIFY(
-        m_bench->button("pushButton_reload_dbc_file")->text().contains(QStringLiteral("car.dbc")));
+    QCOMPARE(m_bench->button("pushButton_reload_dbc_file")->text(),
+             QStringLiteral("Load a&gain: car.dbc"));
     m_bench->button("pushButton_reload_dbc_file")->click();
     QTRY_VERIFY(selector());
     QCOMPARE(m_bench->prompt.pickers.size(), 1);
@@ -242,13 +286,7 @@ void tst_Logger_CAN_View_Dbc::aLastFileThatIsGoneIsNotOffered()
 
 void tst_Logger_CAN_View_Dbc::aDroppedFileIsLoaded()
 {
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(goodFile())});
-    QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_bench->page(), &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_bench->page(), &drop);
+    drop(goodFile());
     QTRY_VERIFY(selector());
 }
 
@@ -273,15 +311,37 @@ void tst_Logger_CAN_View_Dbc::nothingIsLoadedWhileTheConfigurationIsLocked()
 {
     m_bench->page();
     m_bench->setState(APP_STA_CONN_LOG_ON);
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(goodFile())});
-    QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QCoreApplication::sendEvent(&m_bench->page(), &enter);
-    QVERIFY(!enter.isAccepted());
-    m_bench->page().loadDbcFile(goodFile());
+    const QString path = goodFile();
+    drop(path);
+    QVERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("car.dbc was not loaded: the configuration can't be changed now."));
+    QVERIFY(m_bench->find<QLabel>("label_notice")->toolTip().contains(path));
     QVERIFY(!m_bench->find<QFrame>("frame_loading")->isVisibleTo(&m_bench->page()));
     QCOMPARE(m_bench->label("label_loading"), QString());
+}
+
+void tst_Logger_CAN_View_Dbc::aFileDroppedDuringALoadIsNotLoaded()
+{
+    const QString first = goodFile();
+    const QString second = m_bench->writeFile("second.dbc", "BO_ 1 M: 8 ECU\n");
+    m_bench->page().loadDbcFile(first);
+    drop(second);
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("second.dbc was not loaded: another file is being read."));
+    QTRY_VERIFY(selector());
+    QCOMPARE(selector()->findChild<QLabel *>(QStringLiteral("label_summary"))->text(),
+             QStringLiteral("CAN-2: car.dbc: 1 message, 2 signals"));
+}
+
+void tst_Logger_CAN_View_Dbc::aStateThatLocksDuringALoadIsTold()
+{
+    const QString path = goodFile();
+    m_bench->page().loadDbcFile(path);
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QTRY_COMPARE(m_bench->label("label_notice"),
+                 QStringLiteral("car.dbc was not loaded: the configuration can't be changed now."));
+    QVERIFY(!selector());
 }
 
 void tst_Logger_CAN_View_Dbc::aLongLoadShowsItsProgressAndCanBeCancelled()
@@ -318,23 +378,15 @@ void tst_Logger_CAN_View_Dbc::aCancelBehindTheEndOfALoadCounts()
     QVERIFY(m_bench->prompt.shown.isEmpty());
 }
 
-void tst_Logger_CAN_View_Dbc::aFileThatComesTooLateIsTold()
-{
-    const QString path = goodFile();
-    m_bench->page().loadDbcFile(path);
-    m_bench->setState(APP_STA_CONN_LOG_ON);
-    QTRY_VERIFY(m_bench->find<QFrame>("frame_notice")->isVisibleTo(&m_bench->page()));
-    QVERIFY(m_bench->label("label_notice").startsWith(path + QStringLiteral(" was not loaded")));
-    QVERIFY(!selector());
-}
-
 void tst_Logger_CAN_View_Dbc::clearedFlagsAreANotice()
 {
     m_bench->page();
     const auto *notice = m_bench->find<QFrame>("frame_notice");
     writeMessages(130);
     QVERIFY(notice->isVisibleTo(&m_bench->page()));
-    QVERIFY(m_bench->label("label_notice").endsWith(QStringLiteral("of: Signal128, Signal129")));
+    QCOMPARE(m_bench->label("label_notice"),
+             QStringLiteral("The channel has 128 message filters. \"Record\" and \"Live\" were "
+                            "cleared, since more would be needed, of: Signal128, Signal129"));
     QVERIFY(m_bench->prompt.shown.isEmpty());
     m_bench->button("pushButton_notice_close")->click();
     QVERIFY(!notice->isVisibleTo(&m_bench->page()));
@@ -418,6 +470,19 @@ void tst_Logger_CAN_View_Dbc::selectedSignalsCanBeRemoved()
     QCOMPARE(rows()->rowCount(), 1);
 }
 
+void tst_Logger_CAN_View_Dbc::whatIsSelectedIsRemovedInAFilteredAndSortedTable()
+{
+    m_bench->writeSignals({QStringLiteral("Ra"), QStringLiteral("Other"), QStringLiteral("Rc"),
+                           QStringLiteral("Rb")});
+    auto *table = m_bench->find<QTableView>("tableView_dbc");
+    m_bench->find<QLineEdit>("lineEdit_dbc_filter")->setText(QStringLiteral("R"));
+    table->sortByColumn(Name, Qt::DescendingOrder);
+    QCOMPARE(m_bench->cell("tableView_dbc", 0, Name), QStringLiteral("Rc"));
+    table->selectRow(0);
+    m_bench->button("pushButton_remove_selected")->click();
+    QCOMPARE(m_bench->signalNames().join(QLatin1Char(',')), QStringLiteral("Ra,Other,Rb"));
+}
+
 void tst_Logger_CAN_View_Dbc::theDeleteKeyRemoves()
 {
     m_bench->writeSignals({QStringLiteral("A"), QStringLiteral("B")});
@@ -429,6 +494,37 @@ void tst_Logger_CAN_View_Dbc::theDeleteKeyRemoves()
     QCOMPARE(m_bench->signalNames(), QStringList(QStringLiteral("A")));
 }
 
+void tst_Logger_CAN_View_Dbc::filtersInUseAreCounted()
+{
+    const auto isRed = [this] {
+        return m_bench->find<QLabel>("label_filters")->styleSheet().contains(QStringLiteral("red"));
+    };
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("0 of 128 filters"));
+    writeMessages(127);
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("127 of 128 filters"));
+    QVERIFY(!isRed());
+    writeMessages(128);
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("128 of 128 filters"));
+    QVERIFY(isRed());
+    tick(0, Record, Qt::Unchecked);
+    QCOMPARE(m_bench->label("label_filters"), QStringLiteral("127 of 128 filters"));
+    QVERIFY(!isRed());
+    tick(0, Live, Qt::Checked);
+    QVERIFY(isRed());
+}
+
+void tst_Logger_CAN_View_Dbc::aClickAnywhereInACellTicksIt()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page().show();
+    auto *table = m_bench->find<QTableView>("tableView_dbc");
+    for (const Column column : {Record, Live}) {
+        const QRect cell = table->visualRect(rows()->index(0, column));
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+    }
+    QCOMPARE(int(m_bench->channel().dbc_signals.at(0)->selection_flags), 0);
+}
+
 void tst_Logger_CAN_View_Dbc::aTickIsWritten()
 {
     m_bench->writeSignals({QStringLiteral("A")});
@@ -438,6 +534,33 @@ void tst_Logger_CAN_View_Dbc::aTickIsWritten()
     QCOMPARE(told.size(), 1);
     QCOMPARE(int(m_bench->channel().dbc_signals.at(0)->selection_flags),
              int(StreamingClass_DBC_Signal::liveFlag));
+}
+
+void tst_Logger_CAN_View_Dbc::anEditOfACellIsWritten_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("written"); // name, unit, factor, offset
+    QTest::newRow("name") << int(Name) << QStringLiteral("B") << QStringLiteral("B||1|0");
+    QTest::newRow("unit") << int(Unit) << QStringLiteral("km") << QStringLiteral("A|km|1|0");
+    QTest::newRow("multiplicator")
+        << int(Multiplicator) << QStringLiteral("0.25") << QStringLiteral("A||0.25|0");
+    QTest::newRow("offset") << int(Offset) << QStringLiteral("-40") << QStringLiteral("A||1|-40");
+}
+
+void tst_Logger_CAN_View_Dbc::anEditOfACellIsWritten()
+{
+    QFETCH(int, column);
+    QFETCH(QString, text);
+    m_bench->writeSignals({QStringLiteral("A")});
+    m_bench->page();
+    const QSignalSpy told(&m_bench->handler, &Logger_Data_Handler_Class::signal_update_cfg_can);
+    QVERIFY(rows()->setData(rows()->index(0, column), text));
+    QCOMPARE(told.size(), 1);
+    const StreamingClass_DBC_Signal &signal = *m_bench->channel().dbc_signals.at(0);
+    const QStringList written{signal.name, signal.unit, QString::number(signal.factor),
+                              QString::number(signal.offset)};
+    QTEST(written.join(QLatin1Char('|')), "written");
 }
 
 void tst_Logger_CAN_View_Dbc::aLiveTickStartsDecoding()

@@ -4,6 +4,7 @@
 #include "tests/support/simulatedlogger.h"
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QLineEdit>
 #include <QTableView>
 
@@ -22,10 +23,13 @@ private slots:
     void aRemoteFrameIsSentWithoutData();
     void anFdFrameHasUpTo64Bytes();
     void returnInAFieldSends();
+    void framesThatWereSentAreCounted();
+    void theTabKeyLeadsThroughTheRow();
     void aRefusalOfTheLoggerIsTold();
     void nothingIsSentWithoutALogger();
     void anIdentifierAboveTheLimitIsRefused_data();
     void anIdentifierAboveTheLimitIsRefused();
+    void theIdentifierTakesEightHexadecimalDigits();
     void aByteThatDoesNotParseIsRefused();
     void theLengthEnablesTheFields();
     void returnTakesATypedLength();
@@ -34,6 +38,8 @@ private slots:
     void theFormatDecidesOnTheLengths();
     void thereAreNoRemoteFdFrames();
     void framesOfTheLoggerAreShownLive();
+    void aRefusedNameIsTakenBack();
+    void aMultiplexorReachesTheLoggerWithoutTicks();
     void anEditIsShownWhenItIsEchoed_data();
     void anEditIsShownWhenItIsEchoed();
     void editsInARowAllHold();
@@ -147,13 +153,41 @@ void tst_Logger_CAN_View_Tx::returnInAFieldSends()
     QCOMPARE(sent().size(), 2);
 }
 
+void tst_Logger_CAN_View_Tx::framesThatWereSentAreCounted()
+{
+    connectLogger();
+    type("5", {});
+    send();
+    QCOMPARE(m_bench->label("label_send_result"), QStringLiteral("Sent."));
+    send();
+    QCOMPARE(m_bench->label("label_send_result"), QStringLiteral("Sent (2)."));
+    m_bench->setState(APP_STA_CONN_LOG_ON);
+    QCOMPARE(m_bench->label("label_send_result"), QString());
+    send();
+    QCOMPARE(m_bench->label("label_send_result"), QStringLiteral("Sent."));
+}
+
+void tst_Logger_CAN_View_Tx::theTabKeyLeadsThroughTheRow()
+{
+    connectLogger();
+    type("5", {QStringLiteral("01"), QStringLiteral("02")});
+    m_bench->showActive();
+    m_bench->find<DlcSpinBox>("spinBox_dlc")->setFocus();
+    const QList<QWidget *> behind = {field(0), field(1), m_bench->button("pushButton_send_msg")};
+    for (const QWidget *next : behind) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), next);
+    }
+}
+
 void tst_Logger_CAN_View_Tx::aRefusalOfTheLoggerIsTold()
 {
     connectLogger();
     m_logger->setFault(QStringLiteral("error-reply@write_can_2_msg"));
     type("5", {});
     send();
-    QCOMPARE(m_bench->prompt.shown.size(), 1);
+    QCOMPARE(m_bench->prompt.shown,
+             QStringList(QStringLiteral("Frame not sent|The logger didn't take the frame.")));
     QVERIFY(!m_bench->prompt.reasons.first().isEmpty());
     QCOMPARE(m_bench->label("label_send_result"), QString());
 }
@@ -191,6 +225,22 @@ void tst_Logger_CAN_View_Tx::anIdentifierAboveTheLimitIsRefused()
     QVERIFY(sent().isEmpty());
     QCOMPARE(m_bench->prompt.shown.size(), 1);
     QVERIFY(m_bench->prompt.shown.first().startsWith(QStringLiteral("Invalid Parameter|")));
+}
+
+void tst_Logger_CAN_View_Tx::theIdentifierTakesEightHexadecimalDigits()
+{
+    m_bench->showActive();
+    auto *id = m_bench->find<QLineEdit>("lineEdit_id");
+    QCOMPARE(id->inputMask(), QStringLiteral("HHHHHHHH"));
+    id->setFocus();
+    id->setCursorPosition(0);
+    QTest::keyClicks(id, QStringLiteral("1gF-0a2345678"));
+    QCOMPARE(id->text(), QStringLiteral("1F0a2345"));
+    QCOMPARE(m_bench->label("label_id_limit"), QStringLiteral("up to 0x7FF"));
+    check("checkBox_29_bit");
+    QCOMPARE(m_bench->label("label_id_limit"), QStringLiteral("up to 0x1FFFFFFF"));
+    check("checkBox_29_bit");
+    QCOMPARE(m_bench->label("label_id_limit"), QStringLiteral("up to 0x7FF"));
 }
 
 void tst_Logger_CAN_View_Tx::aByteThatDoesNotParseIsRefused()
@@ -316,6 +366,40 @@ void tst_Logger_CAN_View_Tx::framesOfTheLoggerAreShownLive()
     QTRY_VERIFY(m_bench->rows("tableView_rx")->rowCount() > 0);
     QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("321"));
     QCOMPARE(m_bench->cell("tableView_rx", 0, 5), QStringLiteral("Temperature"));
+}
+
+void tst_Logger_CAN_View_Tx::aRefusedNameIsTakenBack()
+{
+    m_bench->writeSignals({QStringLiteral("A")});
+    connectLogger();
+    QVERIFY(m_bench->handler.writeCan(CanPageBench::number, m_bench->channel()));
+    QCoreApplication::processEvents(); // the echo
+    m_logger->setFault(QStringLiteral("refused-write"));
+    QAbstractItemModel *rows = m_bench->rows("tableView_dbc");
+    rows->setData(rows->index(0, 2), QStringLiteral("B"));
+    QTRY_COMPARE(m_bench->cell("tableView_dbc", 0, 2), QStringLiteral("A"));
+    QCOMPARE(m_bench->signalNames(), QStringList(QStringLiteral("A")));
+}
+
+void tst_Logger_CAN_View_Tx::aMultiplexorReachesTheLoggerWithoutTicks()
+{
+    connectLogger();
+    m_bench->page().loadDbcFile(
+        m_bench->writeFile("mux.dbc", "BO_ 291 Engine: 8 ECU\n"
+                                      " SG_ Page M : 0|8@1+ (1,0) [0|0] \"\" ECU\n"
+                                      " SG_ Speed m3 : 8|8@1+ (1,0) [0|0] \"\" ECU\n"));
+    QDialog *selector = nullptr;
+    QTRY_VERIFY((selector = m_bench->page().findChild<QDialog *>()) != nullptr);
+    QVERIFY(QMetaObject::invokeMethod(selector, "on_pushButton_select_all_clicked"));
+    QVERIFY(QMetaObject::invokeMethod(selector, "load_selected"));
+    const QString held = m_logger->inspect([](LoggerSimulator &s) {
+        QStringList names;
+        for (const StreamingClass_DBC_Signal *signal :
+             s.state().configuration.can.at(CanPageBench::number).dbc_signals)
+            names += QStringLiteral("%1 %2").arg(signal->name).arg(signal->selection_flags);
+        return names.join(QLatin1Char(','));
+    });
+    QCOMPARE(held, QStringLiteral("Speed 1,Page 0"));
 }
 
 void tst_Logger_CAN_View_Tx::anEditIsShownWhenItIsEchoed_data()

@@ -6,8 +6,8 @@
 #include <type_traits>
 #include <utility>
 
-// Everything that goes from one thread of the link to another without a lock of its own goes through
-// here: calls of functions on the thread of another object, and the end of a thread.
+// What goes from one thread to another without a lock of its own goes through here: calls of functions
+// on the thread of another object, and the end of a thread.
 namespace threadcall {
 
 // A function on its way to another thread. The flag is set when the function stands where it stays,
