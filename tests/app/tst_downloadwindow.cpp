@@ -1,7 +1,9 @@
 #include "MDF4Conversion/views/dialogconverter.h"
 #include "app/dialogs.h"
-#include "app/loggerlink.h"
+#include "app/handlerlink.h"
 #include "app/mainwindow.h"
+#include "app/state/appcontroller.h"
+#include "app/state/usersettings.h"
 #include "link/views/dialogtcpfiletransferclientdialog.h"
 #include "tests/app/scriptedprompt.h"
 #include "tests/support/filecontents.h"
@@ -10,6 +12,9 @@
 #include <QDir>
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
+#include <QSettings>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,6 +33,7 @@ private slots:
     void filesForOtherFormatsHaveToWait();
     void aDownloadThatHasEndedGivesWayToTheNext();
     void filesThatAreFetchedAreUnderWayOnTheirLogger();
+    void thePageKeepsWhatIsFetchedOnTheLogger();
     void afterACancelWhatHadArrivedIsOfferedForConversion();
     void anOfferThatIsTakenConverts();
     void aCancelWithoutFormatsOffersNothing();
@@ -196,6 +202,33 @@ void tst_DownloadWindow::filesThatAreFetchedAreUnderWayOnTheirLogger()
     QCOMPARE(bench.parts.filesUnderWay(QHostAddress(QStringLiteral("127.0.0.2"))), QStringList());
     bench.dialogs().at(0)->cancel_transfer();
     QCOMPARE(bench.parts.filesUnderWay(bench.logger.address()), QStringList());
+}
+
+void tst_DownloadWindow::thePageKeepsWhatIsFetchedOnTheLogger()
+{
+    Bench bench;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, bench.target.path());
+    UserSettings settings(bench.target.filePath(QStringLiteral("usr.ini")));
+    QVERIFY(settings.setIpAddress(bench.logger.address().toString()));
+    AppController controller;
+    bench.parts.link = std::make_unique<HandlerLink>(&controller);
+    bench.parts.prompt = &bench.prompt;
+    bench.parts.settings = &settings;
+    MainWindow window(&controller, QStringLiteral("MainWindow"), std::move(bench.parts));
+    window.registerToController();
+    bench.prompt.answer = true; // to stop logging, and to delete
+    window.findChild<QPushButton *>(QStringLiteral("pushButton_connect_disconnect"))->click();
+    auto *table = window.findChild<QTableWidget *>(QStringLiteral("tableWidget_logfiles"));
+    QTRY_COMPARE(table->rowCount(), 2);
+    bench.stopInTheMiddle();
+    window.start_dialog_file_download({QStringLiteral("a.rld")}, {1000}, bench.folder, {});
+    bench.prompt.shown.clear();
+    table->selectAll();
+    window.findChild<QPushButton *>(QStringLiteral("pushButton_delete_selected_logfile"))->click();
+    QCOMPARE(bench.prompt.shown,
+             QStringList{QStringLiteral("Delete File|These files are being downloaded and can't be "
+                                        "deleted until that has ended:\r\na.rld")});
+    QCOMPARE(table->rowCount(), 2);
 }
 
 void tst_DownloadWindow::afterACancelWhatHadArrivedIsOfferedForConversion()
