@@ -4,6 +4,7 @@
 #include "MDF4Conversion/growingfile.h"
 #include "MDF4Conversion/nativepath.h"
 #include "link/korvissystemtoolsclass.h"
+#include "link/protocol/commands.h"
 
 #include <QDebug>
 #include <QDir>
@@ -22,11 +23,10 @@ QString fileError(const QString &cause)
     return QStringLiteral("File-Error.(%1)").arg(cause);
 }
 
-// The request is a line; a name with a line end would be two requests.
+// The request is a line, as a command is; a name with a line end would be two requests.
 bool isRequestable(const QString &name)
 {
-    return !name.isEmpty() && !name.contains(QLatin1Char('\r')) && !name.contains(QLatin1Char('\n'))
-           && QString::fromLatin1(name.toLatin1()) == name;
+    return protocol::isArgument(name);
 }
 
 } // namespace

@@ -80,6 +80,7 @@ private slots:
     void changesInARowAllHold();
     void theLoggersStateIsShown();
     void everyControlHasANameAndAToolTip();
+    void theToolTipsOfNumbersTellTheirRange();
 
 private:
     // The configuration in memory gets these; the handler is offline.
@@ -489,6 +490,19 @@ void tst_LoggerMainViewTrigger::everyControlHasANameAndAToolTip()
         QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
     }
     QVERIFY(controls >= 23);
+}
+
+void tst_LoggerMainViewTrigger::theToolTipsOfNumbersTellTheirRange()
+{
+    for (const char *name : {"spinBox_trigger_delay_seconds", "spinBox_trigger_signal_can_nr"}) {
+        const auto *box = m_bench->find<QSpinBox>(name);
+        const QString range = QStringLiteral("%1 to %2").arg(box->minimum()).arg(box->maximum());
+        QVERIFY2(box->toolTip().contains(range), name);
+    }
+    const auto *value = m_bench->find<QDoubleSpinBox>("doubleSpinBox_trigger_signal_value");
+    QVERIFY(value->toolTip().contains(QStringLiteral("%1 to %2")
+                                          .arg(value->minimum(), 0, 'f', 0)
+                                          .arg(value->maximum(), 0, 'f', 0)));
 }
 
 QTEST_MAIN(tst_LoggerMainViewTrigger)
