@@ -91,9 +91,9 @@ private:
                                              " SG_ Torque : 16|8@1- (1,0) [0|0] \"Nm\" ECU\n");
     }
     // All signals of the good file.
-    void loadAll()
+    void loadAll(const QString &path)
     {
-        loadByButton(goodFile());
+        loadByButton(path);
         QTRY_VERIFY(selector());
         QVERIFY(QMetaObject::invokeMethod(selector(), "on_pushButton_select_all_clicked"));
         QVERIFY(QMetaObject::invokeMethod(selector(), "load_selected"));
@@ -157,7 +157,7 @@ void tst_Logger_CAN_View_Dbc::cancellingThePickerLoadsNothing()
 
 void tst_Logger_CAN_View_Dbc::selectedSignalsJoinTheChannel()
 {
-    loadAll();
+    loadAll(goodFile());
     QCOMPARE(m_bench->signalNames().join(QLatin1Char(',')), QStringLiteral("Speed,Torque"));
     QCOMPARE(rows()->rowCount(), 2);
     QCOMPARE(m_bench->cell("tableView_dbc", 1, Name), QStringLiteral("Torque"));
@@ -166,7 +166,7 @@ void tst_Logger_CAN_View_Dbc::selectedSignalsJoinTheChannel()
 
 void tst_Logger_CAN_View_Dbc::theSummaryStaysAsLongAsTheSignals()
 {
-    loadAll();
+    loadAll(goodFile());
     const QString summary = m_bench->label("label_dbc_summary");
     QVERIFY(m_bench->handler.cmd_write_can_enabled(CanPageBench::number, 1));
     QVERIFY(m_bench->handler.cmd_write_aux_supply_control(1)); // a full update, too
@@ -178,7 +178,7 @@ void tst_Logger_CAN_View_Dbc::theSummaryStaysAsLongAsTheSignals()
 
 void tst_Logger_CAN_View_Dbc::anotherConfigurationHasNoSummary()
 {
-    loadAll();
+    loadAll(goodFile());
     TerminalStruct other;
     other.can.at(CanPageBench::number).dbc_signals.add().name = QStringLiteral("Other");
     QVERIFY(m_bench->handler.writeWholeConfiguration(other));
@@ -417,8 +417,7 @@ void tst_Logger_CAN_View_Dbc::theNameOfALongFileIsCut()
     const QString path = m_bench->writeFile(qPrintable(name + QStringLiteral(".dbc")),
                                             "BO_ 291 Engine: 8 ECU\n"
                                             " SG_ Speed : 0|16@1+ (0.5,0) [0|0] \"rpm\" ECU\n");
-    loadByButton(path);
-    QTRY_VERIFY(selector());
+    loadAll(path);
     QVERIFY(m_bench->label("label_loading").startsWith(QStringLiteral("Reading a&bxxx")));
     QVERIFY(
         m_bench->button("pushButton_reload_dbc_file")->text().contains(QStringLiteral("a&&bxxx")));
