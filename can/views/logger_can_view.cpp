@@ -122,7 +122,7 @@ void Logger_CAN_View::setUpTables()
         for (int column = 0; column < widths.size(); ++column)
             table->setColumnWidth(column, widths.at(column) * em);
     };
-    setWidths(m_ui->tableView_dbc, {5, 4, 17, 8, 6, 8, 5, 7});
+    setWidths(m_ui->tableView_dbc, {5, 4, 14, 8, 6, 8, 5, 7});
     setWidths(m_ui->tableView_rx, {8, 4, 22, 10, 8});
     m_ui->tableView_dbc->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     m_ui->tableView_rx->sortByColumn(0, Qt::AscendingOrder);
