@@ -95,43 +95,12 @@ DialogCAN_Cfg::~DialogCAN_Cfg() = default;
 void DialogCAN_Cfg::connectTimingBoxes()
 {
     const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    const auto connectBox = [this, changed](QSpinBox *box, void (DialogCAN_Cfg::*calculate)()) {
-        connect(box, changed, this, [this, box] { forgetKept(box); });
-        connect(box, changed, this, calculate);
-    };
     for (QSpinBox *box :
          {m_ui->spinBox_clk_div, m_ui->spinBox_tseg1, m_ui->spinBox_tseg2, m_ui->spinBox_sjw})
-        connectBox(box, &DialogCAN_Cfg::calculate_bitrate_infos);
+        connect(box, changed, this, &DialogCAN_Cfg::calculate_bitrate_infos);
     for (QSpinBox *box : {m_ui->spinBox_fast_clk_div, m_ui->spinBox_fast_tseg1,
                           m_ui->spinBox_fast_tseg2, m_ui->spinBox_fast_sjw})
-        connectBox(box, &DialogCAN_Cfg::calculate_fast_bitrate_infos);
-}
-
-// A value that the box can't hold stays the channel's until the box is edited.
-void DialogCAN_Cfg::showRegister(QSpinBox *box, int value)
-{
-    setRegister(box, value);
-    if (box->value() == value)
-        return;
-    m_kept.insert(box, value);
-    box->setSuffix(tr(" (now %1)").arg(value));
-}
-
-void DialogCAN_Cfg::setRegister(QSpinBox *box, int value)
-{
-    forgetKept(box);
-    box->setValue(value);
-}
-
-void DialogCAN_Cfg::forgetKept(QSpinBox *box)
-{
-    if (m_kept.remove(box) != 0)
-        box->setSuffix({});
-}
-
-int DialogCAN_Cfg::registerOf(QSpinBox *box) const
-{
-    return m_kept.value(box, box->value());
+        connect(box, changed, this, &DialogCAN_Cfg::calculate_fast_bitrate_infos);
 }
 
 void DialogCAN_Cfg::setUpFilterTable()
@@ -164,9 +133,9 @@ void DialogCAN_Cfg::set_cfg_to_gui()
     }
     m_ui->comboBox_can_iso_preset->setCurrentIndex(0);
     m_ui->comboBox_can_fd_preset->setCurrentIndex(0);
-    showRegister(m_ui->spinBox_clk_div, m_channel.clk_div);
+    m_ui->spinBox_clk_div->setValue(m_channel.clk_div);
     for (const SpinBoxOfField &s : spinBoxes)
-        showRegister((*m_ui).*s.box, m_channel.*s.field);
+        ((*m_ui).*s.box)->setValue(m_channel.*s.field);
     calculate_bitrate_infos();
     calculate_fast_bitrate_infos();
     m_filters->setRows(m_channel.filters);
@@ -203,31 +172,31 @@ void DialogCAN_Cfg::load_preset_clicked()
 
 void DialogCAN_Cfg::set_can_bitrate_values(int clk_div, int tseg1, int tseg2, int sjw)
 {
-    setRegister(m_ui->spinBox_clk_div, clk_div);
-    setRegister(m_ui->spinBox_tseg1, tseg1);
-    setRegister(m_ui->spinBox_tseg2, tseg2);
-    setRegister(m_ui->spinBox_sjw, sjw);
+    m_ui->spinBox_clk_div->setValue(clk_div);
+    m_ui->spinBox_tseg1->setValue(tseg1);
+    m_ui->spinBox_tseg2->setValue(tseg2);
+    m_ui->spinBox_sjw->setValue(sjw);
 }
 
 void DialogCAN_Cfg::set_can_fast_bitrate_values(int clk_div, int tseg1, int tseg2, int sjw)
 {
-    setRegister(m_ui->spinBox_fast_clk_div, clk_div);
-    setRegister(m_ui->spinBox_fast_tseg1, tseg1);
-    setRegister(m_ui->spinBox_fast_tseg2, tseg2);
-    setRegister(m_ui->spinBox_fast_sjw, sjw);
+    m_ui->spinBox_fast_clk_div->setValue(clk_div);
+    m_ui->spinBox_fast_tseg1->setValue(tseg1);
+    m_ui->spinBox_fast_tseg2->setValue(tseg2);
+    m_ui->spinBox_fast_sjw->setValue(sjw);
 }
 
 void DialogCAN_Cfg::calculate_bitrate_infos()
 {
-    showResults({registerOf(m_ui->spinBox_clk_div), registerOf(m_ui->spinBox_tseg1),
-                 registerOf(m_ui->spinBox_tseg2), registerOf(m_ui->spinBox_sjw)},
+    showResults({m_ui->spinBox_clk_div->value(), m_ui->spinBox_tseg1->value(),
+                 m_ui->spinBox_tseg2->value(), m_ui->spinBox_sjw->value()},
                 m_ui->lineEdit_bitrate, m_ui->lineEdit_sample_point);
 }
 
 void DialogCAN_Cfg::calculate_fast_bitrate_infos()
 {
-    showResults({registerOf(m_ui->spinBox_fast_clk_div), registerOf(m_ui->spinBox_fast_tseg1),
-                 registerOf(m_ui->spinBox_fast_tseg2), registerOf(m_ui->spinBox_fast_sjw)},
+    showResults({m_ui->spinBox_fast_clk_div->value(), m_ui->spinBox_fast_tseg1->value(),
+                 m_ui->spinBox_fast_tseg2->value(), m_ui->spinBox_fast_sjw->value()},
                 m_ui->lineEdit_fast_bitrate, m_ui->lineEdit_fast_sample_point);
 }
 
@@ -286,9 +255,9 @@ void DialogCAN_Cfg::readWidgets(TerminalCanCfg &channel) const
         channel.can_mode = quint8(mode);
     for (const ButtonsOfField &buttons : buttonsOf(*m_ui))
         channel.*buttons.field = buttons.set->isChecked() ? 1 : 0;
-    channel.clk_div = quint16(registerOf(m_ui->spinBox_clk_div));
+    channel.clk_div = quint16(m_ui->spinBox_clk_div->value());
     for (const SpinBoxOfField &s : spinBoxes)
-        channel.*s.field = quint8(registerOf((*m_ui).*s.box));
+        channel.*s.field = quint8(((*m_ui).*s.box)->value());
     m_filters->copyRowsTo(channel.filters);
 }
 

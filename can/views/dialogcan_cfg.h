@@ -1,13 +1,11 @@
 #pragma once
 
 #include <QDialog>
-#include <QHash>
 
 #include <memory>
 
 struct TerminalCanCfg;
 class ModelIDFilterElements;
-class QSpinBox;
 class UserPrompt;
 
 namespace Ui {
@@ -52,10 +50,6 @@ protected:
 
 private:
     void connectTimingBoxes();
-    void showRegister(QSpinBox *box, int value);
-    void setRegister(QSpinBox *box, int value);
-    void forgetKept(QSpinBox *box);
-    [[nodiscard]] int registerOf(QSpinBox *box) const;
     void setUpFilterTable();
     void showWhoMakesTheFilters();
     void showAimModules();
@@ -67,5 +61,4 @@ private:
     UserPrompt &m_prompt;
     std::unique_ptr<Ui::DialogCAN_Cfg> m_ui;
     ModelIDFilterElements *m_filters; // child of this
-    QHash<QSpinBox *, int> m_kept;    // registers outside the range of their box
 };
