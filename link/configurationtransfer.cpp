@@ -1,6 +1,5 @@
 // The part of Logger_Data_Handler_Class that writes, loops back and applies configuration records.
 
-#include "can/canfilters.h"
 #include "config/configfile.h"
 #include "config/threadcall.h"
 #include "link/cmd_handler_class.h"
@@ -31,15 +30,6 @@ QByteArray serialised(const R &record, const char *name)
     return bytes;
 }
 
-// The signals that lost their ticks, of each channel.
-QVector<QStringList> limitFilters(TerminalCanCfg *first, int count)
-{
-    QVector<QStringList> cleared;
-    for (TerminalCanCfg *channel = first; channel != first + count; ++channel)
-        cleared.append(can::enforceFilterLimit(*channel));
-    return cleared;
-}
-
 } // namespace
 
 bool Logger_Data_Handler_Class::saveConfiguration(const QString &path, QString *error) const
@@ -57,27 +47,9 @@ bool Logger_Data_Handler_Class::writeWholeConfiguration(const TerminalStruct &co
 {
     auto limited = std::make_unique<TerminalStruct>();
     record::copy(configuration, *limited);
-    const auto cleared = limitFilters(limited->can.data(), protocol::canTypes);
-    return writeLimited(0, cleared, [&] {
-        return writeRecord(protocol::WholeConfiguration, *limited, "write_terminal_struct");
-    });
-}
-
-// The logger must not be left with ticks that the tool doesn't show. What is taken from them is told
-// behind the record that comes back: only then have they gone.
-template <class Write>
-bool Logger_Data_Handler_Class::writeLimited(int firstCan, const QVector<QStringList> &cleared,
-                                             Write write)
-{
-    auto before = m_clearedByWrite;
-    for (int i = 0; i < cleared.size(); ++i) {
-        if (!cleared.at(i).isEmpty())
-            m_clearedByWrite.at(std::size_t(firstCan + i)) = cleared.at(i);
-    }
-    if (write())
-        return true;
-    m_clearedByWrite = std::move(before);
-    return false;
+    for (int i = 0; i < protocol::canTypes; ++i)
+        m_filterLimit.limit(i, limited->can.at(std::size_t(i)));
+    return writeRecord(protocol::WholeConfiguration, *limited, "write_terminal_struct");
 }
 
 template <class R>
@@ -191,9 +163,9 @@ bool Logger_Data_Handler_Class::takeRecord(const QByteArray &data, R &record)
 template <class EmitUpdates>
 void Logger_Data_Handler_Class::takeChannels(int firstCan, int count, EmitUpdates emitUpdates)
 {
-    QVector<QStringList> cleared = limitFilters(&m_terminal->can.at(std::size_t(firstCan)), count);
-    for (int i = 0; i < count; ++i)
-        cleared[i] += std::exchange(m_clearedByWrite.at(std::size_t(firstCan + i)), {});
+    QVector<QStringList> cleared;
+    for (int i = firstCan; i < firstCan + count; ++i)
+        cleared.append(m_filterLimit.take(i, m_terminal->can.at(std::size_t(i))));
     emitUpdates();
     for (int i = 0; i < count; ++i) {
         if (!cleared.at(i).isEmpty())
@@ -293,25 +265,32 @@ bool Logger_Data_Handler_Class::cmd_write_aux_supply_control(quint8 mode)
 
 bool Logger_Data_Handler_Class::cmd_write_can_enabled(int can_nr, quint8 value)
 {
-    auto &can = m_terminal->can.at(std::size_t(can_nr));
-    return writeField(protocol::Can + can_nr, can, can, &TerminalCanCfg::enabled, value,
-                      "cmd_write_can_enabled");
+    TerminalCanCfg edited;
+    record::copy(m_terminal->can.at(std::size_t(can_nr)), edited);
+    edited.enabled = value;
+    return writeLimitedCan(can_nr, edited, "cmd_write_can_enabled");
 }
 
 bool Logger_Data_Handler_Class::writeCcpXcpEnabled(int can_nr, quint8 value)
 {
-    auto &can = m_terminal->can.at(std::size_t(can_nr));
-    return writeField(protocol::Can + can_nr, can, can.a2l.config, &A2lModuleConfig::enabled, value,
-                      "write_ccp_xcp_enabled");
+    TerminalCanCfg edited;
+    record::copy(m_terminal->can.at(std::size_t(can_nr)), edited);
+    edited.a2l.config.enabled = value;
+    return writeLimitedCan(can_nr, edited, "write_ccp_xcp_enabled");
 }
 
 bool Logger_Data_Handler_Class::writeCan(int can_nr, const TerminalCanCfg &record)
 {
+    return writeLimitedCan(can_nr, record, "write_can");
+}
+
+bool Logger_Data_Handler_Class::writeLimitedCan(int can_nr, const TerminalCanCfg &record,
+                                                const char *name)
+{
     TerminalCanCfg limited;
     record::copy(record, limited);
-    const auto cleared = limitFilters(&limited, 1);
-    return writeLimited(can_nr, cleared,
-                        [&] { return writeRecord(protocol::Can + can_nr, limited, "write_can"); });
+    m_filterLimit.limit(can_nr, limited);
+    return writeRecord(protocol::Can + can_nr, limited, name);
 }
 
 bool Logger_Data_Handler_Class::cmd_write_eth_module_selection(int eth_nr, quint8 selection)

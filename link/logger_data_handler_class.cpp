@@ -97,7 +97,7 @@ bool Logger_Data_Handler_Class::connectLogger(const QHostAddress &address)
     ++m_connectionNumber;
     m_showsErrors = false;
     m_connectIsCancelled = false;
-    m_clearedByWrite.fill({});
+    m_filterLimit.forgetWritten();
     const bool areOpen = openSockets(address);
     if (!areOpen) {
         if (!m_connectIsCancelled)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/state/appcomponentbaseclass.h"
+#include "can/filterlimit.h"
 #include "config/terminalstruct.h"
 #include "link/capabilities.h"
 #include "link/deliveries.h"
@@ -219,8 +220,7 @@ private:
     template <class R, class Owner, class T>
     bool writeField(int type, R &record, Owner &owner, T Owner::*field, T value, const char *name);
     bool applyRecord(int type, const QByteArray &data);
-    template <class Write>
-    bool writeLimited(int firstCan, const QVector<QStringList> &cleared, Write write);
+    bool writeLimitedCan(int can_nr, const TerminalCanCfg &record, const char *name);
     template <class EmitUpdates>
     void takeChannels(int firstCan, int count, EmitUpdates emitUpdates);
     void takeRecordOver(int type, QByteArray *data);
@@ -260,9 +260,7 @@ private:
     bool m_connectIsCancelled = false;
     std::atomic<int> m_connectionNumber{0}; // of attempts to connect; the workers' threads read it
 
-    // The signals of each CAN channel whose ticks a write took away, until its record comes back.
-    std::array<QStringList, protocol::canTypes> m_clearedByWrite;
-
+    can::FilterLimit m_filterLimit;
     RawQueue m_rawQueue;               // the data worker puts in, this thread takes out
     RecordsUnderway m_recordsUnderway; // the command worker puts in, this thread takes out
     MessageRate m_refusedRecords;      // of the command worker's thread

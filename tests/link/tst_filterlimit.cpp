@@ -1,3 +1,4 @@
+#include "a2l/records/a2lconstants.h"
 #include "app/state/appcontroller.h"
 #include "can/canfilters.h"
 #include "link/logger_data_handler_class.h"
@@ -10,6 +11,8 @@
 
 using Handler = Logger_Data_Handler_Class;
 using Signal = StreamingClass_DBC_Signal;
+using Switch = bool (Handler::*)(int can_nr, quint8 value);
+Q_DECLARE_METATYPE(Switch)
 
 // Whatever way a CAN channel's record comes to the tool, its filters fit the hardware afterwards.
 class tst_FilterLimit : public QObject
@@ -21,7 +24,11 @@ private slots:
     void offlineAWholeConfigurationIsLimitedChannelByChannel();
     void theLoggerGetsAChannelWithinTheLimit();
     void theLoggerGetsAWholeConfigurationWithinTheLimit();
-    void aWriteThatFailsClearsNothing();
+    void switchingAChannelKeepsToTheLimit_data();
+    void switchingAChannelKeepsToTheLimit();
+    void whatAWriteWithoutAnswerHasClearedIsToldWhenItIsSeen();
+    void aWriteThatTheLoggerRefusesClearsNothing();
+    void aMessageThatADaqListNeedsIsClearedOnce();
     void aChannelThatTheLoggerSendsIsLimited();
     void theConfigurationOfALoggerIsLimited();
     void viewsAreToldOfTheRecordOnceItIsLimited();
@@ -138,19 +145,81 @@ void tst_FilterLimit::theLoggerGetsAWholeConfigurationWithinTheLimit()
     tool.handler.disconnectLogger();
 }
 
-void tst_FilterLimit::aWriteThatFailsClearsNothing()
+void tst_FilterLimit::switchingAChannelKeepsToTheLimit_data()
+{
+    QTest::addColumn<Switch>("change");
+    QTest::newRow("channel") << Switch(&Handler::cmd_write_can_enabled);
+    QTest::newRow("CCP or XCP") << Switch(&Handler::writeCcpXcpEnabled);
+}
+
+// "Live" is ticked without a word to the logger.
+void tst_FilterLimit::switchingAChannelKeepsToTheLimit()
+{
+    QFETCH(Switch, change);
+    SimulatedLogger logger;
+    Tool tool;
+    TerminalCanCfg channel = channelOf(129);
+    channel.dbc_signals.at(128)->selection_flags = 0;
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    QVERIFY(tool.handler.writeCan(11, channel));
+    tool.handler.applyWaitingRecords();
+    tool.channel(11).dbc_signals.at(128)->selection_flags = Signal::liveFlag;
+    QVERIFY((tool.handler.*change)(11, 1));
+    tool.handler.applyWaitingRecords();
+    QCOMPARE(tickedOf(logger, 11), 128);
+    QCOMPARE(tool.ticked(11), 128);
+    QCOMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{11, QStringList{QStringLiteral("s128")}}));
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::whatAWriteWithoutAnswerHasClearedIsToldWhenItIsSeen()
+{
+    SimulatedLogger logger;
+    Tool tool;
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    logger.setFault(QStringLiteral("lost-reply"));
+    tool.handler.setWriteTimeout(50);
+    QVERIFY(!tool.handler.writeCan(11, channelOf(130)));
+    QVERIFY(tool.notices.isEmpty());
+    logger.clearFaults();
+    logger.push(protocol::Can + 11);
+    QTRY_COMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{11, lastTwo}));
+    tool.handler.disconnectLogger();
+}
+
+void tst_FilterLimit::aWriteThatTheLoggerRefusesClearsNothing()
 {
     SimulatedLogger logger;
     Tool tool;
     const QSignalSpy updates(&tool.handler, &Handler::signal_update_cfg_can);
     QVERIFY(tool.handler.connectLogger(logger.address()));
-    logger.setFault(QStringLiteral("lost-reply"));
-    tool.handler.setWriteTimeout(50);
-    QVERIFY(!tool.handler.writeCan(11, channelOf(130)));
-    logger.clearFaults();
-    logger.push(protocol::Can + 11);
-    QTRY_VERIFY(!updates.isEmpty());
+    logger.setFault(QStringLiteral("refused-write"));
+    (void)tool.handler.writeCan(11, channelOf(130));
+    QTRY_COMPARE(updates.size(), 1);
+    QCOMPARE(tool.ticked(11), 0);
     QVERIFY(tool.notices.isEmpty());
+    tool.handler.disconnectLogger();
+}
+
+// Its filter stays, so there is still one too many when the record comes back.
+void tst_FilterLimit::aMessageThatADaqListNeedsIsClearedOnce()
+{
+    SimulatedLogger logger;
+    Tool tool;
+    TerminalCanCfg channel = channelOf(129);
+    channel.a2l.config.active_interface = ACTIVE_A2L_IF_CCP_XCP_O_CAN;
+    for (const quint32 id : {0x600U, 128U})
+        channel.a2l.config.cfg.daq_lists.add().can_id = id;
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    QVERIFY(tool.handler.writeCan(11, channel));
+    tool.handler.applyWaitingRecords();
+    QCOMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(),
+             (QVariantList{11, QStringList{QStringLiteral("s127"), QStringLiteral("s128")}}));
+    QCOMPARE(tickedOf(logger, 11), 127);
+    QCOMPARE(tool.ticked(11), 127);
     tool.handler.disconnectLogger();
 }
 
