@@ -152,19 +152,20 @@ private:
     Model_DBC_Signals m_dbcModel;
     ChannelSignalRows m_dbcRows;
     // What can be edited of each signal, as it was before an edit.
+    using EditableFields = std::tuple<QString, QString, double, double, quint8>;
+    std::vector<EditableFields> m_held;
+    can::DbcLiveDecoder m_decoder;
+    bool m_areValuesToShow = false; // the table of signals hasn't heard of them yet
+    // A DBC file, in a line for the user.
     struct FileSummary
     {
         QString path;
         QString text;
     };
-    using EditableFields = std::tuple<QString, QString, double, double, quint8>;
-    std::vector<EditableFields> m_held;
-    can::DbcLiveDecoder m_decoder;
-    bool m_areValuesToShow = false; // the table of signals hasn't heard of them yet
-    QTimer m_loadingShows{this};    // until the progress of a load is shown
-    FileSummary m_offered;          // of the file from which the user chooses
-    FileSummary m_summary;          // of the file of the signals; empty: not known
-    QString m_lastFile;             // of this channel, also of an earlier run
+    QTimer m_loadingShows{this}; // until the progress of a load is shown
+    FileSummary m_offered;       // of the file from which the user chooses
+    FileSummary m_summary;       // of the file of the signals; empty: not known
+    QString m_lastFile;          // of this channel, also of an earlier run
     bool m_isLastFileThere = false;
 
     Model_CAN_Rx_List_Items m_rxModel;

@@ -11,6 +11,7 @@
 #include "can/views/dialog_dbc_signal_selector.h"
 #include "can/views/logger_can_view.h"
 #include "config/record/record.h"
+#include "config/shorttext.h"
 #include "config/whyunreadable.h"
 #include "link/logger_data_handler_class.h"
 #include "ui_logger_can_view.h"
@@ -43,10 +44,14 @@ QString fileNameIn(const QString &path, int longest)
     return shortText(QFileInfo(path).fileName().simplified(), longest);
 }
 
-// What the widget shows, and the whole path of the file.
+// What the widget is for, and the whole path of the file that it shows; an empty one for none.
 void setPathToolTip(QWidget *widget, const QString &path)
 {
-    widget->setToolTip(plainToolTip(widget->accessibleName() + QStringLiteral(":\n") + path));
+    constexpr char purpose[] = "purpose";
+    if (!widget->property(purpose).isValid())
+        widget->setProperty(purpose, widget->toolTip());
+    const QString text = widget->property(purpose).toString();
+    widget->setToolTip(path.isEmpty() ? text : plainToolTip(text + QLatin1Char('\n') + path));
 }
 
 // Why the parser has no text for a file that it doesn't load: it couldn't even be opened.
@@ -127,10 +132,7 @@ void Logger_CAN_View::updateDbcButtons()
 void Logger_CAN_View::showSummary()
 {
     QString text = m_summary.text;
-    if (m_summary.path.isEmpty())
-        m_ui->label_dbc_summary->setToolTip(m_ui->label_dbc_summary->accessibleName());
-    else
-        setPathToolTip(m_ui->label_dbc_summary, m_summary.path);
+    setPathToolTip(m_ui->label_dbc_summary, m_summary.path);
     if (text.isEmpty() && channel().dbc_signals.isEmpty())
         text = tr("The channel has no signals. Load a DBC file, or drop one on this page.");
     m_ui->label_dbc_summary->setText(text);
