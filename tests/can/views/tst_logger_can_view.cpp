@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
-#include <QSpinBox>
 #include <QTableView>
 
 namespace {
@@ -83,7 +82,6 @@ private slots:
     void aNewConnectionClosesTheNotice();
 
     void thePageLeavesRoomForTheTreeBesideIt();
-    void theTabKeyGoesThroughTheBytesToSend();
     void columnsAreRemembered();
     void columnsOfTheSignalsAreRemembered();
     void everyControlSaysWhatItIsFor();
@@ -544,22 +542,6 @@ void tst_Logger_CAN_View::thePageLeavesRoomForTheTreeBesideIt()
     const int widest = 115 * page.fontMetrics().averageCharWidth();
     const int least = page.minimumSizeHint().width();
     QVERIFY2(least <= widest, qPrintable(QStringLiteral("%1 > %2").arg(least).arg(widest)));
-}
-
-void tst_Logger_CAN_View::theTabKeyGoesThroughTheBytesToSend()
-{
-    m_bench->showActive();
-    m_bench->setState(APP_STA_CONN_LOG_OFF);
-    auto *length = m_bench->find<QSpinBox>("spinBox_dlc");
-    length->setValue(2);
-    length->setFocus();
-    QStringList way;
-    for (int i = 0; i < 3; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        way += QApplication::focusWidget()->objectName();
-    }
-    QCOMPARE(way.join(QLatin1Char(' ')),
-             QStringLiteral("lineEdit_byte_0 lineEdit_byte_1 pushButton_send_msg"));
 }
 
 void tst_Logger_CAN_View::aNewConnectionClearsTheLabels()
