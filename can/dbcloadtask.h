@@ -12,9 +12,8 @@
 class QThread;
 
 // Reads one DBC file after the other on a thread of its own, and writes what is in it to the
-// diagnostic log; all functions and signals belong to the
-// thread that made the object. The progress function of the parser runs on the reading thread, which
-// shares the cancel flag.
+// diagnostic log. All functions and signals belong to the thread that made the object. The progress
+// function of the parser runs on the reading thread, which shares the cancel flag.
 class DbcLoadTask : public QObject
 {
     Q_OBJECT

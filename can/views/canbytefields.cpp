@@ -75,14 +75,6 @@ void CanByteFields::makeField(int position)
     m_fields.push_back(field);
 }
 
-void CanByteFields::followInTabOrder(QWidget *widget)
-{
-    for (QWidget *field : m_fields) {
-        setTabOrder(widget, field);
-        widget = field;
-    }
-}
-
 void CanByteFields::showFields(int count)
 {
     for (int i = 0; i < maxBytes; ++i)

@@ -18,9 +18,6 @@ public:
 
     explicit CanByteFields(QWidget *parent = nullptr);
 
-    // The Tab key leads from the widget through the fields to what was behind it.
-    void followInTabOrder(QWidget *widget);
-
     // So many fields, the others are hidden.
     void showFields(int count);
     // The fields of as many whole rows as the bytes need, at least of one.

@@ -84,7 +84,6 @@ Logger_CAN_View::Logger_CAN_View(AppController *controller, const QString &compo
     m_loadingShows.setSingleShot(true);
     m_loadingShows.setInterval(loadingShowsAfter_ms);
     m_figuresTimer.setInterval(figuresEvery_ms);
-    m_ui->widget_bytes->followInTabOrder(m_ui->spinBox_dlc);
     constexpr int edges = 20; // of a line edit, in pixels
     m_ui->lineEdit_id->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000000"))
                                        + edges);

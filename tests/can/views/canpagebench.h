@@ -15,6 +15,13 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+namespace signaltable {
+
+// Columns of tableView_dbc.
+enum Column { Record, Live, Name, Value, Unit, Multiplicator, Offset };
+
+} // namespace signaltable
+
 // The page of CAN-2 on a real handler with a scripted user, and what its tests look at.
 class CanPageBench
 {

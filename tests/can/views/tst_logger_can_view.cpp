@@ -1,16 +1,11 @@
 #include "tests/can/views/canpagebench.h"
 
 #include <QCheckBox>
-#include <QClipboard>
 #include <QDialog>
 #include <QFrame>
-#include <QGroupBox>
-#include <QGuiApplication>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
-#include <QSpinBox>
 #include <QTableView>
 
 namespace {
@@ -36,7 +31,7 @@ private:
 
 } // namespace
 
-// What the page shows and lists; no logger is connected.
+// What the page shows, switches and remembers; no logger is connected.
 class tst_Logger_CAN_View : public QObject
 {
     Q_OBJECT
@@ -59,31 +54,11 @@ private slots:
     void aSessionEndsWithItsConnection_data();
     void aSessionEndsWithItsConnection();
 
-    void receivedFramesAreListed();
-    void aHiddenPageHearsOfFramesWhenItIsShown();
-    void aHiddenPageHearsOfValuesWhenItIsShown();
-    void rowsMoveLaterThanADeliveryComes();
-    void aListThatStandsStillIsInOrder();
-    void anotherChannelsFramesLeaveTheListAlone();
-    void uncheckedTheListStandsStillWhileLiveValuesGoOn();
-    void pausedTheListStandsStill();
-    void aPauseGivesNoPeriod();
-    void uncheckedTheListTakesNoNewIdentifier();
-    void theListCanBeCleared();
-    void framesWithoutARowAreCounted();
-    void commentsNameTheChannelsSignals();
-    void theListIsSavedInTheOrderShown();
-    void theListIsProposedBesideTheDbcFileAndNotInItsPlace();
-    void aListThatCannotBeSavedIsTold();
-    void selectedRowsAreCopiedAsText();
-    void framesAreForwarded();
-    void framesPerSecondAndLoadAreShown();
     void aNewConnectionStartsAnew();
     void aNewConnectionClearsTheLabels();
     void aNewConnectionClosesTheNotice();
 
     void thePageLeavesRoomForTheTreeBesideIt();
-    void theTabKeyGoesThroughTheBytesToSend();
     void columnsAreRemembered();
     void columnsOfTheSignalsAreRemembered();
     void everyControlSaysWhatItIsFor();
@@ -280,239 +255,6 @@ void tst_Logger_CAN_View::aSessionEndsWithItsConnection()
     QCOMPARE(m_bench->label("label_session_error"), QString());
 }
 
-void tst_Logger_CAN_View::receivedFramesAreListed()
-{
-    m_bench->page().show();
-    m_bench->receive(0x7E0, "0102", 1000);
-    m_bench->receive(0x7E0, "0aff", 21'000);
-    m_bench->receive(0x123, "", 22'000);
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
-    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
-    QCOMPARE(m_bench->cell("tableView_rx", 1, 0), QStringLiteral("7E0"));
-    QCOMPARE(m_bench->cell("tableView_rx", 1, 1), QStringLiteral("2"));
-    QCOMPARE(m_bench->cell("tableView_rx", 1, 2), QStringLiteral("0A FF "));
-    QCOMPARE(m_bench->cell("tableView_rx", 1, 3), QStringLiteral("20000"));
-    QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("2"));
-}
-
-void tst_Logger_CAN_View::aHiddenPageHearsOfFramesWhenItIsShown()
-{
-    m_bench->page();
-    m_bench->receive(0x7E0, "01");
-    m_bench->receive(0x123, "02");
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
-    m_bench->page().show();
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("123"));
-}
-
-void tst_Logger_CAN_View::aHiddenPageHearsOfValuesWhenItIsShown()
-{
-    m_bench->writeSignals({QStringLiteral("A")});
-    m_bench->page();
-    const QSignalSpy told(m_bench->rows("tableView_dbc"), &QAbstractItemModel::dataChanged);
-    m_bench->receive(0x100, "0100000000000000");
-    QVERIFY(told.isEmpty());
-    m_bench->page().show();
-    QCOMPARE(told.size(), 1);
-    m_bench->receive(0x100, "0200000000000000");
-    QCOMPARE(told.size(), 2);
-}
-
-void tst_Logger_CAN_View::rowsMoveLaterThanADeliveryComes()
-{
-    m_bench->page().show();
-    m_bench->find<QTableView>("tableView_rx")->sortByColumn(4, Qt::DescendingOrder);
-    for (const quint32 id : {1U, 1U, 2U})
-        m_bench->receive(id, "");
-    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
-    m_bench->receive(2, "");
-    m_bench->receive(2, "");
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
-    QTRY_COMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("002"));
-}
-
-void tst_Logger_CAN_View::aListThatStandsStillIsInOrder()
-{
-    m_bench->page().show();
-    m_bench->receive(2, "");
-    m_bench->receive(1, "");
-    m_bench->button("pushButton_rx_pause")->click();
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 0), QStringLiteral("001"));
-}
-
-void tst_Logger_CAN_View::anotherChannelsFramesLeaveTheListAlone()
-{
-    m_bench->page().show();
-    m_bench->receive(0x7E0, "0102", 1000, CanPageBench::number + 1);
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
-}
-
-void tst_Logger_CAN_View::uncheckedTheListStandsStillWhileLiveValuesGoOn()
-{
-    m_bench->writeSignals({QStringLiteral("A")});
-    m_bench->page().show();
-    m_bench->receive(0x100, "0100000000000000");
-    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
-    m_bench->receive(0x100, "0700000000000000");
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 4), QStringLiteral("1"));
-    QCOMPARE(m_bench->cell("tableView_dbc", 0, 3), QStringLiteral("7"));
-    QVERIFY(m_bench->button("pushButton_save_rx_list")->isEnabled());
-    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(true);
-    m_bench->receive(0x100, "0800000000000000");
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 4), QStringLiteral("2"));
-}
-
-void tst_Logger_CAN_View::uncheckedTheListTakesNoNewIdentifier()
-{
-    m_bench->page().show();
-    m_bench->receive(0x100, "01");
-    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(false);
-    m_bench->receive(0x101, "02");
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
-    m_bench->find<QGroupBox>("groupBox_receive")->setChecked(true);
-    m_bench->receive(0x101, "03");
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 2);
-    QCOMPARE(m_bench->cell("tableView_rx", 1, 4), QStringLiteral("1"));
-}
-
-void tst_Logger_CAN_View::pausedTheListStandsStill()
-{
-    m_bench->page().show();
-    m_bench->receive(0x100, "01");
-    m_bench->button("pushButton_rx_pause")->click();
-    m_bench->receive(0x100, "02");
-    m_bench->receive(0x101, "02");
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 2), QStringLiteral("01 "));
-    m_bench->button("pushButton_rx_pause")->click();
-    m_bench->receive(0x100, "03");
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 2), QStringLiteral("03 "));
-}
-
-void tst_Logger_CAN_View::aPauseGivesNoPeriod()
-{
-    m_bench->page().show();
-    m_bench->receive(0x100, "01", 1000);
-    m_bench->button("pushButton_rx_pause")->click();
-    m_bench->button("pushButton_rx_pause")->click();
-    m_bench->receive(0x100, "01", 9'000'000);
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 3), QString());
-    m_bench->receive(0x100, "01", 9'000'500);
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 3), QStringLiteral("500"));
-}
-
-void tst_Logger_CAN_View::theListCanBeCleared()
-{
-    m_bench->page().show();
-    m_bench->receive(0x100, "01");
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 1);
-    m_bench->button("pushButton_clear_rx_list")->click();
-    QCOMPARE(m_bench->rows("tableView_rx")->rowCount(), 0);
-}
-
-void tst_Logger_CAN_View::framesWithoutARowAreCounted()
-{
-    m_bench->page().show();
-    for (quint32 id = 0; id < 600; ++id)
-        m_bench->receive(id, "01");
-    QCOMPARE(m_bench->label("label_rx_note"), QString());
-    for (quint32 id = 600; id < 603; ++id)
-        m_bench->receive(id, "01");
-    QCOMPARE(m_bench->label("label_rx_note"), QStringLiteral("3 frames not listed"));
-    m_bench->button("pushButton_clear_rx_list")->click();
-    QCOMPARE(m_bench->label("label_rx_note"), QString());
-}
-
-void tst_Logger_CAN_View::commentsNameTheChannelsSignals()
-{
-    m_bench->page().show();
-    m_bench->receive(0x100, "01");
-    m_bench->writeSignals({QStringLiteral("Speed"), QStringLiteral("Torque")});
-    QCOMPARE(m_bench->cell("tableView_rx", 0, 5), QStringLiteral("Speed, Torque"));
-}
-
-void tst_Logger_CAN_View::theListIsSavedInTheOrderShown()
-{
-    m_bench->find<QTableView>("tableView_rx")->sortByColumn(0, Qt::DescendingOrder);
-    m_bench->receive(0x100, "01");
-    m_bench->receive(0x200, "02"); // neither is shown yet
-    const QString path = m_bench->folder.filePath(QStringLiteral("list.txt"));
-    m_bench->prompt.picks = QStringList(path);
-    m_bench->button("pushButton_save_rx_list")->click();
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QList<QByteArray> lines = file.readAll().split('\n');
-    QCOMPARE(lines.size(), 4);
-    QVERIFY(lines.at(0).startsWith("ID "));
-    QVERIFY(lines.at(1).startsWith("200 "));
-    QVERIFY(lines.at(2).startsWith("100 "));
-    QVERIFY(m_bench->prompt.shown.isEmpty());
-}
-
-void tst_Logger_CAN_View::theListIsProposedBesideTheDbcFileAndNotInItsPlace()
-{
-    SettingsStore().setValue(QStringLiteral("DbcLoadPath"), m_bench->writeFile("car.dbc", ""));
-    m_bench->button("pushButton_save_rx_list")->click();
-    QCOMPARE(m_bench->prompt.pickers,
-             QStringList(QStringLiteral("Save received frames|%1|Text-Files (*.txt)")
-                             .arg(m_bench->folder.filePath(QStringLiteral("CAN-2.txt")))));
-}
-
-void tst_Logger_CAN_View::aListThatCannotBeSavedIsTold()
-{
-    m_bench->page();
-    m_bench->prompt.picks = QStringList(m_bench->folder.filePath(QStringLiteral("none/list.txt")));
-    m_bench->button("pushButton_save_rx_list")->click();
-    QCOMPARE(m_bench->prompt.shown,
-             QStringList(QStringLiteral("Error saving list|%1 can't be written.")
-                             .arg(m_bench->folder.filePath(QStringLiteral("none/list.txt")))));
-    QVERIFY(!m_bench->prompt.reasons.first().isEmpty());
-}
-
-void tst_Logger_CAN_View::selectedRowsAreCopiedAsText()
-{
-    m_bench->showActive();
-    for (const quint32 id : {0x100U, 0x200U, 0x300U})
-        m_bench->receive(id, "01");
-    auto *table = m_bench->find<QTableView>("tableView_rx");
-    table->sortByColumn(0, Qt::DescendingOrder);
-    table->setFocus();
-    table->selectRow(0);
-    table->selectionModel()->select(table->model()->index(2, 0),
-                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
-    const QStringList lines =
-        QGuiApplication::clipboard()->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), 3);
-    QVERIFY(lines.at(0).startsWith(QStringLiteral("ID ")));
-    QVERIFY(lines.at(1).startsWith(QStringLiteral("300 ")));
-    QVERIFY(lines.at(2).startsWith(QStringLiteral("100 ")));
-}
-
-void tst_Logger_CAN_View::framesAreForwarded()
-{
-    QByteArray forwarded;
-    connect(&m_bench->page(), &Logger_CAN_View::signalCanMsgForwarder, this,
-            [&forwarded](const QList<RawMessageBaseClass *> &messages) {
-                for (const RawMessageBaseClass *message : messages)
-                    forwarded += message->data;
-            });
-    m_bench->receive(0x100, "0102");
-    QCOMPARE(forwarded.toHex(), QByteArray("0102"));
-}
-
-void tst_Logger_CAN_View::framesPerSecondAndLoadAreShown()
-{
-    m_bench->page().show();
-    QCOMPARE(m_bench->label("label_bus_figures"), QStringLiteral("0 frames/s, bus load 0.0 %"));
-    for (quint32 i = 0; i < 900; ++i)
-        m_bench->receive(0x100, "0102030405060708", 1000 * i);
-    QTRY_COMPARE(m_bench->label("label_bus_figures"),
-                 QStringLiteral("900 frames/s, bus load 20.0 to 24.3 %"));
-    QTRY_COMPARE(m_bench->label("label_bus_figures"), QStringLiteral("0 frames/s, bus load 0.0 %"));
-}
-
 void tst_Logger_CAN_View::aNewConnectionStartsAnew()
 {
     m_bench->writeSignals({QStringLiteral("A")});
@@ -544,22 +286,6 @@ void tst_Logger_CAN_View::thePageLeavesRoomForTheTreeBesideIt()
     const int widest = 115 * page.fontMetrics().averageCharWidth();
     const int least = page.minimumSizeHint().width();
     QVERIFY2(least <= widest, qPrintable(QStringLiteral("%1 > %2").arg(least).arg(widest)));
-}
-
-void tst_Logger_CAN_View::theTabKeyGoesThroughTheBytesToSend()
-{
-    m_bench->showActive();
-    m_bench->setState(APP_STA_CONN_LOG_OFF);
-    auto *length = m_bench->find<QSpinBox>("spinBox_dlc");
-    length->setValue(2);
-    length->setFocus();
-    QStringList way;
-    for (int i = 0; i < 3; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        way += QApplication::focusWidget()->objectName();
-    }
-    QCOMPARE(way.join(QLatin1Char(' ')),
-             QStringLiteral("lineEdit_byte_0 lineEdit_byte_1 pushButton_send_msg"));
 }
 
 void tst_Logger_CAN_View::aNewConnectionClearsTheLabels()

@@ -1,26 +1,16 @@
-#include "link/protocol/messagetypes.h"
-#include "link/views/dialogtcpfiletransferclientdialog.h"
-#include "tests/app/scriptedprompt.h"
+#include "tests/link/views/downloaddialogbench.h"
 #include "tests/support/filecontents.h"
 #include "tests/support/loopbackaddress.h"
-#include "tests/support/simulatedlogger.h"
 
 #include <QAccessible>
 #include <QDesktopServices>
 #include <QDir>
-#include <QLabel>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 #include <QUrl>
 
-using Dialog = DialogTcpFileTransferClientDialog;
-using State = DownloadList::FileState;
+using Bench = DownloadDialogBench;
 
+// What the window shows, and what follows its downloads.
 class tst_DialogTcpFileTransferClientDialog : public QObject
 {
     Q_OBJECT
@@ -42,23 +32,8 @@ private slots:
     void withoutAFormatNothingIsConverted();
     void aFailureIsShownAndOffersToRetry();
     void aRetryFetchesTheFileAndThenConverts();
-    void givingUpAFailedFileConvertsTheOthers();
-    void cancelRejectsAndLeavesNoHalfFile();
-    void cancelWhileNothingAnswersClosesAtOnce();
-    void cancelDuringARetryConvertsNothing();
     void anUnreachableLoggerIsToldForEachFile();
     void aFileInPlaceOfTheFolderForRawLogsIsTold();
-    void cancelOffersWhatHasArrivedForConversion();
-    void cancelBeforeAnythingHasArrivedOffersNothing();
-    void theCancelButtonAsksNothing();
-    void escapeAndClosingAskWhileSomethingRuns_data();
-    void escapeAndClosingAskWhileSomethingRuns();
-    void aQuestionThatIsAnsweredNoLeavesTheDownload();
-    void aQuestionGoesWhenTheDownloadEnds();
-    void afterTheEndNothingIsAsked();
-    void keysOfTheFirstMomentCancelNothing_data();
-    void keysOfTheFirstMomentCancelNothing();
-    void whatRunsIsToldToWhoAsks();
     void aFolderThatCanNotBeMadeIsTold();
     void aShortageOfSpaceIsTold();
     void aShortageInARetryKeepsTheFailures();
@@ -72,99 +47,6 @@ public slots:
 private:
     QUrl m_url; // opened by the desktop
 };
-
-namespace {
-
-// A logger with the files a.rld, b.RLD and c.txt, and a dialog that fetches them.
-struct Bench
-{
-    Bench()
-    {
-        for (int i = 0; i < names.size(); ++i) {
-            sizes += 1000 + i;
-            putOnLogger(i);
-        }
-        logger.inspect(
-            [this](simulator::LoggerSimulator &s) { s.state().logFolder = storage.path(); });
-    }
-
-    Dialog &dialog()
-    {
-        if (!m_dialog) {
-            m_dialog = std::make_unique<Dialog>(address, protocol::filePort, names, sizes,
-                                                eventFolder, formats, prompt);
-            m_dialog->list().client().setSilenceLimit(5000);
-            converted = std::make_unique<QSignalSpy>(m_dialog.get(), &Dialog::signalConvert);
-            offered = std::make_unique<QSignalSpy>(m_dialog.get(), &Dialog::signalOfferConversion);
-        }
-        return *m_dialog;
-    }
-    void run()
-    {
-        dialog().start();
-        waitForEnd();
-    }
-    // The first file has arrived, the second stops behind ten bytes.
-    void fetchOneAndAHalf()
-    {
-        QObject::connect(&dialog().list(), &DownloadList::fileStarted, [this](int index) {
-            if (index == 1)
-                logger.setFault(QStringLiteral("stalled-file=10"));
-        });
-        dialog().start();
-        QTRY_COMPARE(dialog().list().receivedBytes(), 1010);
-    }
-    void waitForEnd() { QTRY_COMPARE(button("cancel")->text(), QStringLiteral("Close")); }
-
-    template <class T>
-    T *child(const QString &name)
-    {
-        return dialog().findChild<T *>(name);
-    }
-    QString label(const char *name)
-    {
-        return child<QLabel>(QStringLiteral("label_") + QLatin1String(name))->text();
-    }
-    QPushButton *button(const char *name)
-    {
-        return child<QPushButton>(QStringLiteral("pushButton_") + QLatin1String(name));
-    }
-    int percent() { return child<QProgressBar>(QStringLiteral("progressBar"))->value(); }
-    QPlainTextEdit *failures()
-    {
-        return child<QPlainTextEdit>(QStringLiteral("plainTextEdit_failures"));
-    }
-
-    void putOnLogger(int index)
-    {
-        QFile file(storage.filePath(names.at(index)));
-        if (!file.open(QIODevice::WriteOnly))
-            qFatal("%s", qPrintable(file.fileName()));
-        file.write(QByteArray(int(sizes.at(index)), 'x'));
-    }
-    void removeFromLogger(int index) { QFile::remove(storage.filePath(names.at(index))); }
-    QString targetPath(int index) const
-    {
-        return eventFolder + QStringLiteral("/raw_log_data/") + names.at(index);
-    }
-
-    QStringList names{QStringLiteral("a.rld"), QStringLiteral("b.RLD"), QStringLiteral("c.txt")};
-    QList<qint64> sizes;
-    ConversionGlobal::OutputFormatFlags formats = ConversionGlobal::MDF4 | ConversionGlobal::ASC;
-    QTemporaryDir storage;
-    QTemporaryDir folder;
-    QString eventFolder = folder.filePath(QStringLiteral("event 1"));
-    SimulatedLogger logger;
-    QHostAddress address = logger.address();
-    ScriptedPrompt prompt;
-    std::unique_ptr<QSignalSpy> converted;
-    std::unique_ptr<QSignalSpy> offered;
-
-private:
-    std::unique_ptr<Dialog> m_dialog;
-};
-
-} // namespace
 
 void tst_DialogTcpFileTransferClientDialog::theDialogBeginsByInitializing()
 {
@@ -365,186 +247,6 @@ void tst_DialogTcpFileTransferClientDialog::aRetryFetchesTheFileAndThenConverts(
     QCOMPARE(bench.converted->count(), 1);
     QCOMPARE(bench.converted->at(0).at(0).toStringList(),
              (QStringList{bench.targetPath(0), bench.targetPath(1)}));
-}
-
-void tst_DialogTcpFileTransferClientDialog::givingUpAFailedFileConvertsTheOthers()
-{
-    Bench bench;
-    bench.removeFromLogger(1);
-    bench.run();
-    bench.button("cancel")->click();
-    QCOMPARE(bench.converted->count(), 1);
-    QCOMPARE(bench.converted->at(0).at(0).toStringList(), QStringList{bench.targetPath(0)});
-    QVERIFY(!bench.dialog().isVisible());
-}
-
-void tst_DialogTcpFileTransferClientDialog::cancelRejectsAndLeavesNoHalfFile()
-{
-    Bench bench;
-    bench.logger.setFault(QStringLiteral("stalled-file=10"));
-    QSignalSpy rejected(&bench.dialog(), &QDialog::rejected);
-    bench.dialog().start();
-    QTRY_COMPARE(bench.dialog().list().receivedBytes(), 10);
-    bench.button("cancel")->click();
-    QCOMPARE(rejected.count(), 1);
-    QVERIFY(!bench.dialog().isVisible());
-    QVERIFY(QDir(QFileInfo(bench.targetPath(0)).path()).isEmpty());
-}
-
-void tst_DialogTcpFileTransferClientDialog::cancelOffersWhatHasArrivedForConversion()
-{
-    bool wasRejected = false;
-    Bench bench;
-    bench.fetchOneAndAHalf();
-    QObject::connect(&bench.dialog(), &Dialog::signalOfferConversion,
-                     [&] { wasRejected = !bench.dialog().isVisible(); });
-    bench.button("cancel")->click();
-    QCOMPARE(bench.converted->count(), 0);
-    QCOMPARE(bench.offered->count(), 1);
-    QCOMPARE(bench.offered->at(0).at(0).toStringList(), QStringList{bench.targetPath(0)});
-    QCOMPARE(bench.offered->at(0).at(1).toString(), bench.eventFolder);
-    QCOMPARE(bench.offered->at(0).at(2).value<ConversionGlobal::OutputFormatFlags>(),
-             bench.formats);
-    QVERIFY(wasRejected);
-    QVERIFY(QFile::exists(bench.targetPath(0)));
-}
-
-void tst_DialogTcpFileTransferClientDialog::cancelBeforeAnythingHasArrivedOffersNothing()
-{
-    Bench bench;
-    bench.logger.setFault(QStringLiteral("stalled-file=10"));
-    bench.dialog().start();
-    bench.button("cancel")->click();
-    QCOMPARE(bench.offered->count(), 0);
-    QCOMPARE(bench.converted->count(), 0);
-}
-
-void tst_DialogTcpFileTransferClientDialog::theCancelButtonAsksNothing()
-{
-    Bench bench;
-    bench.fetchOneAndAHalf();
-    bench.button("cancel")->click();
-    QVERIFY(!bench.dialog().isVisible());
-    QCOMPARE(bench.prompt.shown, QStringList());
-}
-
-void tst_DialogTcpFileTransferClientDialog::escapeAndClosingAskWhileSomethingRuns_data()
-{
-    QTest::addColumn<bool>("byKey");
-    QTest::newRow("escape") << true;
-    QTest::newRow("frame") << false;
-}
-
-void tst_DialogTcpFileTransferClientDialog::escapeAndClosingAskWhileSomethingRuns()
-{
-    QFETCH(bool, byKey);
-    Bench bench;
-    bench.fetchOneAndAHalf();
-    bench.prompt.answer = true;
-    if (byKey)
-        QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
-    else
-        bench.dialog().close();
-    QCOMPARE(bench.prompt.shown,
-             QStringList{QStringLiteral("Cancel download|Files that haven't arrived: 2 of 3.\n\n"
-                                        "Cancel and close this window? Files that have arrived "
-                                        "stay, the one under way is removed.")});
-    QVERIFY(!bench.dialog().isVisible());
-    QVERIFY(QFile::exists(bench.targetPath(0)));
-    QVERIFY(!bench.dialog().list().isRunning());
-}
-
-void tst_DialogTcpFileTransferClientDialog::aQuestionThatIsAnsweredNoLeavesTheDownload()
-{
-    Bench bench;
-    bench.fetchOneAndAHalf();
-    QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
-    QVERIFY(!bench.dialog().close());
-    QCOMPARE(bench.prompt.shown.size(), 2);
-    QVERIFY(bench.dialog().isVisible());
-    QVERIFY(bench.dialog().list().isRunning());
-}
-
-void tst_DialogTcpFileTransferClientDialog::aQuestionGoesWhenTheDownloadEnds()
-{
-    Bench bench;
-    bench.prompt.answer = true;
-    bench.prompt.duringABox = [&bench] { bench.waitForEnd(); };
-    bench.dialog().start();
-    QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
-    QCOMPARE(bench.prompt.shown.size(), 1);
-    QVERIFY(bench.prompt.withdrawn);
-    QVERIFY(bench.dialog().isVisible());
-    QCOMPARE(bench.label("title"), QStringLiteral("Download finished."));
-}
-
-void tst_DialogTcpFileTransferClientDialog::afterTheEndNothingIsAsked()
-{
-    Bench bench;
-    bench.run();
-    QTest::keyClick(&bench.dialog(), Qt::Key_Escape);
-    QVERIFY(!bench.dialog().isVisible());
-    QCOMPARE(bench.prompt.shown, QStringList());
-}
-
-void tst_DialogTcpFileTransferClientDialog::keysOfTheFirstMomentCancelNothing_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::newRow("return") << int(Qt::Key_Return);
-    QTest::newRow("space") << int(Qt::Key_Space);
-}
-
-// They were meant for the window that had the focus before.
-void tst_DialogTcpFileTransferClientDialog::keysOfTheFirstMomentCancelNothing()
-{
-    QFETCH(int, key);
-    Bench bench;
-    bench.logger.setFault(QStringLiteral("stalled-file=10"));
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "noteUrl");
-    bench.dialog().start();
-    QWidget *focused = bench.dialog().focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : &bench.dialog(), Qt::Key(key));
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
-    QVERIFY(bench.dialog().isVisible());
-    QVERIFY(bench.dialog().list().isRunning());
-}
-
-void tst_DialogTcpFileTransferClientDialog::whatRunsIsToldToWhoAsks()
-{
-    Bench bench;
-    QCOMPARE(bench.dialog().runningWork(), QString());
-    bench.fetchOneAndAHalf();
-    QCOMPARE(bench.dialog().runningWork(), QStringLiteral("Files that haven't arrived: 2 of 3."));
-    bench.dialog().cancel_transfer();
-    QCOMPARE(bench.dialog().runningWork(), QString());
-}
-
-void tst_DialogTcpFileTransferClientDialog::cancelWhileNothingAnswersClosesAtOnce()
-{
-    Bench bench;
-    bench.logger.setFault(QStringLiteral("stalled-file=0"));
-    QSignalSpy rejected(&bench.dialog(), &QDialog::rejected);
-    bench.dialog().start();
-    bench.button("cancel")->click();
-    QCOMPARE(rejected.count(), 1);
-    QVERIFY(!bench.dialog().isVisible());
-    QVERIFY(!bench.dialog().list().isRunning());
-}
-
-void tst_DialogTcpFileTransferClientDialog::cancelDuringARetryConvertsNothing()
-{
-    Bench bench;
-    bench.removeFromLogger(1);
-    bench.run();
-    bench.putOnLogger(1);
-    bench.logger.setFault(QStringLiteral("stalled-file=10"));
-    bench.button("retry")->click();
-    QTRY_COMPARE(bench.dialog().list().client().received(), 10);
-    bench.button("cancel")->click();
-    QVERIFY(!bench.dialog().isVisible());
-    QCOMPARE(bench.converted->count(), 0);
-    QVERIFY(QFile::exists(bench.targetPath(0)));
-    QVERIFY(!QFile::exists(bench.targetPath(1)));
 }
 
 void tst_DialogTcpFileTransferClientDialog::anUnreachableLoggerIsToldForEachFile()
