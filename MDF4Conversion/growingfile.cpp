@@ -96,15 +96,45 @@ void clearTakeovers(const QDir &folder)
     }
 }
 
-// A folder that grows holds one file of its own name, apart from a number, or nothing yet. So it is
-// recognised without a lock, which a program that was ended as it took that over has left behind.
-bool looksLikeGrowing(const QString &name, const QString &folder)
+QFileInfoList entriesOf(const QString &folder)
 {
-    const QStringList entries =
-        QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    const QLatin1Char dot('.');
-    return entries.isEmpty()
-           || (entries.size() == 1 && (name + dot).startsWith(entries.first() + dot));
+    return QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                      | QDir::NoDotAndDotDot);
+}
+
+// Whether a folder that grows for `name` may hold a file of that name.
+bool isNameWithin(const QString &file, const QString &name)
+{
+    const int number = name.section(QLatin1Char('.'), -1).toInt();
+    return file == name || (number > 1 && numberedName(file, number) == name);
+}
+
+// A program that was ended as it took the lock of a folder over has left that without one. Such a
+// folder holds nothing but one file that is called like itself, or nothing yet.
+bool looksLikeGrowing(const QString &part, const QString &name)
+{
+    const QFileInfoList entries = entriesOf(part);
+    if (entries.isEmpty())
+        return true;
+    const QFileInfo &file = entries.first();
+    return entries.size() == 1 && file.isFile() && !file.isSymLink()
+           && isNameWithin(file.fileName(), name);
+}
+
+// Takes no more than that, and leaves no mark behind: the folder could still be somebody else's. It
+// is looked at before the lock is made, too, or a program ended here would leave a lock beside it.
+void clearUnlocked(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const QString part = partOf(path);
+    if (!looksLikeGrowing(part, name))
+        return;
+    QLockFile lock(lockOf(path));
+    if (!takeLock(lock, path, 0) || !looksLikeGrowing(part, name))
+        return;
+    const QFileInfoList entries = entriesOf(part);
+    if (entries.isEmpty() || QFile::remove(entries.first().filePath()))
+        QDir().rmdir(part); // fails unless it's empty
 }
 
 } // namespace
@@ -117,6 +147,11 @@ QString partOf(const QString &name)
 QString lockOf(const QString &name)
 {
     return name + lockSuffix;
+}
+
+QString numberedName(const QString &name, int number)
+{
+    return number == 1 ? name : name + QStringLiteral(".%1").arg(number);
 }
 
 bool isReserved(const QString &name)
@@ -162,11 +197,8 @@ void clearLeftovers(const QDir &folder)
     }
     const QStringList parts = folder.entryList({QLatin1Char('*') + partSuffix},
                                                QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);
-    for (const QString &entry : parts) {
-        const QString name = entry.chopped(partSuffix.size());
-        if (looksLikeGrowing(name, folder.filePath(entry)))
-            clearLeftover(folder.filePath(name), 0);
-    }
+    for (const QString &entry : parts)
+        clearUnlocked(folder.filePath(entry.chopped(partSuffix.size())));
 }
 
 } // namespace growingfile

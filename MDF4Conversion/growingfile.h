@@ -13,6 +13,9 @@ namespace growingfile {
 
 [[nodiscard]] QString partOf(const QString &name);
 [[nodiscard]] QString lockOf(const QString &name);
+// What several that grow for one name at the same time are told apart by: the name itself for 1, with
+// ".2", ".3" and so on behind it for the others.
+[[nodiscard]] QString numberedName(const QString &name, int number);
 // Whether the name would be taken for one of the two.
 [[nodiscard]] bool isReserved(const QString &name);
 
@@ -32,8 +35,8 @@ constexpr qint64 silenceOfAnotherComputer_ms = 24LL * 3600 * 1000;
 void keepMark(std::unique_ptr<QLockFile> lock);
 
 // Removes what programs that have ended have left in a folder. What is growing stays, and so does
-// what has no lock of this kind beside it, unless it is a folder that holds nothing but what it is
-// called by.
+// what has no lock of this kind beside it. Only a folder "NAME.part" that holds nothing but one
+// regular file, called NAME without the number, or nothing at all, goes without a lock, too.
 void clearLeftovers(const QDir &folder);
 
 } // namespace growingfile

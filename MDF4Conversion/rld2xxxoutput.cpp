@@ -53,8 +53,7 @@ bool Rld2xxxOutput::prepare()
 bool Rld2xxxOutput::takeFolder()
 {
     for (int number = 1; number <= maxFolders; ++number) {
-        const QString name =
-            number == 1 ? m_outputFile : m_outputFile + QStringLiteral(".%1").arg(number);
+        const QString name = growingfile::numberedName(m_outputFile, number);
         const QLockFile::LockError error = growingfile::take(m_lock, name);
         if (error == QLockFile::LockFailedError)
             continue;

@@ -39,6 +39,11 @@ private slots:
     void whatIsGrowingStays();
     void aGrowingFolderStays();
     void aFolderOfOtherFilesStays();
+    void aFolderWithAnotherNumberStays();
+    void aFolderOfFoldersStays();
+    void aFolderWithALinkStays();
+    void anEmptyFolderGoesWithoutItsLock();
+    void aFolderWithoutALockIsLeftUnmarked();
     void whatHasNoLockStays();
     void aFileThatIsNoLockStaysWithItsPart();
     void aLinkIsClearedAndNotWhatItLeadsTo();
@@ -221,7 +226,7 @@ void tst_GrowingFile::whatIsGrowingStays()
 
 void tst_GrowingFile::aLeftFolderIsRecognisedWithoutItsLock()
 {
-    for (const char *folder : {"a.blf.part", "a.blf.2.part", "b.blf.part"})
+    for (const char *folder : {"a.blf.part", "a.blf.2.part"})
         QVERIFY(QDir().mkdir(path(folder)));
     make("a.blf.part/a.blf", "half");
     make("a.blf.2.part/a.blf", "half");
@@ -258,6 +263,70 @@ void tst_GrowingFile::aFolderOfOtherFilesStays()
     make("c.blf.part/notes", "mine");
     clear();
     QCOMPARE(left(), text("a.blf.part c.blf.part"));
+}
+
+void tst_GrowingFile::aFolderWithAnotherNumberStays()
+{
+    for (const char *folder : {"a.blf.02.part", "a.blf.1.part", "a.blf.x.part", "b.part"})
+        QVERIFY(QDir().mkdir(path(folder)));
+    for (const char *file :
+         {"a.blf.02.part/a.blf", "a.blf.1.part/a.blf", "a.blf.x.part/a.blf", "b.part/b.2"})
+        make(file, "mine");
+    clear();
+    QCOMPARE(left(), text("a.blf.02.part a.blf.1.part a.blf.x.part b.part"));
+    QCOMPARE(contentOf(path("b.part/b.2")), QByteArray("mine"));
+}
+
+void tst_GrowingFile::aFolderOfFoldersStays()
+{
+    QVERIFY(QDir().mkpath(path("project.part/project")));
+    make("project.part/project/plan", "mine");
+    clear();
+    QCOMPARE(left(), text("project.part"));
+    QCOMPARE(contentOf(path("project.part/project/plan")), QByteArray("mine"));
+}
+
+void tst_GrowingFile::aFolderWithALinkStays()
+{
+    make("drive.blf", "mine");
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    if (!QFile::link(path("drive.blf"), path("a.blf.part/a.blf")))
+        QSKIP("This system makes no link of that name.");
+    QVERIFY(QDir().mkdir(path("b.blf.part")));
+    make("b.blf.part/b.blf", "mine");
+    QVERIFY(QFile::link(path("nowhere"), path("b.blf.part/dead")));
+    clear();
+    QCOMPARE(left(), text("a.blf.part b.blf.part drive.blf"));
+    QVERIFY(QFileInfo(path("a.blf.part/a.blf")).isSymLink());
+    QCOMPARE(contentOf(path("b.blf.part/b.blf")), QByteArray("mine"));
+}
+
+// As two kills leave it: before the first byte, and as the lock was taken over.
+void tst_GrowingFile::anEmptyFolderGoesWithoutItsLock()
+{
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    clear();
+    QCOMPARE(left(), QString());
+}
+
+// A lock beside it would let the next program remove all that somebody puts there.
+void tst_GrowingFile::aFolderWithoutALockIsLeftUnmarked()
+{
+#ifdef Q_OS_WIN
+    QSKIP("The rights of a folder don't keep its files here.");
+#else
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    make("a.blf.part/a.blf", "kept");
+    QFile::setPermissions(path("a.blf.part"), QFile::ReadOwner | QFile::ExeOwner);
+    const bool isKept = !QFile::remove(path("a.blf.part/a.blf"));
+    if (isKept)
+        clear();
+    QFile::setPermissions(path("a.blf.part"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (!isKept)
+        QSKIP("root may remove everything");
+    QCOMPARE(left(), text("a.blf.part"));
+#endif
 }
 
 void tst_GrowingFile::whatHasNoLockStays()
