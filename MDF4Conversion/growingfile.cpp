@@ -106,7 +106,8 @@ QFileInfoList entriesOf(const QString &folder)
 bool isNameWithin(const QString &file, const QString &name)
 {
     const int number = name.section(QLatin1Char('.'), -1).toInt();
-    return file == name || (number > 1 && numberedName(file, number) == name);
+    return file == name
+           || (number > 1 && number <= maxNumber && numberedName(file, number) == name);
 }
 
 // A program that was ended as it took the lock of a folder over has left that without one. Such a
@@ -130,7 +131,8 @@ void clearUnlocked(const QString &path)
     if (!looksLikeGrowing(part, name))
         return;
     QLockFile lock(lockOf(path));
-    if (!takeLock(lock, path, 0) || !looksLikeGrowing(part, name))
+    lock.setStaleLockTime(0);
+    if (!lock.tryLock(0) || !looksLikeGrowing(part, name)) // a file that is no lock stays
         return;
     const QFileInfoList entries = entriesOf(part);
     if (entries.isEmpty() || QFile::remove(entries.first().filePath()))

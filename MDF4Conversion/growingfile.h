@@ -14,7 +14,8 @@ namespace growingfile {
 [[nodiscard]] QString partOf(const QString &name);
 [[nodiscard]] QString lockOf(const QString &name);
 // What several that grow for one name at the same time are told apart by: the name itself for 1, with
-// ".2", ".3" and so on behind it for the others.
+// ".2", ".3" and so on behind it for the others, up to the largest number.
+constexpr int maxNumber = 1000;
 [[nodiscard]] QString numberedName(const QString &name, int number);
 // Whether the name would be taken for one of the two.
 [[nodiscard]] bool isReserved(const QString &name);

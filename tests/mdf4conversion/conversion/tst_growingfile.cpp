@@ -44,6 +44,7 @@ private slots:
     void aFolderWithALinkStays();
     void anEmptyFolderGoesWithoutItsLock();
     void aFolderWithoutALockIsLeftUnmarked();
+    void aFolderBesideAFileThatIsNoLockStays();
     void whatHasNoLockStays();
     void aFileThatIsNoLockStaysWithItsPart();
     void aLinkIsClearedAndNotWhatItLeadsTo();
@@ -267,13 +268,14 @@ void tst_GrowingFile::aFolderOfOtherFilesStays()
 
 void tst_GrowingFile::aFolderWithAnotherNumberStays()
 {
-    for (const char *folder : {"a.blf.02.part", "a.blf.1.part", "a.blf.x.part", "b.part"})
+    for (const char *folder :
+         {"a.1001.part", "a.blf.02.part", "a.blf.1.part", "a.blf.x.part", "b.part"})
         QVERIFY(QDir().mkdir(path(folder)));
-    for (const char *file :
-         {"a.blf.02.part/a.blf", "a.blf.1.part/a.blf", "a.blf.x.part/a.blf", "b.part/b.2"})
+    for (const char *file : {"a.1001.part/a", "a.blf.02.part/a.blf", "a.blf.1.part/a.blf",
+                             "a.blf.x.part/a.blf", "b.part/b.2"})
         make(file, "mine");
     clear();
-    QCOMPARE(left(), text("a.blf.02.part a.blf.1.part a.blf.x.part b.part"));
+    QCOMPARE(left(), text("a.1001.part a.blf.02.part a.blf.1.part a.blf.x.part b.part"));
     QCOMPARE(contentOf(path("b.part/b.2")), QByteArray("mine"));
 }
 
@@ -327,6 +329,16 @@ void tst_GrowingFile::aFolderWithoutALockIsLeftUnmarked()
         QSKIP("root may remove everything");
     QCOMPARE(left(), text("a.blf.part"));
 #endif
+}
+
+void tst_GrowingFile::aFolderBesideAFileThatIsNoLockStays()
+{
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    make("a.blf.part/a.blf", "mine");
+    make("a.blf.part.lock", "notes");
+    clear();
+    QCOMPARE(left(), text("a.blf.part a.blf.part.lock"));
+    QCOMPARE(contentOf(path("a.blf.part/a.blf")), QByteArray("mine"));
 }
 
 void tst_GrowingFile::whatHasNoLockStays()
