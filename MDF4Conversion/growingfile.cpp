@@ -17,7 +17,11 @@ namespace {
 
 const QLatin1String partSuffix(".part");
 const QLatin1String lockSuffix(".part.lock");
-const QLatin1String takeoverSuffix(".rmlock"); // of QLockFile
+
+// What the clearing looks for. Without a name in front, the folder itself would be the name.
+const QLatin1String partPattern("?*.part");
+const QLatin1String lockPattern("?*.part.lock");
+const QLatin1String takeoverPattern("?*.part.lock*.rmlock"); // of QLockFile
 
 // Of the file, or of the folder and what is in it.
 QDateTime lastChangeOf(const QString &path)
@@ -85,9 +89,9 @@ void clearLeftover(const QString &name, int nameIsDue_ms)
 // deepest comes first, as that goes for these locks, too.
 void clearTakeovers(const QDir &folder)
 {
-    const QStringList locks = folder.entryList(
-        {QLatin1Char('*') + lockSuffix + QLatin1Char('*') + takeoverSuffix},
-        QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDir::Name | QDir::Reversed);
+    const QStringList locks =
+        folder.entryList({takeoverPattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive,
+                         QDir::Name | QDir::Reversed);
     for (const QString &entry : locks) {
         const QString path = folder.filePath(entry);
         QLockFile lock(path);
@@ -158,8 +162,7 @@ QString numberedName(const QString &name, int number)
 
 bool isReserved(const QString &name)
 {
-    return name.endsWith(partSuffix, Qt::CaseInsensitive)
-           || name.endsWith(lockSuffix, Qt::CaseInsensitive);
+    return QDir::match(QStringList{partPattern, lockPattern, takeoverPattern}, name);
 }
 
 QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name)
@@ -191,14 +194,14 @@ void keepMark(std::unique_ptr<QLockFile> lock)
 void clearLeftovers(const QDir &folder)
 {
     clearTakeovers(folder);
-    const QStringList locks = folder.entryList({QLatin1Char('*') + lockSuffix},
-                                               QDir::Files | QDir::Hidden | QDir::CaseSensitive);
+    const QStringList locks =
+        folder.entryList({lockPattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive);
     for (const QString &entry : locks) {
         if (const auto wait_ms = nameIsDueIn_ms(folder.filePath(entry)))
             clearLeftover(folder.filePath(entry.chopped(lockSuffix.size())), *wait_ms);
     }
-    const QStringList parts = folder.entryList({QLatin1Char('*') + partSuffix},
-                                               QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);
+    const QStringList parts =
+        folder.entryList({partPattern}, QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);
     for (const QString &entry : parts)
         clearUnlocked(folder.filePath(entry.chopped(partSuffix.size())));
 }

@@ -17,7 +17,8 @@ namespace growingfile {
 // ".2", ".3" and so on behind it for the others, up to the largest number.
 constexpr int maxNumber = 1000;
 [[nodiscard]] QString numberedName(const QString &name, int number);
-// Whether the name would be taken for one of the two.
+// Whether a file of this name, without a path and in whatever case, would be taken for one of the two
+// or for what is left of taking a lock over.
 [[nodiscard]] bool isReserved(const QString &name);
 
 // A lock of another computer gives way when it and what it keeps haven't changed for a day: no

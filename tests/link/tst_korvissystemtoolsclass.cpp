@@ -118,6 +118,8 @@ void tst_KorvisSystemToolsClass::theLocalNameIsTheLastComponent_data()
     row("plain", QStringLiteral("2024-05-01_drive.rld"), "2024-05-01_drive.rld");
     row("growing file", QStringLiteral("a.rld.part"), "a.rld.part_");
     row("lock of a growing file", QStringLiteral("a.rld.PART.lock"), "a.rld.PART.lock_");
+    row("takeover of that lock", QStringLiteral("a.rld.part.lock.rmlock"),
+        "a.rld.part.lock.rmlock_");
     row("umlauts", QString::fromUtf8("Prüfstand.rld"), "Prüfstand.rld");
     row("parent", QStringLiteral("../../etc/passwd"), "passwd");
     row("absolute", QStringLiteral("/etc/passwd"), "passwd");

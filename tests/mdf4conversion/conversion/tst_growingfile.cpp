@@ -36,6 +36,7 @@ private slots:
     void anEmptyLockOfAnotherClockStays();
     void aLeftFolderIsRecognisedWithoutItsLock();
     void aLockThatWasLeftWhileItWasTakenOverIsCleared();
+    void locksWithoutANameKeepNothing();
     void whatIsGrowingStays();
     void aGrowingFolderStays();
     void aFolderOfOtherFilesStays();
@@ -97,7 +98,11 @@ void tst_GrowingFile::partsAndLocksAreReservedNames()
     QCOMPARE(growingfile::lockOf(text("a.rld")), text("a.rld.part.lock"));
     QVERIFY(growingfile::isReserved(text("a.rld.part")));
     QVERIFY(growingfile::isReserved(text("a.rld.PART.lock")));
+    QVERIFY(growingfile::isReserved(text("a.rld.part.lock.rmlock")));
+    QVERIFY(growingfile::isReserved(text("a.part.lock.rmlock.RMLOCK")));
+    QVERIFY(growingfile::isReserved(text("a.part.lock.rld.rmlock")));
     QVERIFY(!growingfile::isReserved(text("a.part.rld")));
+    QVERIFY(!growingfile::isReserved(text("a.rmlock")));
 }
 
 void tst_GrowingFile::aTakenLockIsRefusedToOthers()
@@ -243,6 +248,21 @@ void tst_GrowingFile::aLockThatWasLeftWhileItWasTakenOverIsCleared()
     make("a.rld.part.lock.rmlock.rmlock", {});
     clear();
     QCOMPARE(left(), QString());
+}
+
+// Their name would be the folder itself, and what they keep would stand beside it.
+void tst_GrowingFile::locksWithoutANameKeepNothing()
+{
+    QVERIFY(QDir().mkdir(path("out")));
+    QVERIFY(QDir().mkdir(path("out.part")));
+    QVERIFY(QDir().mkdir(path("out/.part")));
+    make("out.part/drive.rld", "mine");
+    make("out/.part.lock", lockOfEndedProgram());
+    make("out/.part.lock.rmlock", lockOfEndedProgram());
+    growingfile::clearLeftovers(QDir(path("out")));
+    QCOMPARE(left(), text("out out.part"));
+    QCOMPARE(contentOf(path("out.part/drive.rld")), QByteArray("mine"));
+    QVERIFY(QDir(path("out/.part")).exists());
 }
 
 void tst_GrowingFile::aGrowingFolderStays()
