@@ -155,6 +155,12 @@ QString lockOf(const QString &name)
     return name + lockSuffix;
 }
 
+QString nameKeptBy(const QString &entry)
+{
+    return entry.endsWith(lockSuffix, Qt::CaseInsensitive) ? entry.chopped(lockSuffix.size())
+                                                           : QString();
+}
+
 QString numberedName(const QString &name, int number)
 {
     return number == 1 ? name : name + QStringLiteral(".%1").arg(number);
@@ -198,7 +204,7 @@ void clearLeftovers(const QDir &folder)
         folder.entryList({lockPattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive);
     for (const QString &entry : locks) {
         if (const auto wait_ms = nameIsDueIn_ms(folder.filePath(entry)))
-            clearLeftover(folder.filePath(entry.chopped(lockSuffix.size())), *wait_ms);
+            clearLeftover(folder.filePath(nameKeptBy(entry)), *wait_ms);
     }
     const QStringList parts =
         folder.entryList({partPattern}, QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);

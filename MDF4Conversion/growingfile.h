@@ -13,6 +13,9 @@ namespace growingfile {
 
 [[nodiscard]] QString partOf(const QString &name);
 [[nodiscard]] QString lockOf(const QString &name);
+// The name that an entry of a folder keeps for a program: NAME if it is a lock "NAME.part.lock", in
+// whatever case, otherwise empty.
+[[nodiscard]] QString nameKeptBy(const QString &entry);
 // What several that grow for one name at the same time are told apart by: the name itself for 1, with
 // ".2", ".3" and so on behind it for the others, up to the largest number.
 constexpr int maxNumber = 1000;

@@ -17,7 +17,8 @@ private slots:
     void aTakenNameWithoutDotIsNumberedInFront();
     void numbersGoOnUntilOneIsFree();
     void caseDoesNotMakeANameFree();
-    void aGrowingFileHasItsName();
+    void theLockOfAGrowingFileHasItsName();
+    void aGrowingFileWithoutALockLeavesItsNameFree();
     void foldersHiddenFilesAndDeadLinksTakeNames();
     void withoutTheFolderThereIsNoName();
     void theLocalNameIsTheLastComponent_data();
@@ -80,11 +81,16 @@ void tst_KorvisSystemToolsClass::caseDoesNotMakeANameFree()
     QCOMPARE(Folder({"A.RLD", "a_NR_2.rld"}).unique("a.rld"), QStringLiteral("a_nr_3.rld"));
 }
 
-void tst_KorvisSystemToolsClass::aGrowingFileHasItsName()
+void tst_KorvisSystemToolsClass::theLockOfAGrowingFileHasItsName()
 {
-    QCOMPARE(Folder({"a.rld.part"}).unique("a.rld"), QStringLiteral("a_nr_2.rld"));
-    QCOMPARE(Folder({"a.rld", "A_nr_2.rld.part"}).unique("a.rld"), QStringLiteral("a_nr_3.rld"));
-    QCOMPARE(Folder({"a.rld.part.lock"}).unique("a.rld"), QStringLiteral("a.rld"));
+    QCOMPARE(Folder({"a.rld.part.lock"}).unique("a.rld"), QStringLiteral("a_nr_2.rld"));
+    QCOMPARE(Folder({"a.rld", "A_nr_2.rld.PART.lock"}).unique("a.rld"),
+             QStringLiteral("a_nr_3.rld"));
+}
+
+void tst_KorvisSystemToolsClass::aGrowingFileWithoutALockLeavesItsNameFree()
+{
+    QCOMPARE(Folder({"a.rld.part"}).unique("a.rld"), QStringLiteral("a.rld"));
 }
 
 void tst_KorvisSystemToolsClass::foldersHiddenFilesAndDeadLinksTakeNames()

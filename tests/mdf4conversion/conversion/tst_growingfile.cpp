@@ -18,6 +18,7 @@ private slots:
     void cleanup() { m_lock.reset(); }
 
     void partsAndLocksAreReservedNames();
+    void aLockKeepsItsName();
     void aTakenLockIsRefusedToOthers();
     void theLockOfAnEndedProgramGivesWay();
 
@@ -103,6 +104,14 @@ void tst_GrowingFile::partsAndLocksAreReservedNames()
     QVERIFY(growingfile::isReserved(text("a.part.lock.rld.rmlock")));
     QVERIFY(!growingfile::isReserved(text("a.part.rld")));
     QVERIFY(!growingfile::isReserved(text("a.rmlock")));
+}
+
+void tst_GrowingFile::aLockKeepsItsName()
+{
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.part.lock")), text("a.rld"));
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.PART.Lock")), text("a.rld"));
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.part")), QString());
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.part.lock.rmlock")), QString());
 }
 
 void tst_GrowingFile::aTakenLockIsRefusedToOthers()
