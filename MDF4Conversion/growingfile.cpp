@@ -143,6 +143,17 @@ void clearUnlocked(const QString &path)
         QDir().rmdir(part); // fails unless it's empty
 }
 
+// What somebody else has put where the lock is to be, or a folder without a lock where the file is to
+// grow; empty if there is neither.
+QString obstacleOf(const QString &name)
+{
+    const QFileInfo lock(lockOf(name));
+    if (lock.isSymLink() || (lock.exists() && !lock.isFile()))
+        return lock.filePath();
+    const QFileInfo part(partOf(name));
+    return part.isDir() && !part.isSymLink() && !lock.exists() ? part.filePath() : QString();
+}
+
 } // namespace
 
 QString partOf(const QString &name)
@@ -173,6 +184,8 @@ bool isReserved(const QString &name)
 
 QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name)
 {
+    if (!obstacleOf(name).isEmpty())
+        return QLockFile::LockFailedError;
     auto made = std::make_unique<QLockFile>(lockOf(name));
     if (!takeLock(*made, name, lockNameIsDue_ms))
         return made->error();
@@ -180,9 +193,16 @@ QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name)
     return QLockFile::NoError;
 }
 
-QString otherComputerText(const QString &name)
+QString refusalText(const QString &name)
 {
     constexpr int maxShown = 64;
+    const QString obstacle = obstacleOf(name);
+    if (!obstacle.isEmpty()) {
+        return QCoreApplication::translate("growingfile",
+                                           "Something else is called %1, which this file needs "
+                                           "while it grows. Rename or delete it.")
+            .arg(QDir::toNativeSeparators(obstacle));
+    }
     const auto holder = holderOf(QLockFile(lockOf(name)));
     if (!holder || !holder->isOnAnotherComputer())
         return {};

@@ -28,12 +28,14 @@ constexpr int maxNumber = 1000;
 // transfer and no conversion is silent for so long.
 constexpr qint64 silenceOfAnotherComputer_ms = 24LL * 3600 * 1000;
 
-// Takes the lock of a growing file. The lock is set if there is no error.
+// Takes the lock of a growing file. The lock is set if there is no error. It is refused, too, where
+// something else than a regular file has the name of the lock, and beside a folder without a lock: a
+// lock left there would give that folder away to clearLeftovers().
 [[nodiscard]] QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name);
 
-// For the user, when the lock can't be taken: the other computer that holds it, and which file to
-// delete if nothing runs there any more. Empty if a program of this computer has it.
-[[nodiscard]] QString otherComputerText(const QString &name);
+// For the user, when the lock is refused: what is in the way, or the other computer that holds it and
+// which file to delete if nothing runs there any more. Empty if a program of this computer has it.
+[[nodiscard]] QString refusalText(const QString &name);
 
 // For something that can't be removed now, because another program has it open: its lock stays, also
 // when this program has ended, so that a later one recognises it.

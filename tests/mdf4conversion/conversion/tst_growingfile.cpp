@@ -29,6 +29,8 @@ private slots:
     void theOtherComputerIsNamed();
     void aHolderOnThisComputerIsNotNamed();
     void theNameOfTheOtherComputerIsCut();
+    void whatIsInTheWayOfTheLockIsNamed();
+    void aFolderWithoutALockGetsNone();
 
     void leftoversOfAnEndedProgramAreCleared();
     void aLeftFolderIsClearedWithAllThatIsInIt();
@@ -166,7 +168,7 @@ void tst_GrowingFile::aFolderWhoseFileStillGrowsKeepsTheLockOfAnotherComputer()
 void tst_GrowingFile::theOtherComputerIsNamed()
 {
     make("a.rld.part.lock", lockOfAnotherComputer());
-    QCOMPARE(growingfile::otherComputerText(path("a.rld")),
+    QCOMPARE(growingfile::refusalText(path("a.rld")),
              QStringLiteral("The computer bench-pc is writing this file. If nothing runs there any "
                             "more, delete %1.")
                  .arg(QDir::toNativeSeparators(path("a.rld.part.lock"))));
@@ -174,15 +176,35 @@ void tst_GrowingFile::theOtherComputerIsNamed()
 
 void tst_GrowingFile::aHolderOnThisComputerIsNotNamed()
 {
-    QCOMPARE(growingfile::otherComputerText(path("a.rld")), QString());
+    QCOMPARE(growingfile::refusalText(path("a.rld")), QString());
     QCOMPARE(take("a.rld"), QLockFile::NoError);
-    QCOMPARE(growingfile::otherComputerText(path("a.rld")), QString());
+    QCOMPARE(growingfile::refusalText(path("a.rld")), QString());
 }
 
 void tst_GrowingFile::theNameOfTheOtherComputerIsCut()
 {
     make("a.rld.part.lock", "12\nzds\n" + QByteArray(100'000, 'x') + '\n');
-    QVERIFY(growingfile::otherComputerText(path("a.rld")).size() < 1000);
+    QVERIFY(growingfile::refusalText(path("a.rld")).size() < 1000);
+}
+
+void tst_GrowingFile::whatIsInTheWayOfTheLockIsNamed()
+{
+    QVERIFY(QDir().mkdir(path("a.rld.part.lock")));
+    QCOMPARE(take("a.rld"), QLockFile::LockFailedError);
+    QCOMPARE(growingfile::refusalText(path("a.rld")),
+             QStringLiteral("Something else is called %1, which this file needs while it grows. "
+                            "Rename or delete it.")
+                 .arg(QDir::toNativeSeparators(path("a.rld.part.lock"))));
+}
+
+// Ended meanwhile, this program would leave a lock that lets the next one remove the folder.
+void tst_GrowingFile::aFolderWithoutALockGetsNone()
+{
+    QVERIFY(QDir().mkdir(path("a.mf4.part")));
+    QCOMPARE(take("a.mf4"), QLockFile::LockFailedError);
+    QCOMPARE(left(), text("a.mf4.part"));
+    QVERIFY(growingfile::refusalText(path("a.mf4"))
+                .contains(QDir::toNativeSeparators(path("a.mf4.part")) + QLatin1Char(',')));
 }
 
 void tst_GrowingFile::leftoversOfAnEndedProgramAreCleared()
