@@ -220,8 +220,8 @@ void keepMark(std::unique_ptr<QLockFile> lock)
 void clearLeftovers(const QDir &folder)
 {
     clearTakeovers(folder);
-    const QStringList locks =
-        folder.entryList({lockPattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive);
+    const QStringList locks = folder.entryList(
+        {lockPattern}, QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::CaseSensitive);
     for (const QString &entry : locks) {
         if (const auto wait_ms = nameIsDueIn_ms(folder.filePath(entry)))
             clearLeftover(folder.filePath(nameKeptBy(entry)), *wait_ms);

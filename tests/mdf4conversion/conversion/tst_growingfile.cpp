@@ -52,6 +52,7 @@ private slots:
     void whatHasNoLockStays();
     void aFileThatIsNoLockStaysWithItsPart();
     void aLinkIsClearedAndNotWhatItLeadsTo();
+    void aLinkToALockKeepsNothing();
     void aMissingFolderIsNoTrouble();
 
 private:
@@ -421,6 +422,19 @@ void tst_GrowingFile::aLinkIsClearedAndNotWhatItLeadsTo()
     clear();
     QCOMPARE(left(), text("mine"));
     QCOMPARE(contentOf(path("mine/drive.rld")), QByteArray("mine"));
+#endif
+}
+
+void tst_GrowingFile::aLinkToALockKeepsNothing()
+{
+#ifdef Q_OS_WIN
+    QSKIP("A link is a file of its own here.");
+#else
+    make("old", lockOfEndedProgram());
+    QVERIFY(QFile::link(path("old"), path("a.rld.part.lock")));
+    make("a.rld.part", "mine");
+    clear();
+    QCOMPARE(left(), text("a.rld.part a.rld.part.lock old"));
 #endif
 }
 
