@@ -123,9 +123,9 @@ bool ConversionFiles::failToLock(QLockFile::LockError error, const QString &lock
     const QString name = QDir::toNativeSeparators(m_outputFile);
     if (error != QLockFile::LockFailedError)
         return fail(tr("%1: cannot be written: %2").arg(name, whyNotMade(lockPath)));
-    const QString otherComputer = growingfile::otherComputerText(m_outputFile);
-    return fail(otherComputer.isEmpty() ? tr("%1: another conversion is writing there").arg(name)
-                                        : QStringLiteral("%1: %2").arg(name, otherComputer));
+    const QString refusal = growingfile::refusalText(m_outputFile);
+    return fail(refusal.isEmpty() ? tr("%1: another conversion is writing there").arg(name)
+                                  : QStringLiteral("%1: %2").arg(name, refusal));
 }
 
 bool ConversionFiles::prepare()

@@ -17,7 +17,11 @@ namespace {
 
 const QLatin1String partSuffix(".part");
 const QLatin1String lockSuffix(".part.lock");
-const QLatin1String takeoverSuffix(".rmlock"); // of QLockFile
+
+// What the clearing looks for. Without a name in front, the folder itself would be the name.
+const QLatin1String partPattern("?*.part");
+const QLatin1String lockPattern("?*.part.lock");
+const QLatin1String takeoverPattern("?*.part.lock*.rmlock"); // of QLockFile
 
 // Of the file, or of the folder and what is in it.
 QDateTime lastChangeOf(const QString &path)
@@ -85,9 +89,9 @@ void clearLeftover(const QString &name, int nameIsDue_ms)
 // deepest comes first, as that goes for these locks, too.
 void clearTakeovers(const QDir &folder)
 {
-    const QStringList locks = folder.entryList(
-        {QLatin1Char('*') + lockSuffix + QLatin1Char('*') + takeoverSuffix},
-        QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDir::Name | QDir::Reversed);
+    const QStringList locks =
+        folder.entryList({takeoverPattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive,
+                         QDir::Name | QDir::Reversed);
     for (const QString &entry : locks) {
         const QString path = folder.filePath(entry);
         QLockFile lock(path);
@@ -96,15 +100,58 @@ void clearTakeovers(const QDir &folder)
     }
 }
 
-// A folder that grows holds one file of its own name, apart from a number, or nothing yet. So it is
-// recognised without a lock, which a program that was ended as it took that over has left behind.
-bool looksLikeGrowing(const QString &name, const QString &folder)
+QFileInfoList entriesOf(const QString &folder)
 {
-    const QStringList entries =
-        QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    const QLatin1Char dot('.');
-    return entries.isEmpty()
-           || (entries.size() == 1 && (name + dot).startsWith(entries.first() + dot));
+    return QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                      | QDir::NoDotAndDotDot);
+}
+
+// Whether a folder that grows for `name` may hold a file of that name.
+bool isNameWithin(const QString &file, const QString &name)
+{
+    const int number = name.section(QLatin1Char('.'), -1).toInt();
+    return file == name
+           || (number > 1 && number <= maxNumber && numberedName(file, number) == name);
+}
+
+// A program that was ended as it took the lock of a folder over has left that without one. Such a
+// folder holds nothing but one file that is called like itself, or nothing yet.
+bool looksLikeGrowing(const QString &part, const QString &name)
+{
+    const QFileInfoList entries = entriesOf(part);
+    if (entries.isEmpty())
+        return true;
+    const QFileInfo &file = entries.first();
+    return entries.size() == 1 && file.isFile() && !file.isSymLink()
+           && isNameWithin(file.fileName(), name);
+}
+
+// Takes no more than that, and leaves no mark behind: the folder could still be somebody else's. It
+// is looked at before the lock is made, too, or a program ended here would leave a lock beside it.
+void clearUnlocked(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const QString part = partOf(path);
+    if (!looksLikeGrowing(part, name))
+        return;
+    QLockFile lock(lockOf(path));
+    lock.setStaleLockTime(0);
+    if (!lock.tryLock(0) || !looksLikeGrowing(part, name)) // a file that is no lock stays
+        return;
+    const QFileInfoList entries = entriesOf(part);
+    if (entries.isEmpty() || QFile::remove(entries.first().filePath()))
+        QDir().rmdir(part); // fails unless it's empty
+}
+
+// What somebody else has put where the lock is to be, or a folder without a lock where the file is to
+// grow; empty if there is neither.
+QString obstacleOf(const QString &name)
+{
+    const QFileInfo lock(lockOf(name));
+    if (lock.isSymLink() || (lock.exists() && !lock.isFile()))
+        return lock.filePath();
+    const QFileInfo part(partOf(name));
+    return part.isDir() && !part.isSymLink() && !lock.exists() ? part.filePath() : QString();
 }
 
 } // namespace
@@ -119,14 +166,26 @@ QString lockOf(const QString &name)
     return name + lockSuffix;
 }
 
+QString nameKeptBy(const QString &entry)
+{
+    return entry.endsWith(lockSuffix, Qt::CaseInsensitive) ? entry.chopped(lockSuffix.size())
+                                                           : QString();
+}
+
+QString numberedName(const QString &name, int number)
+{
+    return number == 1 ? name : name + QStringLiteral(".%1").arg(number);
+}
+
 bool isReserved(const QString &name)
 {
-    return name.endsWith(partSuffix, Qt::CaseInsensitive)
-           || name.endsWith(lockSuffix, Qt::CaseInsensitive);
+    return QDir::match(QStringList{partPattern, lockPattern, takeoverPattern}, name);
 }
 
 QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name)
 {
+    if (!obstacleOf(name).isEmpty())
+        return QLockFile::LockFailedError;
     auto made = std::make_unique<QLockFile>(lockOf(name));
     if (!takeLock(*made, name, lockNameIsDue_ms))
         return made->error();
@@ -134,9 +193,16 @@ QLockFile::LockError take(std::unique_ptr<QLockFile> &lock, const QString &name)
     return QLockFile::NoError;
 }
 
-QString otherComputerText(const QString &name)
+QString refusalText(const QString &name)
 {
     constexpr int maxShown = 64;
+    const QString obstacle = obstacleOf(name);
+    if (!obstacle.isEmpty()) {
+        return QCoreApplication::translate("growingfile",
+                                           "Something else is called %1, which this file needs "
+                                           "while it grows. Rename or delete it.")
+            .arg(QDir::toNativeSeparators(obstacle));
+    }
     const auto holder = holderOf(QLockFile(lockOf(name)));
     if (!holder || !holder->isOnAnotherComputer())
         return {};
@@ -154,19 +220,16 @@ void keepMark(std::unique_ptr<QLockFile> lock)
 void clearLeftovers(const QDir &folder)
 {
     clearTakeovers(folder);
-    const QStringList locks = folder.entryList({QLatin1Char('*') + lockSuffix},
-                                               QDir::Files | QDir::Hidden | QDir::CaseSensitive);
+    const QStringList locks = folder.entryList(
+        {lockPattern}, QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::CaseSensitive);
     for (const QString &entry : locks) {
         if (const auto wait_ms = nameIsDueIn_ms(folder.filePath(entry)))
-            clearLeftover(folder.filePath(entry.chopped(lockSuffix.size())), *wait_ms);
+            clearLeftover(folder.filePath(nameKeptBy(entry)), *wait_ms);
     }
-    const QStringList parts = folder.entryList({QLatin1Char('*') + partSuffix},
-                                               QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);
-    for (const QString &entry : parts) {
-        const QString name = entry.chopped(partSuffix.size());
-        if (looksLikeGrowing(name, folder.filePath(entry)))
-            clearLeftover(folder.filePath(name), 0);
-    }
+    const QStringList parts =
+        folder.entryList({partPattern}, QDir::Dirs | QDir::NoSymLinks | QDir::CaseSensitive);
+    for (const QString &entry : parts)
+        clearUnlocked(folder.filePath(entry.chopped(partSuffix.size())));
 }
 
 } // namespace growingfile

@@ -12,9 +12,6 @@
 
 namespace {
 
-// Conversions to one name at the same time; a batch has few.
-constexpr int maxFolders = 1000;
-
 QString tr(const char *text)
 {
     return QCoreApplication::translate("Conversion", text);
@@ -52,9 +49,8 @@ bool Rld2xxxOutput::prepare()
 
 bool Rld2xxxOutput::takeFolder()
 {
-    for (int number = 1; number <= maxFolders; ++number) {
-        const QString name =
-            number == 1 ? m_outputFile : m_outputFile + QStringLiteral(".%1").arg(number);
+    for (int number = 1; number <= growingfile::maxNumber; ++number) {
+        const QString name = growingfile::numberedName(m_outputFile, number);
         const QLockFile::LockError error = growingfile::take(m_lock, name);
         if (error == QLockFile::LockFailedError)
             continue;

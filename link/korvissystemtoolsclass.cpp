@@ -20,13 +20,6 @@ QString numbered(const QString &name, int number)
     return name.left(dot) + QStringLiteral("_nr_%1").arg(number) + name.mid(dot);
 }
 
-// What a file that is still being fetched will be called; other names stay.
-QString nameOfGrowing(const QString &entry)
-{
-    const QLatin1String part(".part");
-    return entry.endsWith(part, Qt::CaseInsensitive) ? entry.chopped(part.size()) : entry;
-}
-
 // Windows refuses these; categories "other" are control and format characters, halves of
 // surrogate pairs, and what no font shows.
 bool isUnfit(QChar character)
@@ -79,7 +72,7 @@ QString KorvisSystemToolsClass::uniqueFileName(const QString &folder, const QStr
     const QStringList entries =
         directory.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QString &entry : entries)
-        taken << entry.toCaseFolded() << nameOfGrowing(entry).toCaseFolded();
+        taken << entry.toCaseFolded() << growingfile::nameKeptBy(entry).toCaseFolded();
     QString candidate = name;
     for (int number = 2; taken.contains(candidate.toCaseFolded()); ++number)
         candidate = numbered(name, number);

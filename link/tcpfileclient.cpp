@@ -128,10 +128,9 @@ bool TcpFileClient::openTarget()
     // told with its cause.
     if (growingfile::take(m_lock, m_localName) == QLockFile::LockFailedError) {
         qDebug() << "open file err..";
-        const QString otherComputer = growingfile::otherComputerText(m_localName);
-        abort_and_set_error(fileError(otherComputer.isEmpty()
-                                          ? tr("Another download is writing this file.")
-                                          : otherComputer));
+        const QString refusal = growingfile::refusalText(m_localName);
+        abort_and_set_error(
+            fileError(refusal.isEmpty() ? tr("Another download is writing this file.") : refusal));
         return false;
     }
     const QString part = growingfile::partOf(m_localName);

@@ -33,6 +33,8 @@ private slots:
     void unknownSpaceDoesNotKeepFromStarting();
     void aRetryNeedsSpaceForWhatIsLeft();
     void whatKilledDownloadsLeftGivesItsRoomBack();
+    void aHalfFileWithoutALockIsReplaced();
+    void aNameThatAnotherComputerKeepsIsLeftToIt();
     void aRetryClearsTheFolderFirst();
     void aFileThatAnotherDownloadFetchesIsNotCleared();
     void cancelLeavesWhatHasArrived();
@@ -328,6 +330,25 @@ void tst_DownloadList::whatKilledDownloadsLeftGivesItsRoomBack()
     });
     QVERIFY(bench.run());
     QCOMPARE(seen, QStringList{QStringLiteral("notes.part")});
+}
+
+void tst_DownloadList::aHalfFileWithoutALockIsReplaced()
+{
+    Bench bench;
+    writeFile(bench.target.filePath(QStringLiteral("a.rld.part")), "half");
+    QVERIFY(bench.run());
+    QCOMPARE(bench.entries(), bench.names);
+    QCOMPARE(contentOf(bench.target.filePath(QStringLiteral("a.rld"))), bench.contents.at(0));
+}
+
+void tst_DownloadList::aNameThatAnotherComputerKeepsIsLeftToIt()
+{
+    Bench bench;
+    const QString lock = bench.target.filePath(QStringLiteral("a.rld.part.lock"));
+    writeFile(lock, lockOfAnotherComputer());
+    QVERIFY(bench.run());
+    QVERIFY(QFile::exists(lock));
+    QCOMPARE(bench.list().arrived().at(0), bench.target.filePath(QStringLiteral("a_nr_2.rld")));
 }
 
 void tst_DownloadList::aRetryClearsTheFolderFirst()

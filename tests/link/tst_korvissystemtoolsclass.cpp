@@ -17,7 +17,8 @@ private slots:
     void aTakenNameWithoutDotIsNumberedInFront();
     void numbersGoOnUntilOneIsFree();
     void caseDoesNotMakeANameFree();
-    void aGrowingFileHasItsName();
+    void theLockOfAGrowingFileHasItsName();
+    void aGrowingFileWithoutALockLeavesItsNameFree();
     void foldersHiddenFilesAndDeadLinksTakeNames();
     void withoutTheFolderThereIsNoName();
     void theLocalNameIsTheLastComponent_data();
@@ -80,11 +81,16 @@ void tst_KorvisSystemToolsClass::caseDoesNotMakeANameFree()
     QCOMPARE(Folder({"A.RLD", "a_NR_2.rld"}).unique("a.rld"), QStringLiteral("a_nr_3.rld"));
 }
 
-void tst_KorvisSystemToolsClass::aGrowingFileHasItsName()
+void tst_KorvisSystemToolsClass::theLockOfAGrowingFileHasItsName()
 {
-    QCOMPARE(Folder({"a.rld.part"}).unique("a.rld"), QStringLiteral("a_nr_2.rld"));
-    QCOMPARE(Folder({"a.rld", "A_nr_2.rld.part"}).unique("a.rld"), QStringLiteral("a_nr_3.rld"));
-    QCOMPARE(Folder({"a.rld.part.lock"}).unique("a.rld"), QStringLiteral("a.rld"));
+    QCOMPARE(Folder({"a.rld.part.lock"}).unique("a.rld"), QStringLiteral("a_nr_2.rld"));
+    QCOMPARE(Folder({"a.rld", "A_nr_2.rld.PART.lock"}).unique("a.rld"),
+             QStringLiteral("a_nr_3.rld"));
+}
+
+void tst_KorvisSystemToolsClass::aGrowingFileWithoutALockLeavesItsNameFree()
+{
+    QCOMPARE(Folder({"a.rld.part"}).unique("a.rld"), QStringLiteral("a.rld"));
 }
 
 void tst_KorvisSystemToolsClass::foldersHiddenFilesAndDeadLinksTakeNames()
@@ -118,6 +124,8 @@ void tst_KorvisSystemToolsClass::theLocalNameIsTheLastComponent_data()
     row("plain", QStringLiteral("2024-05-01_drive.rld"), "2024-05-01_drive.rld");
     row("growing file", QStringLiteral("a.rld.part"), "a.rld.part_");
     row("lock of a growing file", QStringLiteral("a.rld.PART.lock"), "a.rld.PART.lock_");
+    row("takeover of that lock", QStringLiteral("a.rld.part.lock.rmlock"),
+        "a.rld.part.lock.rmlock_");
     row("umlauts", QString::fromUtf8("Prüfstand.rld"), "Prüfstand.rld");
     row("parent", QStringLiteral("../../etc/passwd"), "passwd");
     row("absolute", QStringLiteral("/etc/passwd"), "passwd");

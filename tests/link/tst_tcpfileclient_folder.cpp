@@ -23,6 +23,7 @@ private slots:
     void aFileThatAnotherTransferWritesIsLeftAlone();
     void aLockWithoutOwnerDoesNotBlock();
     void aFileThatAnotherComputerWritesIsToldWithItsName();
+    void aFolderInPlaceOfTheLockIsTold();
 };
 
 void tst_TcpFileClient_Folder::aFileIsCalledPartUntilItIsWhole()
@@ -184,6 +185,19 @@ void tst_TcpFileClient_Folder::aFileThatAnotherComputerWritesIsToldWithItsName()
                             "runs there any more, delete %1.)")
                  .arg(QDir::toNativeSeparators(transfer.path("a.rld.part.lock"))));
     QCOMPARE(contentOf(transfer.path("a.rld.part")), QByteArray("half"));
+}
+
+void tst_TcpFileClient_Folder::aFolderInPlaceOfTheLockIsTold()
+{
+    FilePeer peer(FilePeer::sending("0123456789"));
+    Transfer transfer;
+    QVERIFY(QDir().mkpath(transfer.path("a.rld.part.lock/theirs")));
+    QVERIFY(!transfer.fetch(peer, 10));
+    QCOMPARE(transfer.text,
+             QStringLiteral("File-Error.(Something else is called %1, which this file needs while "
+                            "it grows. Rename or delete it.)")
+                 .arg(QDir::toNativeSeparators(transfer.path("a.rld.part.lock"))));
+    QCOMPARE(transfer.entries(), QStringList{QStringLiteral("a.rld.part.lock")});
 }
 
 QTEST_GUILESS_MAIN(tst_TcpFileClient_Folder)

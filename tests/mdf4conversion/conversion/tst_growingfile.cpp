@@ -18,6 +18,7 @@ private slots:
     void cleanup() { m_lock.reset(); }
 
     void partsAndLocksAreReservedNames();
+    void aLockKeepsItsName();
     void aTakenLockIsRefusedToOthers();
     void theLockOfAnEndedProgramGivesWay();
 
@@ -28,6 +29,8 @@ private slots:
     void theOtherComputerIsNamed();
     void aHolderOnThisComputerIsNotNamed();
     void theNameOfTheOtherComputerIsCut();
+    void whatIsInTheWayOfTheLockIsNamed();
+    void aFolderWithoutALockGetsNone();
 
     void leftoversOfAnEndedProgramAreCleared();
     void aLeftFolderIsClearedWithAllThatIsInIt();
@@ -36,12 +39,20 @@ private slots:
     void anEmptyLockOfAnotherClockStays();
     void aLeftFolderIsRecognisedWithoutItsLock();
     void aLockThatWasLeftWhileItWasTakenOverIsCleared();
+    void locksWithoutANameKeepNothing();
     void whatIsGrowingStays();
     void aGrowingFolderStays();
     void aFolderOfOtherFilesStays();
+    void aFolderWithAnotherNumberStays();
+    void aFolderOfFoldersStays();
+    void aFolderWithALinkStays();
+    void anEmptyFolderGoesWithoutItsLock();
+    void aFolderWithoutALockIsLeftUnmarked();
+    void aFolderBesideAFileThatIsNoLockStays();
     void whatHasNoLockStays();
     void aFileThatIsNoLockStaysWithItsPart();
     void aLinkIsClearedAndNotWhatItLeadsTo();
+    void aLinkToALockKeepsNothing();
     void aMissingFolderIsNoTrouble();
 
 private:
@@ -91,7 +102,19 @@ void tst_GrowingFile::partsAndLocksAreReservedNames()
     QCOMPARE(growingfile::lockOf(text("a.rld")), text("a.rld.part.lock"));
     QVERIFY(growingfile::isReserved(text("a.rld.part")));
     QVERIFY(growingfile::isReserved(text("a.rld.PART.lock")));
+    QVERIFY(growingfile::isReserved(text("a.rld.part.lock.rmlock")));
+    QVERIFY(growingfile::isReserved(text("a.part.lock.rmlock.RMLOCK")));
+    QVERIFY(growingfile::isReserved(text("a.part.lock.rld.rmlock")));
     QVERIFY(!growingfile::isReserved(text("a.part.rld")));
+    QVERIFY(!growingfile::isReserved(text("a.rmlock")));
+}
+
+void tst_GrowingFile::aLockKeepsItsName()
+{
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.part.lock")), text("a.rld"));
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.PART.Lock")), text("a.rld"));
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.part")), QString());
+    QCOMPARE(growingfile::nameKeptBy(text("a.rld.part.lock.rmlock")), QString());
 }
 
 void tst_GrowingFile::aTakenLockIsRefusedToOthers()
@@ -146,7 +169,7 @@ void tst_GrowingFile::aFolderWhoseFileStillGrowsKeepsTheLockOfAnotherComputer()
 void tst_GrowingFile::theOtherComputerIsNamed()
 {
     make("a.rld.part.lock", lockOfAnotherComputer());
-    QCOMPARE(growingfile::otherComputerText(path("a.rld")),
+    QCOMPARE(growingfile::refusalText(path("a.rld")),
              QStringLiteral("The computer bench-pc is writing this file. If nothing runs there any "
                             "more, delete %1.")
                  .arg(QDir::toNativeSeparators(path("a.rld.part.lock"))));
@@ -154,15 +177,35 @@ void tst_GrowingFile::theOtherComputerIsNamed()
 
 void tst_GrowingFile::aHolderOnThisComputerIsNotNamed()
 {
-    QCOMPARE(growingfile::otherComputerText(path("a.rld")), QString());
+    QCOMPARE(growingfile::refusalText(path("a.rld")), QString());
     QCOMPARE(take("a.rld"), QLockFile::NoError);
-    QCOMPARE(growingfile::otherComputerText(path("a.rld")), QString());
+    QCOMPARE(growingfile::refusalText(path("a.rld")), QString());
 }
 
 void tst_GrowingFile::theNameOfTheOtherComputerIsCut()
 {
     make("a.rld.part.lock", "12\nzds\n" + QByteArray(100'000, 'x') + '\n');
-    QVERIFY(growingfile::otherComputerText(path("a.rld")).size() < 1000);
+    QVERIFY(growingfile::refusalText(path("a.rld")).size() < 1000);
+}
+
+void tst_GrowingFile::whatIsInTheWayOfTheLockIsNamed()
+{
+    QVERIFY(QDir().mkdir(path("a.rld.part.lock")));
+    QCOMPARE(take("a.rld"), QLockFile::LockFailedError);
+    QCOMPARE(growingfile::refusalText(path("a.rld")),
+             QStringLiteral("Something else is called %1, which this file needs while it grows. "
+                            "Rename or delete it.")
+                 .arg(QDir::toNativeSeparators(path("a.rld.part.lock"))));
+}
+
+// Ended meanwhile, this program would leave a lock that lets the next one remove the folder.
+void tst_GrowingFile::aFolderWithoutALockGetsNone()
+{
+    QVERIFY(QDir().mkdir(path("a.mf4.part")));
+    QCOMPARE(take("a.mf4"), QLockFile::LockFailedError);
+    QCOMPARE(left(), text("a.mf4.part"));
+    QVERIFY(growingfile::refusalText(path("a.mf4"))
+                .contains(QDir::toNativeSeparators(path("a.mf4.part")) + QLatin1Char(',')));
 }
 
 void tst_GrowingFile::leftoversOfAnEndedProgramAreCleared()
@@ -221,7 +264,7 @@ void tst_GrowingFile::whatIsGrowingStays()
 
 void tst_GrowingFile::aLeftFolderIsRecognisedWithoutItsLock()
 {
-    for (const char *folder : {"a.blf.part", "a.blf.2.part", "b.blf.part"})
+    for (const char *folder : {"a.blf.part", "a.blf.2.part"})
         QVERIFY(QDir().mkdir(path(folder)));
     make("a.blf.part/a.blf", "half");
     make("a.blf.2.part/a.blf", "half");
@@ -237,6 +280,21 @@ void tst_GrowingFile::aLockThatWasLeftWhileItWasTakenOverIsCleared()
     make("a.rld.part.lock.rmlock.rmlock", {});
     clear();
     QCOMPARE(left(), QString());
+}
+
+// Their name would be the folder itself, and what they keep would stand beside it.
+void tst_GrowingFile::locksWithoutANameKeepNothing()
+{
+    QVERIFY(QDir().mkdir(path("out")));
+    QVERIFY(QDir().mkdir(path("out.part")));
+    QVERIFY(QDir().mkdir(path("out/.part")));
+    make("out.part/drive.rld", "mine");
+    make("out/.part.lock", lockOfEndedProgram());
+    make("out/.part.lock.rmlock", lockOfEndedProgram());
+    growingfile::clearLeftovers(QDir(path("out")));
+    QCOMPARE(left(), text("out out.part"));
+    QCOMPARE(contentOf(path("out.part/drive.rld")), QByteArray("mine"));
+    QVERIFY(QDir(path("out/.part")).exists());
 }
 
 void tst_GrowingFile::aGrowingFolderStays()
@@ -258,6 +316,81 @@ void tst_GrowingFile::aFolderOfOtherFilesStays()
     make("c.blf.part/notes", "mine");
     clear();
     QCOMPARE(left(), text("a.blf.part c.blf.part"));
+}
+
+void tst_GrowingFile::aFolderWithAnotherNumberStays()
+{
+    for (const char *folder :
+         {"a.1001.part", "a.blf.02.part", "a.blf.1.part", "a.blf.x.part", "b.part"})
+        QVERIFY(QDir().mkdir(path(folder)));
+    for (const char *file : {"a.1001.part/a", "a.blf.02.part/a.blf", "a.blf.1.part/a.blf",
+                             "a.blf.x.part/a.blf", "b.part/b.2"})
+        make(file, "mine");
+    clear();
+    QCOMPARE(left(), text("a.1001.part a.blf.02.part a.blf.1.part a.blf.x.part b.part"));
+    QCOMPARE(contentOf(path("b.part/b.2")), QByteArray("mine"));
+}
+
+void tst_GrowingFile::aFolderOfFoldersStays()
+{
+    QVERIFY(QDir().mkpath(path("project.part/project")));
+    make("project.part/project/plan", "mine");
+    clear();
+    QCOMPARE(left(), text("project.part"));
+    QCOMPARE(contentOf(path("project.part/project/plan")), QByteArray("mine"));
+}
+
+void tst_GrowingFile::aFolderWithALinkStays()
+{
+    make("drive.blf", "mine");
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    if (!QFile::link(path("drive.blf"), path("a.blf.part/a.blf")))
+        QSKIP("This system makes no link of that name.");
+    QVERIFY(QDir().mkdir(path("b.blf.part")));
+    make("b.blf.part/b.blf", "mine");
+    QVERIFY(QFile::link(path("nowhere"), path("b.blf.part/dead")));
+    clear();
+    QCOMPARE(left(), text("a.blf.part b.blf.part drive.blf"));
+    QVERIFY(QFileInfo(path("a.blf.part/a.blf")).isSymLink());
+    QCOMPARE(contentOf(path("b.blf.part/b.blf")), QByteArray("mine"));
+}
+
+// As two kills leave it: before the first byte, and as the lock was taken over.
+void tst_GrowingFile::anEmptyFolderGoesWithoutItsLock()
+{
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    clear();
+    QCOMPARE(left(), QString());
+}
+
+// A lock beside it would let the next program remove all that somebody puts there.
+void tst_GrowingFile::aFolderWithoutALockIsLeftUnmarked()
+{
+#ifdef Q_OS_WIN
+    QSKIP("The rights of a folder don't keep its files here.");
+#else
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    make("a.blf.part/a.blf", "kept");
+    QFile::setPermissions(path("a.blf.part"), QFile::ReadOwner | QFile::ExeOwner);
+    const bool isKept = !QFile::remove(path("a.blf.part/a.blf"));
+    if (isKept)
+        clear();
+    QFile::setPermissions(path("a.blf.part"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (!isKept)
+        QSKIP("root may remove everything");
+    QCOMPARE(left(), text("a.blf.part"));
+#endif
+}
+
+void tst_GrowingFile::aFolderBesideAFileThatIsNoLockStays()
+{
+    QVERIFY(QDir().mkdir(path("a.blf.part")));
+    make("a.blf.part/a.blf", "mine");
+    make("a.blf.part.lock", "notes");
+    clear();
+    QCOMPARE(left(), text("a.blf.part a.blf.part.lock"));
+    QCOMPARE(contentOf(path("a.blf.part/a.blf")), QByteArray("mine"));
 }
 
 void tst_GrowingFile::whatHasNoLockStays()
@@ -289,6 +422,19 @@ void tst_GrowingFile::aLinkIsClearedAndNotWhatItLeadsTo()
     clear();
     QCOMPARE(left(), text("mine"));
     QCOMPARE(contentOf(path("mine/drive.rld")), QByteArray("mine"));
+#endif
+}
+
+void tst_GrowingFile::aLinkToALockKeepsNothing()
+{
+#ifdef Q_OS_WIN
+    QSKIP("A link is a file of its own here.");
+#else
+    make("old", lockOfEndedProgram());
+    QVERIFY(QFile::link(path("old"), path("a.rld.part.lock")));
+    make("a.rld.part", "mine");
+    clear();
+    QCOMPARE(left(), text("a.rld.part a.rld.part.lock old"));
 #endif
 }
 
