@@ -85,7 +85,7 @@ void DialogConverter::addConversion(const PlannedConversion &conversion, const C
     if (conversion.format == ConversionGlobal::MDF4)
         widget = new WidgetConverterMdf4(conversion, job, m_prompt, m_ui->widget_converter);
     else
-        widget = new WidgetConverterRld2XXX(conversion, m_ui->widget_converter);
+        widget = new WidgetConverterRld2XXX(conversion, m_prompt, m_ui->widget_converter);
     m_ui->layout_converter->addWidget(widget);
     widget->setVisible(m_widgets.empty());
     m_widgets.push_back(widget);
