@@ -436,7 +436,7 @@ void tst_WidgetConverterRld2XXX::aProcessThatClosesItsFilesIsWaitedFor()
                                "gets its name when the process has ended; cancelling removes "
                                "it.")}));
     QVERIFY(!m_widget->isFinished());
-    QCOMPARE(process()->state(), QProcess::Running);
+    QVERIFY(process()->state() != QProcess::NotRunning);
     QCOMPARE(m_bench->left(), text("a.blf.part a.blf.part.lock"));
     QVERIFY(endsByItself());
     m_widget->poll();
