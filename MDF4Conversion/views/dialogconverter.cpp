@@ -197,7 +197,7 @@ void DialogConverter::finish()
     m_ui->pushButtonOk->setEnabled(true);
     m_ui->pushButtonOk->setFocus();
     m_ui->pushButtonCancel->setEnabled(false);
-    m_ui->label_status->setText(conversionbatch::finishedLabel(count(), m_isCancelled));
+    m_ui->label_status->setText(conversionbatch::finishedLabel(count()));
     if (m_widgets.empty())
         return;
     const QString title = QStringLiteral("Conversion(s) finished!");

@@ -71,6 +71,7 @@ private slots:
     void cancellingEndsAllConversions();
     void cancellingASequenceStartsNoFurther();
     void whatNeverStartedIsShownAsCancelled();
+    void aBatchOfOneIsShownAsCancelled();
     void rejectingAsksFirst();
     void rejectingCancels();
     void theEndOfTheBatchWithdrawsTheQuestion();
@@ -326,7 +327,7 @@ void tst_DialogConverter::cancellingASequenceStartsNoFurther()
     QCOMPARE(widgets()[1]->messages(), QString());
     QVERIFY(find<QProgressBar>("progressBar_batch")->value() < 100);
     QVERIFY(find<QLabel>("label_batch")->text().startsWith(text("cancelled after ")));
-    QCOMPARE(label(), text("...conversion of 2 file(s) finished... (cancelled)"));
+    QCOMPARE(label(), text("...conversion of 2 file(s) finished..."));
     QCOMPARE(m_bench->left(), QString());
 }
 
@@ -344,6 +345,16 @@ void tst_DialogConverter::whatNeverStartedIsShownAsCancelled()
     QVERIFY2(figures.first().startsWith(text("cancelled after ")), qPrintable(figures.first()));
     QCOMPARE(figures.mid(1),
              QStringList({text("cancelled"), text("cancelled"), text("cancelled")}));
+}
+
+void tst_DialogConverter::aBatchOfOneIsShownAsCancelled()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000)}, ConversionGlobal::MDF4, true);
+    m_dialog->start();
+    button("pushButtonCancel")->click();
+    QVERIFY(ends());
+    QVERIFY(find<QLabel>("label_figures")->text().startsWith(text("cancelled after ")));
+    QCOMPARE(label(), text("...conversion of 1 file(s) finished..."));
 }
 
 void tst_DialogConverter::rejectingAsksFirst()
