@@ -235,8 +235,7 @@ void MainWindow::enterDisconnected()
     m_ui->treeWidget->enableAll();
     m_ui->slideSwitch_transparent->setEnabled(false);
     m_ui->slideSwitch_transparent->setChecked(false);
-    if (m_connecting)
-        m_parts.prompt->withdrawQuestion();
+    m_parts.prompt->withdrawQuestion(&m_connectSequence);
 }
 
 void MainWindow::enterConnectSequence()

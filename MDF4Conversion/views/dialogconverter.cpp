@@ -192,8 +192,7 @@ bool DialogConverter::showErrors()
 void DialogConverter::finish()
 {
     m_isRunning = false;
-    if (m_isAsking)
-        m_prompt.withdrawQuestion();
+    m_prompt.withdrawQuestion(this);
     m_ui->pushButtonOk->setEnabled(true);
     m_ui->pushButtonOk->setFocus();
     m_ui->pushButtonCancel->setEnabled(false);
@@ -242,11 +241,11 @@ bool DialogConverter::isToEnd()
 {
     const QPointer<DialogConverter> self(this); // the window may go while the box is open
     m_isAsking = true;
-    const bool isYes =
-        m_prompt.ask(QStringLiteral("Cancel conversion"),
-                     runningWork()
-                         + QStringLiteral("\n\nCancel and close this window? Files that aren't "
-                                          "whole are removed."));
+    const bool isYes = m_prompt.askRevocably(
+        this, QStringLiteral("Cancel conversion"),
+        runningWork()
+            + QStringLiteral("\n\nCancel and close this window? Files that aren't "
+                             "whole are removed."));
     if (self)
         m_isAsking = false;
     return self && isYes && m_isRunning;
