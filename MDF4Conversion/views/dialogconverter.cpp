@@ -251,9 +251,10 @@ bool DialogConverter::isToEnd()
     return self && isYes && m_isRunning;
 }
 
+// Who has pressed Cancel has said it, though the conversions may still be about to end.
 void DialogConverter::reject()
 {
-    if (m_isAsking || (m_isRunning && !isToEnd()))
+    if (m_isAsking || (m_isRunning && !m_isCancelled && !isToEnd()))
         return;
     QDialog::reject();
 }

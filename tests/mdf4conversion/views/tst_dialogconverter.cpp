@@ -72,6 +72,7 @@ private slots:
     void cancellingASequenceStartsNoFurther();
     void whatNeverStartedIsShownAsCancelled();
     void aBatchOfOneIsShownAsCancelled();
+    void closingBehindCancelAsksNothing();
     void rejectingAsksFirst();
     void rejectingCancels();
     void theEndOfTheBatchWithdrawsTheQuestion();
@@ -355,6 +356,18 @@ void tst_DialogConverter::aBatchOfOneIsShownAsCancelled()
     QVERIFY(ends());
     QVERIFY(find<QLabel>("label_figures")->text().startsWith(text("cancelled after ")));
     QCOMPARE(label(), text("...conversion of 1 file(s) finished..."));
+}
+
+void tst_DialogConverter::closingBehindCancelAsksNothing()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000)}, ConversionGlobal::MDF4, true);
+    m_dialog->show();
+    m_dialog->start();
+    button("pushButtonCancel")->click();
+    QVERIFY(!m_dialog->runningWork().isEmpty());
+    m_dialog->close();
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_bench->prompt.shown, QStringList());
 }
 
 void tst_DialogConverter::rejectingAsksFirst()
