@@ -94,8 +94,7 @@ QString conversionbatch::parallelLabel(int count)
     return QStringLiteral("...converting %1 files...").arg(count);
 }
 
-QString conversionbatch::finishedLabel(int count, bool isCancelled)
+QString conversionbatch::finishedLabel(int count)
 {
-    const QString label = QStringLiteral("...conversion of %1 file(s) finished...").arg(count);
-    return isCancelled ? label + QStringLiteral(" (cancelled)") : label;
+    return QStringLiteral("...conversion of %1 file(s) finished...").arg(count);
 }

@@ -40,6 +40,6 @@ constexpr uint knownBits = 0xFF;
 [[nodiscard]] QString sequentialLabel(int number, int count);
 // While all run.
 [[nodiscard]] QString parallelLabel(int count);
-[[nodiscard]] QString finishedLabel(int count, bool isCancelled = false);
+[[nodiscard]] QString finishedLabel(int count);
 
 } // namespace conversionbatch

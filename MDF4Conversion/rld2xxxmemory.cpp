@@ -63,18 +63,26 @@ public:
         m_answered.notify_all();
     }
 
-    // Asks for an exchange, and waits for it unless one is late already. True if it was made.
-    bool ask()
+    // Asks for an exchange, and waits for it unless one is late already.
+    void ask()
     {
         std::unique_lock guard(m_mutex);
         if (!m_isShared) {
             exchange();
-            return true;
+            return;
         }
         const bool isLate = std::exchange(m_isAsked, true);
+        if (!isLate)
+            m_askedAt = Clock::now();
         m_wakeUp.notify_all();
-        return m_answered.wait_for(guard, isLate ? 0ms : answerIsDue,
-                                   [this] { return !m_isAsked; });
+        m_answered.wait_for(guard, isLate ? 0ms : answerIsDue, [this] { return !m_isAsked; });
+    }
+    // Since the exchange was asked for that hasn't been made yet.
+    std::chrono::milliseconds waited()
+    {
+        const std::lock_guard guard(m_mutex);
+        const auto waited = m_isShared && m_isAsked ? Clock::now() - m_askedAt : Clock::duration(0);
+        return std::chrono::duration_cast<std::chrono::milliseconds>(waited);
     }
     Rld2xxxRecord copy()
     {
@@ -108,6 +116,8 @@ public:
     }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     // With m_mutex held. What this program has decided isn't overwritten by the other one.
     void exchange()
     {
@@ -126,6 +136,7 @@ private:
     std::condition_variable m_answered;
     Rld2xxxRecord m_copy;
     std::optional<quint8> m_endState;
+    Clock::time_point m_askedAt; // for what is asked
     bool m_isShared = true;
     bool m_isAsked = false;
     bool m_isOver = false;
@@ -159,7 +170,6 @@ bool Rld2xxxMemory::create(const QString &inputFile)
 // A thread that still waits for the lock ends with whoever keeps that, and takes the memory along.
 void Rld2xxxMemory::release()
 {
-    m_waiting.invalidate();
     if (!m_keeper)
         return;
     if (m_keeper->end())
@@ -184,14 +194,16 @@ std::optional<Rld2xxxRecord> Rld2xxxMemory::read()
 {
     if (!m_keeper)
         return m_last;
-    if (m_keeper->ask())
-        m_waiting.invalidate();
-    else if (!m_waiting.isValid())
-        m_waiting.start();
+    m_keeper->ask();
     m_last = m_keeper->copy();
     if (m_keeper->isFinal())
         release(); // a batch may have thousands
     return m_last;
+}
+
+qint64 Rld2xxxMemory::lockedOut_ms() const
+{
+    return m_keeper ? m_keeper->waited().count() : 0;
 }
 
 void Rld2xxxMemory::finish(quint8 state)

@@ -2,7 +2,6 @@
 
 #include "MDF4Conversion/rld2xxxrecord.h"
 
-#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -33,11 +32,8 @@ public:
 
     // The record as it is, or as it was when the lock could be had last. None without memory.
     [[nodiscard]] std::optional<Rld2xxxRecord> read();
-    // How long the lock has been waited for in vain, in ms; 0 as long as it is had at once.
-    [[nodiscard]] qint64 lockedOut_ms() const
-    {
-        return m_waiting.isValid() ? m_waiting.elapsed() : 0;
-    }
+    // How long the lock has been waited for in vain, in ms; 0 once it was had, be it late.
+    [[nodiscard]] qint64 lockedOut_ms() const;
     // Tells the other program to end and notes how it ended; nothing without memory.
     void finish(quint8 state);
 
@@ -49,5 +45,4 @@ private:
     std::shared_ptr<Keeper> m_keeper; // shared with the thread; null without memory
     std::thread m_thread;
     std::optional<Rld2xxxRecord> m_last; // stays when the memory goes
-    QElapsedTimer m_waiting;             // for the lock
 };

@@ -78,10 +78,21 @@ bool Rld2xxxOutput::publish()
 {
     std::error_code error;
     std::filesystem::rename(nativePath(growingFile()), nativePath(m_outputFile), error);
-    if (error)
-        return fail(QString::fromLocal8Bit(error.message().c_str()));
+    const QString cause = QString::fromLocal8Bit(error.message().c_str());
+    if (error && QFileInfo::exists(growingFile())) {
+        const QString kept = QDir::toNativeSeparators(growingFile());
+        leave();
+        return fail(tr("%1. The converted file is kept as %2 as long as this program runs.")
+                        .arg(cause, kept));
+    }
     discard();
-    return true;
+    return !error || fail(cause);
+}
+
+void Rld2xxxOutput::leave()
+{
+    growingfile::keepMark(std::move(m_lock));
+    m_folder.clear();
 }
 
 void Rld2xxxOutput::discard()
@@ -89,7 +100,7 @@ void Rld2xxxOutput::discard()
     if (m_folder.isEmpty())
         return;
     if (!QDir(m_folder).removeRecursively())
-        growingfile::keepMark(std::move(m_lock));
+        return leave();
     m_folder.clear();
     m_lock.reset();
 }

@@ -23,7 +23,8 @@ public:
     [[nodiscard]] bool prepare();
     // What rld2xxx is to write; empty unless prepared.
     [[nodiscard]] QString growingFile() const;
-    // Moves the file to its place, over one that stands there. False with failure() set.
+    // Moves the file to its place, over one that stands there. False with failure() set: a file that
+    // can't have its place stays where it has grown until a later program clears the folder.
     [[nodiscard]] bool publish();
     // Removes what has grown so far, when nobody writes there any more.
     void discard();
@@ -33,6 +34,7 @@ public:
 private:
     [[nodiscard]] bool fail(const QString &cause);
     [[nodiscard]] bool takeFolder();
+    void leave();
 
     const QString m_outputFile;
     QString m_folder; // empty unless prepared

@@ -41,8 +41,8 @@ ConnectSequence::Result ConnectSequence::connectWithConfiguration()
         return fail(QStringLiteral("...not ready..."),
                     QStringLiteral("Logger is not ready, please try again shortly."));
 
-    const bool stop = m_prompt.ask(
-        QStringLiteral("...logging enabled..."),
+    const bool stop = m_prompt.askRevocably(
+        this, QStringLiteral("...logging enabled..."),
         QStringLiteral(
             "Stop/Disable logging?\r\n"
             "...will be automatically re-enabled if connection is closed/disconnected..."));
@@ -65,10 +65,10 @@ ConnectSequence::Result ConnectSequence::offerUpdate(const SoftwareVersion &vers
                                          expectedVersion.minor_number + 1};
     m_session.setState(APP_STA_CONN_UPDATE);
     const bool agreed = version < firstNewer
-                            ? m_prompt.ask(QStringLiteral("Software-Update"),
-                                           QStringLiteral("Start software update now?"))
-                            : m_prompt.ask(QStringLiteral("Software-Downgrade"),
-                                           QStringLiteral("Downgrade really?"));
+                            ? m_prompt.askRevocably(this, QStringLiteral("Software-Update"),
+                                                    QStringLiteral("Start software update now?"))
+                            : m_prompt.askRevocably(this, QStringLiteral("Software-Downgrade"),
+                                                    QStringLiteral("Downgrade really?"));
     if (isLost())
         return Result::Lost;
     if (!agreed) {

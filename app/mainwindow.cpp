@@ -235,8 +235,7 @@ void MainWindow::enterDisconnected()
     m_ui->treeWidget->enableAll();
     m_ui->slideSwitch_transparent->setEnabled(false);
     m_ui->slideSwitch_transparent->setChecked(false);
-    if (m_connecting)
-        m_parts.prompt->withdrawQuestion();
+    m_parts.prompt->withdrawQuestion(&m_connectSequence);
 }
 
 void MainWindow::enterConnectSequence()
@@ -535,15 +534,33 @@ void MainWindow::restorePlace()
     m_ui->splitter->restoreState(place.store.value(place.splitter).toByteArray());
 }
 
-// Asks when windows of this one would lose their work.
+// Asks when windows of this one would lose their work, and anew when other windows have begun to work
+// while the question was open: a download that ends has its logs converted.
 bool MainWindow::mayClose()
 {
-    const QStringList running = runningWorkOf(*this);
-    if (running.isEmpty())
-        return true;
+    QVector<QPointer<QDialog>> agreed;
+    for (;;) {
+        bool isNew = false;
+        QStringList works;
+        const QVector<WorkingDialog> running = workingDialogsOf(*this);
+        for (const WorkingDialog &each : running) {
+            works += each.work;
+            isNew |= !agreed.contains(each.dialog);
+        }
+        if (!isNew)
+            return true;
+        if (!askToEnd(works))
+            return false;
+        for (const WorkingDialog &each : running)
+            agreed += each.dialog;
+    }
+}
+
+bool MainWindow::askToEnd(const QStringList &works)
+{
     return m_parts.prompt->ask(
         QStringLiteral("Close program"),
-        running.join(QLatin1Char('\n'))
+        works.join(QLatin1Char('\n'))
             + QStringLiteral("\n\nClose the program and end this work? Files "
                              "that aren't whole are removed."));
 }

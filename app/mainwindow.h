@@ -109,6 +109,7 @@ private:
     [[nodiscard]] bool takesDrop(const QMimeData *dropped) const;
     void askToConvert(const QStringList &rawLogs);
     [[nodiscard]] bool mayClose();
+    [[nodiscard]] bool askToEnd(const QStringList &works);
     [[nodiscard]] QString address() const;
 
     MainWindowParts m_parts;

@@ -85,7 +85,7 @@ void DialogConverter::addConversion(const PlannedConversion &conversion, const C
     if (conversion.format == ConversionGlobal::MDF4)
         widget = new WidgetConverterMdf4(conversion, job, m_prompt, m_ui->widget_converter);
     else
-        widget = new WidgetConverterRld2XXX(conversion, m_ui->widget_converter);
+        widget = new WidgetConverterRld2XXX(conversion, m_prompt, m_ui->widget_converter);
     m_ui->layout_converter->addWidget(widget);
     widget->setVisible(m_widgets.empty());
     m_widgets.push_back(widget);
@@ -192,12 +192,11 @@ bool DialogConverter::showErrors()
 void DialogConverter::finish()
 {
     m_isRunning = false;
-    if (m_isAsking)
-        m_prompt.withdrawQuestion();
+    m_prompt.withdrawQuestion(this);
     m_ui->pushButtonOk->setEnabled(true);
     m_ui->pushButtonOk->setFocus();
     m_ui->pushButtonCancel->setEnabled(false);
-    m_ui->label_status->setText(conversionbatch::finishedLabel(count(), m_isCancelled));
+    m_ui->label_status->setText(conversionbatch::finishedLabel(count()));
     if (m_widgets.empty())
         return;
     const QString title = QStringLiteral("Conversion(s) finished!");
@@ -242,19 +241,20 @@ bool DialogConverter::isToEnd()
 {
     const QPointer<DialogConverter> self(this); // the window may go while the box is open
     m_isAsking = true;
-    const bool isYes =
-        m_prompt.ask(QStringLiteral("Cancel conversion"),
-                     runningWork()
-                         + QStringLiteral("\n\nCancel and close this window? Files that aren't "
-                                          "whole are removed."));
+    const bool isYes = m_prompt.askRevocably(
+        this, QStringLiteral("Cancel conversion"),
+        runningWork()
+            + QStringLiteral("\n\nCancel and close this window? Files that aren't "
+                             "whole are removed."));
     if (self)
         m_isAsking = false;
     return self && isYes && m_isRunning;
 }
 
+// Who has pressed Cancel has said it, though the conversions may still be about to end.
 void DialogConverter::reject()
 {
-    if (m_isAsking || (m_isRunning && !isToEnd()))
+    if (m_isAsking || (m_isRunning && !m_isCancelled && !isToEnd()))
         return;
     QDialog::reject();
 }

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] QString runningWork() const override;
 
 public slots:
-    // Asks first as long as conversions run.
+    // Asks first as long as conversions run that haven't been cancelled.
     void reject() override;
 
 private slots:

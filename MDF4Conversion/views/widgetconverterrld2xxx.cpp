@@ -1,6 +1,7 @@
 #include "MDF4Conversion/views/widgetconverterrld2xxx.h"
 
 #include "MDF4Conversion/rld2xxxprogram.h"
+#include "app/ui/userprompt.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,11 +14,13 @@ const QString red = QStringLiteral("red");
 
 } // namespace
 
-WidgetConverterRld2XXX::WidgetConverterRld2XXX(const PlannedConversion &conversion, QWidget *parent)
+WidgetConverterRld2XXX::WidgetConverterRld2XXX(const PlannedConversion &conversion,
+                                               UserPrompt &prompt, QWidget *parent)
     : WidgetConverterBase(conversion,
                           {QStringLiteral("File Statistics"), QStringLiteral("Field"),
                            QStringLiteral("What the converter has read, converted and written")},
                           parent)
+    , m_prompt(prompt)
     , m_process(this)
     , m_output(conversion.outputFile)
 {
@@ -27,13 +30,15 @@ WidgetConverterRld2XXX::WidgetConverterRld2XXX(const PlannedConversion &conversi
 WidgetConverterRld2XXX::~WidgetConverterRld2XXX()
 {
     m_process.disconnect(this);
-    if (m_isRunning && hasToldItsEnd()) {
-        m_process.waitForFinished(endWait_ms);
-        killProcess();
-        (void)publishOutput();
-    } else if (m_isRunning) {
+    if (!m_isRunning)
+        return;
+    if (!isWorkDone()) {
         stop(conversionstate::cancelled);
+        return;
     }
+    const QString failure = publishOutput();
+    if (!failure.isEmpty())
+        m_prompt.warn(QStringLiteral("File-conversion not finished"), failure);
 }
 
 void WidgetConverterRld2XXX::connectProcess()
@@ -56,6 +61,7 @@ void WidgetConverterRld2XXX::start()
     startClock();
     m_watch = Rld2xxxWatch();
     m_closing.invalidate();
+    m_isClosingTold = false;
     appendColoredLine(
         QStringLiteral("Selected Format: ") + conversionbatch::keyOf(conversion().format), black);
     const QString program =
@@ -81,10 +87,10 @@ void WidgetConverterRld2XXX::appendStartError(const QString &cause)
                       red);
 }
 
-// What has been converted whole stays, though its process is still about to end.
+// What a process has made that has ended by itself gets its name with the next poll.
 void WidgetConverterRld2XXX::cancel()
 {
-    if (m_isRunning && !hasToldItsEnd())
+    if (m_isRunning && !isWorkDone())
         stop(conversionstate::cancelled);
 }
 
@@ -100,10 +106,12 @@ void WidgetConverterRld2XXX::poll()
     showOutput();
     if (!m_isRunning)
         return;
-    const bool isToldOver = hasToldItsEnd();
-    if (isToldOver && hasClosedItsFiles())
+    if (isWorkDone())
         return conclude();
-    if (m_memory.lockedOut_ms() >= m_lockLimit_ms) {
+    const bool isToldOver = hasToldItsEnd();
+    if (isToldOver) {
+        tellThatItCloses();
+    } else if (m_memory.lockedOut_ms() >= m_lockLimit_ms) {
         giveUp(QStringLiteral("The conversion process has kept the shared memory locked for %1 "
                               "seconds!")
                    .arg(m_lockLimit_ms / 1000.0));
@@ -124,37 +132,49 @@ bool WidgetConverterRld2XXX::hasToldItsEnd() const
     return record && record->isFinished();
 }
 
-// It has when it has ended, which may take it a moment.
-bool WidgetConverterRld2XXX::hasClosedItsFiles()
+// Only a process that has ended has surely closed its files.
+bool WidgetConverterRld2XXX::isWorkDone() const
 {
-    if (m_process.state() == QProcess::NotRunning)
-        return true;
+    return m_process.state() == QProcess::NotRunning && hasToldItsEnd();
+}
+
+void WidgetConverterRld2XXX::tellThatItCloses()
+{
     if (!m_closing.isValid())
         m_closing.start();
-    return m_closing.hasExpired(endWait_ms);
+    if (m_isClosingTold || m_closing.elapsed() < m_closingNotice_ms)
+        return;
+    m_isClosingTold = true;
+    appendColoredLine(QStringLiteral("The conversion process has told its end, but still runs. The "
+                                     "file gets its name when the process has ended; cancelling "
+                                     "removes it."),
+                      black);
 }
 
 void WidgetConverterRld2XXX::conclude()
 {
-    killProcess();
     evaluateRecord(); // its last figures count
     showOutput();
     if (!m_isRunning)
         return; // another version
-    if (!publishOutput()) {
-        appendColoredLine(m_output.failure().toHtmlEscaped(), red);
+    const QString failure = publishOutput();
+    if (!failure.isEmpty()) {
+        appendColoredLine(failure.toHtmlEscaped(), red);
         m_memory.finish(conversionstate::finishedWithErrors);
     }
     m_output.discard();
     m_isRunning = false;
 }
 
-// Only what the process has converted to the end becomes a file, be it with errors.
-bool WidgetConverterRld2XXX::publishOutput()
+// Only what the process has converted to the end becomes a file, be it with errors. Returns what went
+// wrong for the user, or nothing.
+QString WidgetConverterRld2XXX::publishOutput()
 {
+    if (m_process.exitStatus() == QProcess::CrashExit)
+        return QStringLiteral("The conversion process has crashed before it had closed its file!");
     if (state() != conversionstate::finished && state() != conversionstate::finishedWithErrors)
-        return true;
-    return m_output.publish();
+        return {};
+    return m_output.publish() ? QString() : m_output.failure();
 }
 
 void WidgetConverterRld2XXX::evaluateRecord()

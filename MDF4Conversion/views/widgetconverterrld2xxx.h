@@ -9,6 +9,8 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
+class UserPrompt;
+
 // Converts to BLF, ASC or zipped ASC with the separate program rld2xxx, which it watches through
 // shared memory.
 class WidgetConverterRld2XXX : public WidgetConverterBase
@@ -17,17 +19,22 @@ class WidgetConverterRld2XXX : public WidgetConverterBase
 
 public:
     static constexpr int defaultLockLimit_ms = 10'000;
+    static constexpr int defaultClosingNotice_ms = 3'000;
 
-    explicit WidgetConverterRld2XXX(const PlannedConversion &conversion, QWidget *parent = nullptr);
-    // A process that runs is ended; one that has told its end may close its files first.
+    WidgetConverterRld2XXX(const PlannedConversion &conversion, UserPrompt &prompt,
+                           QWidget *parent = nullptr);
+    // A process that runs is ended, and what it has made goes.
     ~WidgetConverterRld2XXX() override;
 
     // How long the process may keep the lock of the shared memory before the conversion is given up.
     void setLockLimit(int milliseconds) { m_lockLimit_ms = milliseconds; }
+    // How long the process may close its files before the user is told what is waited for.
+    void setClosingNotice(int milliseconds) { m_closingNotice_ms = milliseconds; }
 
     void start() override;
     void cancel() override;
-    // The process has told its end and the output is in its place, or the conversion was stopped.
+    // The process has told its end and ended, and the output is in its place, or the conversion was
+    // stopped.
     [[nodiscard]] bool isFinished() const override { return !m_isRunning; }
     void poll() override;
     void disconnectWarnings() override {}
@@ -53,13 +60,15 @@ private:
     void appendStartError(const QString &cause);
     void evaluateRecord();
     [[nodiscard]] bool hasToldItsEnd() const;
-    [[nodiscard]] bool hasClosedItsFiles();
+    [[nodiscard]] bool isWorkDone() const;
+    void tellThatItCloses();
     void conclude();
-    [[nodiscard]] bool publishOutput();
+    [[nodiscard]] QString publishOutput();
     void giveUp(const QString &cause);
     void killProcess();
     void stop(quint8 state);
 
+    UserPrompt &m_prompt;
     QProcess m_process;
     mutable Rld2xxxMemory m_memory; // reading asks its thread
     Rld2xxxWatch m_watch;
@@ -68,5 +77,7 @@ private:
     Rld2xxxOutput m_output;
     QElapsedTimer m_closing; // since the process told its end
     int m_lockLimit_ms = defaultLockLimit_ms;
+    int m_closingNotice_ms = defaultClosingNotice_ms;
+    bool m_isClosingTold = false;
     bool m_isRunning = false;
 };

@@ -76,32 +76,39 @@ void MessageBoxPrompt::warn(const QString &title, const QString &text, const QSt
 
 bool MessageBoxPrompt::ask(const QString &title, const QString &text)
 {
-    return ask(title, text, QMessageBox::No);
+    return ask(title, text, QMessageBox::No, nullptr);
 }
 
 bool MessageBoxPrompt::offer(const QString &title, const QString &text)
 {
-    return ask(title, text, QMessageBox::Yes);
+    return ask(title, text, QMessageBox::Yes, nullptr);
+}
+
+bool MessageBoxPrompt::askRevocably(const void *owner, const QString &title, const QString &text)
+{
+    return ask(title, text, QMessageBox::No, owner);
 }
 
 bool MessageBoxPrompt::ask(const QString &title, const QString &text,
-                           QMessageBox::StandardButton onReturn)
+                           QMessageBox::StandardButton onReturn, const void *owner)
 {
-    m_question = new QMessageBox(front());
-    fill(*m_question, QMessageBox::Question, title, text);
-    m_question->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    m_question->setDefaultButton(onReturn);
-    m_question->setEscapeButton(QMessageBox::No);
-    const QPointer<QMessageBox> box(m_question);
+    const QPointer<QMessageBox> box(new QMessageBox(front()));
+    fill(*box, QMessageBox::Question, title, text);
+    box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    box->setDefaultButton(onReturn);
+    box->setEscapeButton(QMessageBox::No);
+    if (owner)
+        m_revocable.insert(owner, box);
     const bool isYes = box->exec() == QMessageBox::Yes;
+    m_revocable.remove(owner);
     delete box;
     return isYes;
 }
 
-void MessageBoxPrompt::withdrawQuestion()
+void MessageBoxPrompt::withdrawQuestion(const void *owner)
 {
-    if (m_question)
-        m_question->done(QMessageBox::No);
+    if (const QPointer<QMessageBox> box = m_revocable.value(owner))
+        box->done(QMessageBox::No);
 }
 
 QString MessageBoxPrompt::pickFolder(const QString &title, const QString &start)

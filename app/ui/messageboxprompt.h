@@ -2,6 +2,7 @@
 
 #include "app/ui/userprompt.h"
 
+#include <QHash>
 #include <QMessageBox>
 #include <QPointer>
 
@@ -16,7 +17,9 @@ public:
     void warn(const QString &title, const QString &text, const QString &reason = {}) override;
     [[nodiscard]] bool ask(const QString &title, const QString &text) override;
     [[nodiscard]] bool offer(const QString &title, const QString &text) override;
-    void withdrawQuestion() override;
+    [[nodiscard]] bool askRevocably(const void *owner, const QString &title,
+                                    const QString &text) override;
+    void withdrawQuestion(const void *owner) override;
     [[nodiscard]] QString pickFolder(const QString &title, const QString &start) override;
     [[nodiscard]] QString pickFile(const QString &title, const QString &start,
                                    const QString &filter) override;
@@ -28,10 +31,10 @@ public:
 private:
     [[nodiscard]] QWidget *front() const;
     [[nodiscard]] bool ask(const QString &title, const QString &text,
-                           QMessageBox::StandardButton onReturn);
+                           QMessageBox::StandardButton onReturn, const void *owner);
     void show(QMessageBox::Icon icon, const QString &title, const QString &text,
               const QString &reason);
 
     QPointer<QWidget> m_window;
-    QPointer<QMessageBox> m_question; // while one is open
+    QHash<const void *, QPointer<QMessageBox>> m_revocable; // by owner, while open
 };

@@ -1,16 +1,14 @@
 #include "app/ui/runningwork.h"
 
-#include <QDialog>
-
-QStringList runningWorkOf(const QWidget &window)
+QVector<WorkingDialog> workingDialogsOf(const QWidget &window)
 {
-    QStringList running;
+    QVector<WorkingDialog> running;
     const QList<QDialog *> dialogs = window.findChildren<QDialog *>();
-    for (const QDialog *dialog : dialogs) {
+    for (QDialog *dialog : dialogs) {
         const auto *work = dynamic_cast<const RunningWork *>(dialog);
         const QString text = work ? work->runningWork() : QString();
         if (!text.isEmpty())
-            running += text;
+            running.append({dialog, text});
     }
     return running;
 }

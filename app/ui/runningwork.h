@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QDialog>
+#include <QPointer>
 #include <QString>
-#include <QStringList>
-
-class QWidget;
+#include <QVector>
 
 // A window whose closing would end work that takes its time. The main window asks those of its
 // dialogs that are one before the program ends. Used on the GUI thread.
@@ -20,5 +20,12 @@ public:
     [[nodiscard]] virtual QString runningWork() const = 0;
 };
 
-// What runs in the dialogs of a window.
-[[nodiscard]] QStringList runningWorkOf(const QWidget &window);
+// A dialog with what runs in it.
+struct WorkingDialog
+{
+    QPointer<QDialog> dialog; // null once it has gone
+    QString work;
+};
+
+// Those dialogs of a window in which something runs.
+[[nodiscard]] QVector<WorkingDialog> workingDialogsOf(const QWidget &window);

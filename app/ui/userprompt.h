@@ -23,8 +23,15 @@ public:
     {
         return ask(title, text);
     }
-    // Closes a question that has lost its meaning, as if the user had said No.
-    virtual void withdrawQuestion() {}
+    // The same for a question that may lose its meaning while it is open. The owner tells it from
+    // those of others, and isn't used otherwise; it has one at a time.
+    [[nodiscard]] virtual bool askRevocably(const void * /*owner*/, const QString &title,
+                                            const QString &text)
+    {
+        return ask(title, text);
+    }
+    // Closes the owner's question, if one is open, as if the user had said No.
+    virtual void withdrawQuestion(const void * /*owner*/) {}
 
     // Pickers of files and folders begin in the given place; empty if the user cancels. The filter
     // reads "name (*.extension)"; a file to be saved gets that extension if it is typed without.

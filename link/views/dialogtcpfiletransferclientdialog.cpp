@@ -155,8 +155,7 @@ void DialogTcpFileTransferClientDialog::showEnd()
 {
     slot_check_progress();
     setRunning(false);
-    if (m_isAsking)
-        m_prompt.withdrawQuestion();
+    m_prompt.withdrawQuestion(this);
     m_ui->label_speed->clear();
     m_ui->label_time_left->clear();
     m_ui->label_size->clear();
@@ -238,10 +237,11 @@ bool DialogTcpFileTransferClientDialog::isToEnd()
 {
     const QPointer<DialogTcpFileTransferClientDialog> self(this); // may go while the box is open
     m_isAsking = true;
-    const bool isYes = m_prompt.ask(tr("Cancel download"),
-                                    runningWork()
-                                        + tr("\n\nCancel and close this window? Files that have "
-                                             "arrived stay, the one under way is removed."));
+    const bool isYes =
+        m_prompt.askRevocably(this, tr("Cancel download"),
+                              runningWork()
+                                  + tr("\n\nCancel and close this window? Files that have "
+                                       "arrived stay, the one under way is removed."));
     if (self)
         m_isAsking = false;
     return self && isYes && !m_hasEnded;

@@ -1,13 +1,12 @@
 #include "link/views/downloadoptions.h"
 
 #include "app/state/usersettings.h"
+#include "app/ui/openfolder.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QDir>
 #include <QSignalBlocker>
-#include <QUrl>
 
 namespace {
 
@@ -97,10 +96,7 @@ void DownloadOptions::showFolder()
 {
     if (folder().isEmpty() || !folderExists())
         return;
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder())))
-        m_prompt.warn(QStringLiteral("Warning"),
-                      QStringLiteral("There is no program that shows the folder '%1'.")
-                          .arg(m_widgets.folders->currentText()));
+    openFolder(folder(), m_prompt);
 }
 
 void DownloadOptions::rememberFolder()

@@ -23,6 +23,13 @@ public:
         reasons += reason;
         show(title, text);
     }
+    bool askRevocably(const void *owner, const QString &title, const QString &text) override
+    {
+        m_owner = owner;
+        const bool isYes = ask(title, text);
+        m_owner = nullptr;
+        return isYes;
+    }
     bool ask(const QString &title, const QString &text) override
     {
         withdrawn = false;
@@ -49,7 +56,11 @@ public:
         return pick(title, start, filter);
     }
 
-    void withdrawQuestion() override { withdrawn = true; }
+    void withdrawQuestion(const void *owner) override
+    {
+        if (owner == m_owner)
+            withdrawn = true;
+    }
 
 private:
     void show(const QString &title, const QString &text)
@@ -63,4 +74,6 @@ private:
         pickers += title + QLatin1Char('|') + start + QLatin1Char('|') + filter;
         return picks.isEmpty() ? QString() : picks.takeFirst();
     }
+
+    const void *m_owner = nullptr; // of the question that is open
 };

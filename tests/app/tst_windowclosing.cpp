@@ -8,18 +8,19 @@
 namespace {
 
 // In place of a window that works.
-class WorkingDialog : public QDialog, public RunningWork
+class DialogWithWork : public QDialog, public RunningWork
 {
 public:
-    WorkingDialog(const QString &work, QWidget *window)
+    DialogWithWork(const QString &work, QWidget *window)
         : QDialog(window)
         , m_work(work)
     {}
 
     QString runningWork() const override { return m_work; }
+    void setWork(const QString &work) { m_work = work; }
 
 private:
-    const QString m_work;
+    QString m_work;
 };
 
 } // namespace
@@ -41,12 +42,14 @@ private slots:
     void whatRunsIsNamedInTheQuestion();
     void noKeepsTheWindowAndItsConnection();
     void yesCloses();
+    void workThatBeganDuringTheQuestionIsAskedForAnew();
+    void progressDuringTheQuestionIsNotAskedForAnew();
     void aConversionThatRunsIsAskedFor();
 
 private:
-    void addWork(const char *text)
+    DialogWithWork *addWork(const char *text)
     {
-        new WorkingDialog(QString::fromLatin1(text), &m_bench->window());
+        return new DialogWithWork(QString::fromLatin1(text), &m_bench->window());
     }
 
     std::unique_ptr<WindowBench> m_bench;
@@ -88,6 +91,35 @@ void tst_WindowClosing::yesCloses()
     m_bench->prompt.answer = true;
     QVERIFY(m_bench->window().close());
     QVERIFY(!m_bench->window().isVisible());
+}
+
+// As when a download ends and its conversion begins.
+void tst_WindowClosing::workThatBeganDuringTheQuestionIsAskedForAnew()
+{
+    DialogWithWork *download = addWork("Files: 1 of 3.");
+    m_bench->prompt.answer = true;
+    m_bench->prompt.duringABox = [this, download] {
+        m_bench->prompt.answer = m_bench->prompt.shown.size() == 1;
+        if (!m_bench->prompt.answer)
+            return;
+        download->setWork(QString());
+        addWork("Conversions: 3 of 3.");
+    };
+    QVERIFY(!m_bench->window().close());
+    QCOMPARE(m_bench->prompt.shown.size(), 2);
+    QVERIFY(m_bench->prompt.shown.last().startsWith(
+        QStringLiteral("Close program|Conversions: 3 of 3.\n\n")));
+}
+
+void tst_WindowClosing::progressDuringTheQuestionIsNotAskedForAnew()
+{
+    DialogWithWork *download = addWork("Files: 2 of 3.");
+    m_bench->prompt.answer = true;
+    m_bench->prompt.duringABox = [download] {
+        download->setWork(QStringLiteral("Files: 1 of 3."));
+    };
+    QVERIFY(m_bench->window().close());
+    QCOMPARE(m_bench->prompt.shown.size(), 1);
 }
 
 void tst_WindowClosing::aConversionThatRunsIsAskedFor()

@@ -157,7 +157,9 @@ int main(int argc, char *argv[])
     record.finish(mode == "errors" ? withErrors : withoutErrors);
     if (mode == "last-words")
         print(stdout, "closing");
-    if (mode == "lingering")
-        waitForEnd(nullptr);
+    if (mode == "lingering") {
+        while (std::getchar() != EOF) { // until its input is closed
+        }
+    }
     return 0;
 }

@@ -29,6 +29,7 @@ private slots:
     void returnTakesAnOfferAndEscapeRefusesIt();
     void aWithdrawnQuestionMeansNo();
     void withdrawingWithoutAQuestionDoesNothing();
+    void ofTwoQuestionsTheOwnersIsWithdrawn();
     void aBoxStandsInFrontOfTheDialogThatIsOpen();
     void aDialogThatGoesAwayTakesItsBoxWithIt();
     void aFileToSaveGetsItsExtension();
@@ -126,15 +127,38 @@ void tst_MessageBoxPrompt::returnTakesAnOfferAndEscapeRefusesIt()
 
 void tst_MessageBoxPrompt::aWithdrawnQuestionMeansNo()
 {
-    whenOpen<QMessageBox>([this](QMessageBox &) { m_prompt.withdrawQuestion(); });
-    QVERIFY(!m_prompt.ask(QStringLiteral("title"), QStringLiteral("text")));
+    whenOpen<QMessageBox>([this](QMessageBox &box) {
+        m_prompt.withdrawQuestion(this);
+        QVERIFY(!box.isVisible());
+    });
+    QVERIFY(!m_prompt.askRevocably(this, QStringLiteral("title"), QStringLiteral("text")));
 }
 
 void tst_MessageBoxPrompt::withdrawingWithoutAQuestionDoesNothing()
 {
-    m_prompt.withdrawQuestion();
+    m_prompt.withdrawQuestion(this);
     aWithdrawnQuestionMeansNo();
-    m_prompt.withdrawQuestion();
+    m_prompt.withdrawQuestion(this);
+}
+
+void tst_MessageBoxPrompt::ofTwoQuestionsTheOwnersIsWithdrawn()
+{
+    const int first = 0;
+    const int second = 0;
+    bool isSecondYes = false;
+    whenOpen<QMessageBox>([&](QMessageBox &firstBox) {
+        whenOpen<QMessageBox>([&](QMessageBox &secondBox) {
+            QCOMPARE(secondBox.text(), QStringLiteral("second"));
+            m_prompt.withdrawQuestion(&first);
+            QVERIFY(!firstBox.isVisible());
+            QVERIFY(secondBox.isVisible());
+            secondBox.button(QMessageBox::Yes)->click();
+        });
+        isSecondYes =
+            m_prompt.askRevocably(&second, QStringLiteral("title"), QStringLiteral("second"));
+    });
+    QVERIFY(!m_prompt.askRevocably(&first, QStringLiteral("title"), QStringLiteral("first")));
+    QVERIFY(isSecondYes);
 }
 
 void tst_MessageBoxPrompt::aBoxStandsInFrontOfTheDialogThatIsOpen()

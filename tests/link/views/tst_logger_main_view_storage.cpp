@@ -526,7 +526,7 @@ void tst_LoggerMainViewStorage::aDesktopThatShowsNoFolderIsTold()
     m_bench->button("pushButton_show_folder")->click();
     QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
     QCOMPARE(m_bench->prompt.shown,
-             QStringList({QStringLiteral("Warning|There is no program that shows the folder '%1'.")
+             QStringList({QStringLiteral("Open Folder|The folder %1 can't be opened.")
                               .arg(QDir::toNativeSeparators(folder))}));
 }
 

@@ -24,6 +24,7 @@ private slots:
 
     void aHeldLockIsNotWaitedFor();
     void aLockThatIsGivenBackIsHadAgain();
+    void aLockThatIsHeldByTurnsIsWaitedForAnewEachTime();
     void finishingBehindAHeldLockHoldsAtOnceAndArrivesLater();
     void anEndedProgramsLockIsNotTaken();
     void theRecordOutlivesTheMemory();
@@ -124,6 +125,20 @@ void tst_Rld2xxxMemory::aLockThatIsGivenBackIsHadAgain()
     QVERIFY(m_other->unlock());
     QTRY_COMPARE(m_memory->read()->version(), 3U);
     QTRY_VERIFY(m_memory->read() && m_memory->lockedOut_ms() == 0);
+}
+
+// Each turn is longer than a read waits, so that every answer is late.
+void tst_Rld2xxxMemory::aLockThatIsHeldByTurnsIsWaitedForAnewEachTime()
+{
+    for (int turn = 0; turn < 3; ++turn) {
+        QElapsedTimer held;
+        held.start();
+        QVERIFY(m_other->lock());
+        QVERIFY(isLockedOut());
+        QVERIFY(m_memory->lockedOut_ms() <= held.elapsed());
+        QVERIFY(m_other->unlock());
+        QTRY_COMPARE(m_memory->lockedOut_ms(), 0); // without being asked again
+    }
 }
 
 void tst_Rld2xxxMemory::finishingBehindAHeldLockHoldsAtOnceAndArrivesLater()

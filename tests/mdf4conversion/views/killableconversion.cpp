@@ -6,6 +6,7 @@
 // conversion found no errors.
 
 #include "MDF4Conversion/views/widgetconverterrld2xxx.h"
+#include "tests/app/scriptedprompt.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -18,8 +19,9 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     constexpr int pollInterval_ms = 5;
     const QStringList arguments = QCoreApplication::arguments();
+    ScriptedPrompt prompt;
     WidgetConverterRld2XXX widget(
-        {ConversionGlobal::BLF, arguments.value(1), arguments.value(2), QString()});
+        {ConversionGlobal::BLF, arguments.value(1), arguments.value(2), QString()}, prompt);
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&widget] {
         widget.poll();

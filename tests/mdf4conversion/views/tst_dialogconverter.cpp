@@ -71,6 +71,8 @@ private slots:
     void cancellingEndsAllConversions();
     void cancellingASequenceStartsNoFurther();
     void whatNeverStartedIsShownAsCancelled();
+    void aBatchOfOneIsShownAsCancelled();
+    void closingBehindCancelAsksNothing();
     void rejectingAsksFirst();
     void rejectingCancels();
     void theEndOfTheBatchWithdrawsTheQuestion();
@@ -326,7 +328,7 @@ void tst_DialogConverter::cancellingASequenceStartsNoFurther()
     QCOMPARE(widgets()[1]->messages(), QString());
     QVERIFY(find<QProgressBar>("progressBar_batch")->value() < 100);
     QVERIFY(find<QLabel>("label_batch")->text().startsWith(text("cancelled after ")));
-    QCOMPARE(label(), text("...conversion of 2 file(s) finished... (cancelled)"));
+    QCOMPARE(label(), text("...conversion of 2 file(s) finished..."));
     QCOMPARE(m_bench->left(), QString());
 }
 
@@ -344,6 +346,28 @@ void tst_DialogConverter::whatNeverStartedIsShownAsCancelled()
     QVERIFY2(figures.first().startsWith(text("cancelled after ")), qPrintable(figures.first()));
     QCOMPARE(figures.mid(1),
              QStringList({text("cancelled"), text("cancelled"), text("cancelled")}));
+}
+
+void tst_DialogConverter::aBatchOfOneIsShownAsCancelled()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000)}, ConversionGlobal::MDF4, true);
+    m_dialog->start();
+    button("pushButtonCancel")->click();
+    QVERIFY(ends());
+    QVERIFY(find<QLabel>("label_figures")->text().startsWith(text("cancelled after ")));
+    QCOMPARE(label(), text("...conversion of 1 file(s) finished..."));
+}
+
+void tst_DialogConverter::closingBehindCancelAsksNothing()
+{
+    make({m_bench->makeLog(text("a.rld"), 150000)}, ConversionGlobal::MDF4, true);
+    m_dialog->show();
+    m_dialog->start();
+    button("pushButtonCancel")->click();
+    QVERIFY(!m_dialog->runningWork().isEmpty());
+    m_dialog->close();
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_bench->prompt.shown, QStringList());
 }
 
 void tst_DialogConverter::rejectingAsksFirst()

@@ -72,9 +72,14 @@ private slots:
     void memoryThatCanNotBeHadIsTold();
 
     void theOutputGetsItsNameWhenTheProcessHasEnded();
-    void aProcessThatDoesNotEndBehindItsWorkIsEnded();
+    void aProcessThatClosesItsFilesIsWaitedFor();
+    void cancellingWhileItClosesItsFilesLeavesNone();
+    void closingWhileItClosesItsFilesLeavesNone();
     void cancellingBehindTheEndKeepsTheFile();
     void closingBehindTheEndKeepsTheFile();
+    void aCrashBehindTheToldEndLeavesNoFile();
+    void aFileThatCanNotHaveItsPlaceIsKept();
+    void closingTellsOfAFileThatCanNotHaveItsPlace();
     void aFileFromBeforeIsReplacedByTheWholeOne();
     void anOutputThatWasNotMadeIsAnError();
     void aFolderInPlaceOfTheOutputIsTold();
@@ -86,7 +91,7 @@ private:
     {
         ConverterBench::setStandIn(mode);
         m_widget = std::make_unique<WidgetConverterRld2XXX>(
-            m_bench->plan(m_bench->makeLog(text(log)), format));
+            m_bench->plan(m_bench->makeLog(text(log)), format), m_bench->prompt);
         m_widget->start();
     }
     bool processEnds()
@@ -111,6 +116,18 @@ private:
     {
         return QTest::qWaitFor([this] { return m_widget->state() == conversionstate::finished; },
                                ConverterBench::timeout_ms);
+    }
+    // Without a poll.
+    bool endsByItself()
+    {
+        const bool isTold = tellsItsEnd();
+        process()->closeWriteChannel(); // which the stand-in waits for
+        return processEnds() && isTold;
+    }
+    QString keptText() const
+    {
+        return text("The converted file is kept as %1 as long as this program runs.")
+            .arg(QDir::toNativeSeparators(m_bench->growing("a.blf")));
     }
     QProcess *process() const { return m_widget->findChild<QProcess *>(); }
     QStringList lines() const { return m_widget->messages().split(QLatin1Char('\n')); }
@@ -399,28 +416,57 @@ void tst_WidgetConverterRld2XXX::theOutputGetsItsNameWhenTheProcessHasEnded()
     m_widget->poll();
     QVERIFY(!m_widget->isFinished());
     QCOMPARE(m_bench->left(), text("a.blf.part a.blf.part.lock"));
-    process()->kill();
-    QVERIFY(processEnds());
+    QVERIFY(endsByItself());
     m_widget->poll();
     QVERIFY(m_widget->isFinished());
     QCOMPARE(int(m_widget->state()), 3);
     QCOMPARE(m_bench->left(), text("a.blf"));
 }
 
-void tst_WidgetConverterRld2XXX::aProcessThatDoesNotEndBehindItsWorkIsEnded()
+void tst_WidgetConverterRld2XXX::aProcessThatClosesItsFilesIsWaitedFor()
 {
     start("lingering");
-    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    m_widget->setClosingNotice(0);
+    QVERIFY(tellsItsEnd());
+    m_widget->poll();
+    m_widget->poll();
+    QCOMPARE(lines(),
+             QStringList({text("Selected Format: BLF"),
+                          text("The conversion process has told its end, but still runs. The file "
+                               "gets its name when the process has ended; cancelling removes "
+                               "it.")}));
+    QVERIFY(!m_widget->isFinished());
+    QVERIFY(process()->state() != QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), text("a.blf.part a.blf.part.lock"));
+    QVERIFY(endsByItself());
+    m_widget->poll();
     QCOMPARE(int(m_widget->state()), 3);
-    QCOMPARE(process()->state(), QProcess::NotRunning);
     QVERIFY(contentOf(m_bench->output("a.blf")).startsWith("BLF"));
-    QCOMPARE(m_bench->left(), text("a.blf"));
+}
+
+void tst_WidgetConverterRld2XXX::cancellingWhileItClosesItsFilesLeavesNone()
+{
+    start("lingering");
+    QVERIFY(tellsItsEnd());
+    m_widget->cancel();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 5);
+    QCOMPARE(process()->state(), QProcess::NotRunning);
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::closingWhileItClosesItsFilesLeavesNone()
+{
+    start("lingering");
+    QVERIFY(tellsItsEnd());
+    m_widget.reset();
+    QCOMPARE(m_bench->left(), QString());
 }
 
 void tst_WidgetConverterRld2XXX::cancellingBehindTheEndKeepsTheFile()
 {
     start("lingering");
-    QVERIFY(tellsItsEnd());
+    QVERIFY(endsByItself());
     m_widget->cancel();
     QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
     QCOMPARE(int(m_widget->state()), 3);
@@ -430,9 +476,51 @@ void tst_WidgetConverterRld2XXX::cancellingBehindTheEndKeepsTheFile()
 void tst_WidgetConverterRld2XXX::closingBehindTheEndKeepsTheFile()
 {
     start("lingering");
-    QVERIFY(tellsItsEnd());
+    QVERIFY(endsByItself());
     m_widget.reset();
     QCOMPARE(m_bench->left(), text("a.blf"));
+    QCOMPARE(m_bench->prompt.shown, QStringList());
+}
+
+void tst_WidgetConverterRld2XXX::aCrashBehindTheToldEndLeavesNoFile()
+{
+    start("lingering");
+    QVERIFY(tellsItsEnd());
+    process()->kill();
+    QVERIFY(processEnds());
+    m_widget->poll();
+    QVERIFY(m_widget->isFinished());
+    QCOMPARE(int(m_widget->state()), 4);
+    const QString line = text("The conversion process has crashed before it had closed its file!");
+    QCOMPARE(lines().last(), line);
+    QCOMPARE(colourOf(line), QColor(Qt::red));
+    QCOMPARE(m_bench->left(), QString());
+}
+
+void tst_WidgetConverterRld2XXX::aFileThatCanNotHaveItsPlaceIsKept()
+{
+    start("lingering");
+    QVERIFY(endsByItself());
+    QVERIFY(QDir().mkdir(m_bench->output("a.blf")));
+    m_widget->poll();
+    QCOMPARE(int(m_widget->state()), 4);
+    QVERIFY2(lines().last().endsWith(keptText()), qPrintable(lines().last()));
+    QCOMPARE(colourOf(text("is kept as")), QColor(Qt::red));
+    start("", "b.rld"); // clears what was left
+    QVERIFY(ConverterBench::pollToTheEnd(*m_widget));
+    QVERIFY(contentOf(m_bench->growing("a.blf")).startsWith("BLF"));
+}
+
+void tst_WidgetConverterRld2XXX::closingTellsOfAFileThatCanNotHaveItsPlace()
+{
+    start("lingering");
+    QVERIFY(endsByItself());
+    QVERIFY(QDir().mkdir(m_bench->output("a.blf")));
+    m_widget.reset();
+    const QString shown = m_bench->prompt.shown.value(0);
+    QVERIFY2(shown.startsWith(text("File-conversion not finished|")), qPrintable(shown));
+    QVERIFY2(shown.endsWith(keptText()), qPrintable(shown));
+    QVERIFY(contentOf(m_bench->growing("a.blf")).startsWith("BLF"));
 }
 
 void tst_WidgetConverterRld2XXX::aFileFromBeforeIsReplacedByTheWholeOne()
