@@ -9,7 +9,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <mutex>
 #include <optional>
+#include <vector>
 
 namespace growingfile {
 
@@ -214,7 +216,11 @@ QString refusalText(const QString &name)
 
 void keepMark(std::unique_ptr<QLockFile> lock)
 {
-    (void)lock.release(); // destroyed, it would remove its file
+    // They are never destroyed, since each would remove its file. Several threads may come here.
+    static auto &mutex = *new std::mutex;
+    static auto &kept = *new std::vector<std::unique_ptr<QLockFile>>;
+    const std::lock_guard<std::mutex> guard(mutex);
+    kept.push_back(std::move(lock));
 }
 
 void clearLeftovers(const QDir &folder)

@@ -2,16 +2,20 @@
 
 #include "can/canfilters.h"
 
+#include <utility>
+
 namespace can {
 
 namespace {
 
-QByteArray ticksOf(const TerminalCanCfg &channel)
+using Tick = FilterLimit::Tick;
+
+std::vector<Tick> ticksOf(const TerminalCanCfg &channel)
 {
-    QByteArray ticks;
-    ticks.reserve(channel.dbc_signals.size());
+    std::vector<Tick> ticks;
+    ticks.reserve(std::size_t(channel.dbc_signals.size()));
     for (const StreamingClass_DBC_Signal *signal : channel.dbc_signals)
-        ticks.append(char(signal->selection_flags));
+        ticks.emplace_back(signal->msg_id, signal->extended_id, signal->selection_flags);
     return ticks;
 }
 
@@ -30,9 +34,7 @@ QStringList FilterLimit::take(int can_nr, TerminalCanCfg &arrived)
     std::optional<Written> &written = m_written.at(std::size_t(can_nr));
     if (!written || written->ticks != ticksOf(arrived))
         return enforceFilterLimit(arrived);
-    const QStringList cleared = written->cleared;
-    written.reset();
-    return cleared;
+    return std::exchange(written->cleared, {});
 }
 
 } // namespace can

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QByteArray>
 #include <QStringList>
 
 #include <array>
 #include <optional>
+#include <tuple>
+#include <vector>
 
 struct TerminalCanCfg;
 
@@ -27,13 +28,16 @@ public:
     // What was written to one logger isn't awaited from another.
     void forgetWritten() { m_written.fill(std::nullopt); }
 
+    // A signal's identifier, whether it is of 29 bits, and its flags.
+    using Tick = std::tuple<quint32, quint8, quint8>;
+
 private:
     struct Written
     {
-        QByteArray ticks; // one byte for each signal
-        QStringList cleared;
+        std::vector<Tick> ticks;
+        QStringList cleared; // until it is told
     };
-    std::array<std::optional<Written>, channels> m_written; // and not seen again yet
+    std::array<std::optional<Written>, channels> m_written;
 };
 
 } // namespace can

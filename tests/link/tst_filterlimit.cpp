@@ -28,6 +28,7 @@ private slots:
     void switchingAChannelKeepsToTheLimit();
     void whatAWriteWithoutAnswerHasClearedIsToldWhenItIsSeen();
     void aWriteThatTheLoggerRefusesClearsNothing();
+    void whatARefusingLoggerHoldsIsLimited();
     void aMessageThatADaqListNeedsIsClearedOnce();
     void aChannelThatTheLoggerSendsIsLimited();
     void theConfigurationOfALoggerIsLimited();
@@ -203,6 +204,25 @@ void tst_FilterLimit::aWriteThatTheLoggerRefusesClearsNothing()
     tool.handler.disconnectLogger();
 }
 
+// As many signals, all ticked, as were written, but of more messages.
+void tst_FilterLimit::whatARefusingLoggerHoldsIsLimited()
+{
+    SimulatedLogger logger;
+    logger.inspect(
+        [](simulator::LoggerSimulator &s) { s.state().configuration.can[11] = channelOf(130); });
+    Tool tool;
+    TerminalCanCfg oneMessage = channelOf(130);
+    for (Signal *signal : oneMessage.dbc_signals)
+        signal->msg_id = 1;
+    QVERIFY(tool.handler.connectLogger(logger.address()));
+    logger.setFault(QStringLiteral("refused-write"));
+    (void)tool.handler.writeCan(11, oneMessage);
+    QTRY_COMPARE(tool.notices.size(), 1);
+    QCOMPARE(tool.notices.first(), (QVariantList{11, lastTwo}));
+    QCOMPARE(tool.ticked(11), 128);
+    tool.handler.disconnectLogger();
+}
+
 // Its filter stays, so there is still one too many when the record comes back.
 void tst_FilterLimit::aMessageThatADaqListNeedsIsClearedOnce()
 {
@@ -220,6 +240,11 @@ void tst_FilterLimit::aMessageThatADaqListNeedsIsClearedOnce()
              (QVariantList{11, QStringList{QStringLiteral("s127"), QStringLiteral("s128")}}));
     QCOMPARE(tickedOf(logger, 11), 127);
     QCOMPARE(tool.ticked(11), 127);
+    const QSignalSpy updates(&tool.handler, &Handler::signal_update_cfg_can);
+    logger.push(protocol::Can + 11);
+    QTRY_COMPARE(updates.size(), 1);
+    QCOMPARE(tool.ticked(11), 127);
+    QCOMPARE(tool.notices.size(), 1);
     tool.handler.disconnectLogger();
 }
 
