@@ -1,13 +1,11 @@
 #include "tests/support/filecontents.h"
+#include "tests/support/killmoment.h"
 #include "tests/support/simulatedlogger.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThread>
 
 // Ends a program at any moment of its downloads.
 class tst_KilledDownload : public QObject
@@ -20,10 +18,9 @@ private slots:
 
 namespace {
 
-constexpr int kills = 50;
-constexpr int maxRuns = 4 * kills;
+constexpr int kills = KillMoment::kills;
 constexpr quint32 seed = 20240501;
-constexpr int end_ms = 30'000; // no run takes so long
+constexpr int end_ms = KillMoment::end_ms;
 
 // A logger with files, and a program that downloads them.
 struct Bench
@@ -90,36 +87,23 @@ void tst_KilledDownload::noHalfFileCarriesAFinalName()
     Bench bench;
     QProcess whole;
     bench.begin(whole);
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(whole.waitForFinished(end_ms));
-    QCOMPARE(whole.exitCode(), 0);
-    qint64 duration_ns = clock.nsecsElapsed();
+    KillMoment moment(seed);
+    QVERIFY(moment.measure(whole));
 
-    QRandomGenerator random(seed);
     int killed = 0;
     int halves = 0;
-    for (int run = 0; killed < kills && run < maxRuns; ++run) {
+    for (int run = 0; killed < kills && run < KillMoment::maxRuns; ++run) {
         bench.remove(QStringLiteral("*.rld"));
         const bool isFresh = run % 2 == 0; // else among what an earlier one left
         if (isFresh)
             bench.remove(QStringLiteral("*"));
         QProcess program;
         bench.begin(program);
-        clock.start();
-        const qint64 moment_ns = qint64(random.generate64() % quint64(duration_ns));
-        bool hasEnded = false;
-        while (clock.nsecsElapsed() < moment_ns && !hasEnded) {
-            QThread::usleep(50);
-            hasEnded = program.waitForFinished(0);
-        }
-        if (hasEnded) // faster than the one before
-            duration_ns = clock.nsecsElapsed();
+        killed += moment.waitIn(program) ? 1 : 0;
         program.kill();
         program.waitForFinished(end_ms);
         const QString fault = bench.fault();
         QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("run %1: %2").arg(run).arg(fault)));
-        killed += hasEnded ? 0 : 1;
         halves += isFresh && bench.hasHalfFile() ? 1 : 0;
     }
     QCOMPARE(killed, kills);

@@ -1,14 +1,12 @@
 #include "tests/support/filecontents.h"
+#include "tests/support/killmoment.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QSharedMemory>
 #include <QSystemSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThread>
 
 #ifdef Q_OS_UNIX
 #include <csignal>
@@ -26,10 +24,9 @@ private slots:
 
 namespace {
 
-constexpr int kills = 50;
-constexpr int maxRuns = 4 * kills;
+constexpr int kills = KillMoment::kills;
 constexpr quint32 seed = 20261121;
-constexpr int end_ms = 30'000; // no run takes so long
+constexpr int end_ms = KillMoment::end_ms;
 
 // The conversion and the rld2xxx that it starts.
 class Conversion : public QProcess
@@ -112,38 +109,25 @@ void tst_KilledRld2XXX::noHalfFileCarriesAFinalName()
     const Bench bench;
     Conversion whole;
     bench.begin(whole);
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(whole.waitForFinished(end_ms));
-    QCOMPARE(whole.exitCode(), 0);
+    KillMoment moment(seed);
+    QVERIFY(moment.measure(whole));
     QVERIFY(QFile::exists(bench.output));
     QVERIFY(bench.isWholeOrMissing());
-    qint64 duration_ns = clock.nsecsElapsed();
 
-    QRandomGenerator random(seed);
     int killed = 0;
     int halves = 0;
-    for (int run = 0; killed < kills && run < maxRuns; ++run) {
+    for (int run = 0; killed < kills && run < KillMoment::maxRuns; ++run) {
         QFile::remove(bench.output);
         Conversion program;
         bench.begin(program);
-        clock.start();
-        const qint64 moment_ns = qint64(random.generate64() % quint64(duration_ns));
-        bool hasEnded = false;
-        while (clock.nsecsElapsed() < moment_ns && !hasEnded) {
-            QThread::usleep(50);
-            hasEnded = program.waitForFinished(0);
-        }
-        if (hasEnded) // faster than the one before
-            duration_ns = clock.nsecsElapsed();
-        const bool isRld2xxxGone = killed >= kills - 10; // behind all that go on by themselves
+        killed += moment.waitIn(program) ? 1 : 0;
+        const bool isRld2xxxGone = killed > kills - 10; // behind all that go on by themselves
         if (run % 4 == 0 && !isRld2xxxGone)
             program.killTool();
         else
             program.killBoth();
         Bench::removeMemoryOf(program);
         QVERIFY2(bench.isWholeOrMissing(), qPrintable(QStringLiteral("run %1").arg(run)));
-        killed += hasEnded ? 0 : 1;
         halves += bench.entries().contains(QStringLiteral("a.blf.part")) ? 1 : 0;
     }
     QCOMPARE(killed, kills);
